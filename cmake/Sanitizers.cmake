@@ -1,0 +1,13 @@
+# Everything of ours is built with the chosen sanitizers: a host that loads an instrumented
+# library must carry the same run time.
+if(ZELDLG_SANITIZE)
+    add_compile_options(-fsanitize=${ZELDLG_SANITIZE} -fno-omit-frame-pointer -O1)
+    add_link_options(-fsanitize=${ZELDLG_SANITIZE})
+    if(ZELDLG_SANITIZE MATCHES "undefined")
+        add_compile_options(-fno-sanitize-recover=undefined)
+    endif()
+else()
+    add_compile_options(-fstack-protector-strong)
+    add_compile_definitions($<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+endif()
+add_compile_definitions($<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)

@@ -1,0 +1,204 @@
+// The exported functions: a table of request codes and result rules. See call_frame.h for what
+// each rule does.
+#include <zeldlg/zeldlg.h>
+
+#include "api/call_frame.h"
+#include "api/demonstration.h"
+#include "dialogs/prompt_texts.h"
+#include "platform/utf8.h"
+#include "resources/texts.h"
+#include "runtime/gui_runner.h"
+#include "runtime/reply_block.h"
+
+using namespace zeldlg;
+using namespace zeldlg::api;
+
+// PIN entry
+
+uint32_t DLG_ShowPinDialog(const PinDialogRequest* request, PinBuffer* pin) {
+    return AskForPin(kShowPin, request, pin);
+}
+
+uint32_t DLG_ShowPinDialogEx(const PinDialogRequestEx* request, PinBuffer* pin) {
+    return AskForPin(kShowPinEx, request, pin);
+}
+
+uint32_t DLG_ShowLegalPinDialog(const PinDialogRequest* request, PinBuffer* pin) {
+    return AskForPin(kShowLegalPin, request, pin);
+}
+
+uint32_t DLG_ShowLegalPinDialogEx(const PinDialogRequestEx* request, PinBuffer* pin) {
+    return AskForPin(kShowLegalPinEx, request, pin);
+}
+
+// Selection
+
+uint32_t DLG_ShowDigitalIDSelection(const DigitalIdChoice* choice, DigitalIdResult* result) {
+    return AskForPin(kSelectDigitalId, choice, result);
+}
+
+uint32_t DLG_ShowTokenSelectionDialog(const TokenChoiceList* list, uint64_t* identifier) {
+    return SelectToken(list, identifier);
+}
+
+// Change of PIN and PUK, unblocking
+
+uint32_t DLG_ShowUnblockThroughPUK(const PinChangeRequest* request, PinChangeBuffers* buffers) {
+    return AskForChange(kUnblockThroughPuk, request, buffers);
+}
+
+uint32_t DLG_ShowChangeTransportPIN(const PinChangeRequest* request, PinChangeBuffers* buffers) {
+    return AskForChange(kChangeTransportPin, request, buffers);
+}
+
+uint32_t DLG_ShowChangePinDialog(const PinChangeRequest* request, PinChangeBuffers* buffers) {
+    return AskForChange(kChangePin, request, buffers);
+}
+
+uint32_t DLG_ShowChangePolicedPinDialog_func(const PolicedPinChangeRequest* request,
+                                             PinChangeBuffers* buffers) {
+    return AskForChange(kChangePolicedPin, request, buffers);
+}
+
+uint32_t DLG_ShowUnblockThroughCR(const ChallengeResponseRequest* request,
+                                  ChallengeResponseBuffers* buffers) {
+    return AskForChange(kUnblockThroughCr, request, buffers);
+}
+
+uint32_t DLG_ShowSelectUnblockMethod(int32_t pukOffered, const uint32_t* algorithms,
+                                     uint32_t algorithmCount, uint32_t* method,
+                                     uint32_t* algorithm) {
+    return SelectUnblockMethod(
+        {.pukOffered = pukOffered != 0 ? 1 : 0,
+         .algorithms = algorithms,
+         .algorithmCount = algorithmCount},
+        method, algorithm);
+}
+
+// Notices and questions
+
+uint32_t DLG_ShowLockedDialog(const char* tokenLabel) {
+    return tokenLabel != nullptr ? Notify(kTokenLocked, Pointer(tokenLabel)) : ZELDLG_FAILED;
+}
+
+uint32_t DLG_ShowConfirmDeleteCertificate(const char* applicationName, const char* tokenLabel,
+                                          const char* issuedTo, const char* issuedBy,
+                                          const char* validFrom, const char* validTo) {
+    return Ask(kQuestionBox, [&] {
+        return ConfirmDeleteCertificateText(
+            {.applicationName = platform::DecodeUtf8OrLocale(applicationName),
+             .tokenLabel = platform::DecodeUtf8OrLocale(tokenLabel),
+             .issuedTo = HostText(issuedTo),
+             .issuedBy = HostText(issuedBy),
+             .validFrom = HostText(validFrom),
+             .validTo = HostText(validTo)});
+    });
+}
+
+uint32_t DLG_ShowUnlockTokenDialog() { return Ask(kQuestionBox, UnlockTokenText); }
+
+uint32_t DLG_AskChangeTransportPIN() { return Ask(kQuestionBox, ChangeTransportPinText); }
+
+uint32_t DLG_AskEarlyUnexpirePin(uint32_t days) {
+    return Ask(kQuestionBox, [days] { return EarlyUnexpirePinText(days); });
+}
+
+uint32_t DLG_ShowCRUnblockFailed() { return Ask(kErrorBox, UnblockFailedText); }
+
+uint32_t DLG_ShowPUKIsLocked() { return Ask(kErrorBox, PukLockedText); }
+
+uint32_t DLG_ShowSupertokenError(uint64_t code) {
+    return AskForRetry(kBiometricError, Pointer(&code));
+}
+
+uint32_t DLG_AuthFailRetryDialog() { return AskForRetry(kAuthenticationRetry); }
+
+uint32_t DLG_EnrolFailRetryDialog() { return AskForRetry(kEnrolmentRetry); }
+
+// Modeless windows
+
+uint32_t DLG_ShowSupertokenAuthDlg(uint64_t* shown) {
+    return NotifyShown({kShowAuthentication}, shown);
+}
+
+uint32_t DLG_ShowSupertokenEnrolDlg(uint64_t* shown) {
+    return NotifyShown({kEnrolmentHint, kShowEnrolment, kUpdateEnrolment}, shown);
+}
+
+uint32_t DLG_UpdateSuperTokenEnrolDlg() { return Notify(kUpdateEnrolment); }
+
+uint32_t DLG_HideSupertokenDlg() { return Notify(kHideNotification); }
+
+uint32_t DLG_ShowKeyGenerationProgressDialog() { return Notify(kShowKeyGeneration); }
+
+uint32_t DLG_HideKeyGenerationProgressDialog() { return Notify(kHideKeyGeneration); }
+
+// PIN pad
+
+uint32_t DLG_PinPadShowVerificationDialog(void** handle, uint8_t allowAbort) {
+    return ShowPinPad(kPinPadShowVerification, handle, allowAbort);
+}
+
+uint32_t DLG_PinPadShowModificationDialog(void** handle, uint8_t allowAbort) {
+    return ShowPinPad(kPinPadShowModification, handle, allowAbort);
+}
+
+uint32_t DLG_PinPadShowLegalVerificationDialog(void** handle, uint8_t allowAbort) {
+    return ShowPinPad(kPinPadShowLegalVerification, handle, allowAbort);
+}
+
+uint32_t DLG_PinPadShowNoPinVerificationDialog(void** handle, uint8_t allowAbort) {
+    return ShowPinPad(kPinPadShowNoPinVerification, handle, allowAbort);
+}
+
+uint32_t DLG_PinPadShowLegalNoPinVerificationDialog(void** handle, uint8_t allowAbort) {
+    return ShowPinPad(kPinPadShowLegalNoPinVerification, handle, allowAbort);
+}
+
+void DLG_PinPadHideDialog(void* handle) { TellPinPad(kPinPadHide, handle); }
+
+void DLG_PinPadKeyboardInputNextPin(void* handle) { TellPinPad(kPinPadNextPin, handle); }
+
+void DLG_PinPadKeyboardInputCancel(void* handle) { TellPinPad(kPinPadCancel, handle); }
+
+void DLG_PinPadKeyboardInputTimeout(void* handle) { TellPinPad(kPinPadTimeout, handle); }
+
+void DLG_PinPadKeyboardInputAccept(void* handle) { TellPinPad(kPinPadAccept, handle); }
+
+void DLG_PinPadKeyboardInputAddChar(void* handle) { TellPinPad(kPinPadAddChar, handle); }
+
+void DLG_PinPadKeyboardInputDelChar(void* handle) { TellPinPad(kPinPadDelChar, handle); }
+
+void DLG_PinPadKeyboardInputClearChars(void* handle) { TellPinPad(kPinPadClearChars, handle); }
+
+uint32_t DLG_PinPadKeyboardInputShouldAbort(void* handle) {
+    return AskPinPad(kPinPadShouldAbort, handle);
+}
+
+// Translation
+
+uint32_t DLG_GetTranslationUTF8(const char* source, char* buffer, uint32_t* size) {
+    return source != nullptr ? GetText(kTranslateUtf8, source, buffer, size) : ZELDLG_FAILED;
+}
+
+uint32_t DLG_GetTranslationUTF16(const wchar_t* source, wchar_t* buffer, uint32_t* size) {
+    return GetText(kTranslateUtf16, source, buffer, size);
+}
+
+uint32_t DLG_GetLocale(wchar_t* buffer, uint32_t* size) {
+    return GetText(kGetLocale, nullptr, buffer, size);
+}
+
+// Library
+
+void DLG_Finalize() { Guarded(DestroyGuiRunner); }
+
+void QuitApp() { Guarded(DestroyGuiRunner); }
+
+GuiRunner* InitApp() { return Guarded(nullptr, GetGuiRunner); }
+
+void TestApp() { Guarded(RunDemonstration); }
+
+uint32_t DLG_SetParameter(uint64_t, uint64_t) { return ZELDLG_NOT_SUPPORTED; }
+
+uint32_t DLG_GetParameter(uint64_t, uint64_t) { return ZELDLG_NOT_SUPPORTED; }

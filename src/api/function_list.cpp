@@ -1,0 +1,61 @@
+// The function table. Its order is what hosts rely on: it is not to be sorted.
+#include <zeldlg/zeldlg.h>
+
+namespace {
+
+constexpr DLG_FunctionList kFunctionList = {
+    ZELDLG_FUNCTION_LIST_VERSION,
+    DLG_ShowPinDialog,
+    DLG_ShowLockedDialog,
+    DLG_GetTranslationUTF8,
+    DLG_GetFunctionList,
+    DLG_ShowTokenSelectionDialog,
+    DLG_GetTranslationUTF16,
+    DLG_GetLocale,
+    DLG_ShowSupertokenAuthDlg,
+    DLG_ShowSupertokenEnrolDlg,
+    DLG_HideSupertokenDlg,
+    DLG_AuthFailRetryDialog,
+    DLG_EnrolFailRetryDialog,
+    DLG_UpdateSuperTokenEnrolDlg,
+    DLG_ShowSupertokenError,
+    DLG_ShowKeyGenerationProgressDialog,
+    DLG_HideKeyGenerationProgressDialog,
+    DLG_ShowPinDialogEx,
+    DLG_ShowLegalPinDialog,
+    DLG_ShowLegalPinDialogEx,
+    DLG_ShowConfirmDeleteCertificate,
+    DLG_ShowDigitalIDSelection,
+    DLG_ShowUnlockTokenDialog,
+    DLG_AskChangeTransportPIN,
+    DLG_ShowSelectUnblockMethod,
+    DLG_ShowUnblockThroughPUK,
+    DLG_ShowUnblockThroughCR,
+    DLG_ShowChangeTransportPIN,
+    DLG_ShowCRUnblockFailed,
+    DLG_ShowPUKIsLocked,
+    DLG_PinPadShowVerificationDialog,
+    DLG_PinPadShowModificationDialog,
+    DLG_PinPadHideDialog,
+    DLG_PinPadKeyboardInputNextPin,
+    DLG_PinPadKeyboardInputCancel,
+    DLG_PinPadKeyboardInputTimeout,
+    DLG_PinPadKeyboardInputAccept,
+    DLG_PinPadKeyboardInputAddChar,
+    DLG_PinPadKeyboardInputDelChar,
+    DLG_PinPadKeyboardInputClearChars,
+    DLG_PinPadKeyboardInputShouldAbort,
+    DLG_Finalize,
+    DLG_SetParameter,
+    DLG_GetParameter,
+    DLG_PinPadShowLegalVerificationDialog,
+    DLG_PinPadShowNoPinVerificationDialog,
+    DLG_PinPadShowLegalNoPinVerificationDialog,
+    DLG_AskEarlyUnexpirePin,
+    DLG_ShowChangePinDialog,
+    DLG_ShowChangePolicedPinDialog_func,
+};
+
+}  // namespace
+
+const DLG_FunctionList* DLG_GetFunctionList() { return &kFunctionList; }

@@ -1,0 +1,74 @@
+#include "dialogs/common/layout.h"
+
+#include <gtk/gtk.h>
+#include <wx/toplevel.h>
+
+#include <memory>
+
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+
+namespace zeldlg::layout {
+
+namespace {
+
+struct Unref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+
+}  // namespace
+
+wxString WrapText(wxWindow& window, const wxString& text, int width) {
+    const wxScopedCharBuffer utf8 = text.utf8_str();
+    const std::unique_ptr<PangoLayout, Unref> layout(
+        gtk_widget_create_pango_layout(window.GetHandle(), utf8));
+    pango_layout_set_width(layout.get(), width * PANGO_SCALE);
+    pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
+    wxString wrapped;
+    for (const GSList* line = pango_layout_get_lines_readonly(layout.get()); line != nullptr;
+         line = line->next) {
+        const auto* const each = static_cast<const PangoLayoutLine*>(line->data);
+        wxString piece = wxString::FromUTF8(utf8.data() + each->start_index,
+                                            static_cast<size_t>(each->length));
+        if (line->next != nullptr) {
+            piece = piece.Trim() + "\n";
+        }
+        wrapped += piece;
+    }
+    return wrapped;
+}
+
+wxStaticText* NewText(wxWindow* parent, const wxString& text) {
+    return new wxStaticText(parent, wxID_ANY,
+                            wxControl::EscapeMnemonics(WrapText(*parent, text)));
+}
+
+wxStaticText* NewWarning(wxWindow* parent, const wxString& text) {
+    wxStaticText* const warning = NewText(parent, text);
+    warning->SetForegroundColour(WarningColour());
+    return warning;
+}
+
+ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel) {
+    const ButtonRow buttons{
+        new wxButton(parent, wxID_OK, okLabel),
+        new wxButton(parent, wxID_CANCEL, Translate(CATALOGUE_KEY("Cancel")))};
+    buttons.ok->SetDefault();
+    auto* const row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(buttons.ok);
+    row->AddSpacer(kSectionGap);
+    row->Add(buttons.cancel);
+    sizer->Add(row, wxSizerFlags().Right().Border(wxTOP, kSectionGap));
+    return buttons;
+}
+
+void Finish(wxTopLevelWindow& window, wxSizer* content) {
+    auto* const margin = new wxBoxSizer(wxVERTICAL);
+    margin->Add(content, wxSizerFlags(1).Expand().Border(wxALL, kMargin));
+    window.SetSizerAndFit(margin);
+    margin->SetSizeHints(&window);
+    window.Layout();
+    window.Centre();
+}
+
+}  // namespace zeldlg::layout

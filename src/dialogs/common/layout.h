@@ -1,0 +1,45 @@
+// The look that all dialogs share: spacing, wrapped texts, rule lines, the row of buttons.
+#pragma once
+
+#include <wx/button.h>
+#include <wx/colour.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+#include <wx/window.h>
+
+namespace zeldlg::layout {
+
+/// Pixels: around a dialog's content, between its sections, between lines of one section.
+inline constexpr int kMargin = 16;
+inline constexpr int kSectionGap = 12;
+inline constexpr int kLineGap = 4;
+
+/// Pixels after which a text is broken, so that a long label does not widen its dialog.
+inline constexpr int kTextWidth = 400;
+
+/// The colour of warnings.
+inline wxColour WarningColour() { return {255, 0, 0, 255}; }
+
+/// The text with line breaks where it would be wider than `width` pixels in the window's font;
+/// a word that is wider than that is broken as well.
+wxString WrapText(wxWindow& window, const wxString& text, int width = kTextWidth);
+
+/// A label that shows `text` literally (an ampersand is an ampersand), wrapped.
+wxStaticText* NewText(wxWindow* parent, const wxString& text);
+
+/// A wrapped label in the colour of warnings.
+wxStaticText* NewWarning(wxWindow* parent, const wxString& text);
+
+struct ButtonRow {
+    wxButton* ok;
+    wxButton* cancel;
+};
+
+/// Adds OK (wxID_OK, the default) and Cancel (wxID_CANCEL) to the bottom right of `sizer`.
+/// @param okLabel Translated; may have a mnemonic.
+ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel);
+
+/// Gives the window its content, with a margin, and the size that it needs; centres it.
+void Finish(wxTopLevelWindow& window, wxSizer* content);
+
+}  // namespace zeldlg::layout

@@ -1,0 +1,45 @@
+#include "dialogs/common/rule_icon.h"
+
+#include "dialogs/common/accessible.h"
+#include "dialogs/common/layout.h"
+#include "resources/catalogue_key.h"
+#include "resources/rule_icons.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+namespace {
+
+const wxSize kIconSize(16, 16);
+
+wxBitmap IconFor(bool met) { return met ? CheckIcon() : CrossIcon(); }
+
+}  // namespace
+
+RuleIcon::RuleIcon(wxWindow* parent, const wxString& rule, bool met)
+    : wxStaticBitmap(parent, wxID_ANY, IconFor(met), wxDefaultPosition, kIconSize), m_rule(rule) {
+    Describe(met);
+}
+
+void RuleIcon::SetMet(bool met) {
+    SetBitmap(IconFor(met));
+    SetSize(kIconSize);
+    Describe(met);
+}
+
+void RuleIcon::Describe(bool met) {
+    SetAccessibleName(*this, met ? FormatTranslated(CATALOGUE_KEY("Met: %s"), m_rule)
+                                 : FormatTranslated(CATALOGUE_KEY("Not met: %s"), m_rule));
+}
+
+RuleIcon* AddRuleLine(wxWindow* parent, wxSizer* sizer, const wxString& rule, bool met) {
+    auto* const icon = new RuleIcon(parent, rule, met);
+    auto* const line = new wxBoxSizer(wxHORIZONTAL);
+    line->Add(icon, wxSizerFlags().CentreVertical());
+    line->AddSpacer(layout::kLineGap * 2);
+    line->Add(layout::NewText(parent, rule), wxSizerFlags().CentreVertical());
+    sizer->Add(line, wxSizerFlags().Border(wxTOP, layout::kLineGap));
+    return icon;
+}
+
+}  // namespace zeldlg

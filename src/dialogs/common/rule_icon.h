@@ -1,0 +1,25 @@
+// The icon beside a rule: shows, and tells assistive technology, whether the rule is met.
+#pragma once
+
+#include <wx/sizer.h>
+#include <wx/statbmp.h>
+
+namespace zeldlg {
+
+class RuleIcon : public wxStaticBitmap {
+public:
+    /// @param rule The rule in words, translated.
+    RuleIcon(wxWindow* parent, const wxString& rule, bool met);
+
+    void SetMet(bool met);
+
+private:
+    void Describe(bool met);
+
+    wxString m_rule;
+};
+
+/// Adds a line with the icon and the rule in words. @return The icon.
+RuleIcon* AddRuleLine(wxWindow* parent, wxSizer* sizer, const wxString& rule, bool met);
+
+}  // namespace zeldlg

@@ -1,0 +1,119 @@
+#include "pin/pin_prompt_dialog.h"
+
+#include <wx/button.h>
+#include <wx/statline.h>
+
+#include "dialogs/common/accessible.h"
+#include "dialogs/common/layout.h"
+#include "pin/secure_text_control.h"
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr long kDialogStyle = wxCAPTION | wxSTAY_ON_TOP;
+static_assert(kDialogStyle == 0x20008000);
+
+constexpr int kPinFieldHeight = 24;
+
+wxString WarningText(const PinFailureLines& lines) {
+    wxString text = Translate(lines.warning);
+    if (lines.triesLeft) {
+        text += FormatTranslated(CATALOGUE_KEY("\nYou have %d tries remaining"),
+                                 static_cast<int>(*lines.triesLeft));
+    }
+    return text;
+}
+
+}  // namespace
+
+CPinPromptDialog::CPinPromptDialog(wxWindow* parent, const PinLengthRule& lengthRule)
+    : wxDialog(parent, wxID_ANY, Translate(CATALOGUE_KEY("Enter PIN")), wxDefaultPosition,
+               wxDefaultSize, kDialogStyle),
+      m_rows(new wxBoxSizer(wxVERTICAL)),
+      m_lengthRule(lengthRule) {
+    CSecureTextControl::MeasureFieldWidth(this);
+    Bind(wxEVT_TEXT, &CPinPromptDialog::OnText, this);
+    ConsumeMouseButtons();
+}
+
+wxString CPinPromptDialog::GetPin() const { return m_pinField->GetLineText(0); }
+
+void CPinPromptDialog::AddHeading(const wxString& tokenLabel) {
+    m_rows->Add(layout::NewText(
+        this, FormatTranslated(CATALOGUE_KEY("To log in to \"%s\""), tokenLabel)));
+}
+
+void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
+    if (lines.failure != nullptr) {
+        m_failureText = layout::NewWarning(this, Translate(lines.failure));
+        m_rows->Add(m_failureText, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+    }
+    if (lines.warning != nullptr) {
+        m_warningText = layout::NewWarning(this, WarningText(lines));
+        m_rows->Add(m_warningText, wxSizerFlags().Border(wxTOP, layout::kLineGap));
+    }
+}
+
+void CPinPromptDialog::AddPinField() {
+    auto* const label = layout::NewText(this, Translate(CATALOGUE_KEY("Enter PIN:")));
+    m_pinField = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+                                wxSize(CSecureTextControl::GetFieldWidth(), kPinFieldHeight),
+                                wxTE_PASSWORD);
+    SetLabelFor(*label, *m_pinField);
+    MarkAsSecretField(*m_pinField);
+    m_rows->Add(label, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+    m_rows->Add(m_pinField, wxSizerFlags().Border(wxTOP, layout::kLineGap));
+}
+
+wxButton* CPinPromptDialog::AddButtons(const wxString& okLabel) {
+    m_okButton = layout::AddButtonRow(this, m_rows, okLabel).ok;
+    m_okButton->Disable();
+    return m_okButton;
+}
+
+void CPinPromptDialog::AddRules() {
+    m_rows->Add(new wxStaticLine(this),
+                wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, layout::kSectionGap));
+    // kept: the limits are counted in characters although the lines say bytes.
+    m_minIcon = AddRuleLine(this, m_rows,
+                            FormatTranslated(CATALOGUE_KEY("Minimum PIN length %d bytes"),
+                                             static_cast<int>(m_lengthRule.MinLength())),
+                            m_lengthRule.MinOk());
+    m_maxIcon = AddRuleLine(this, m_rows,
+                            FormatTranslated(CATALOGUE_KEY("Maximum PIN length %d bytes"),
+                                             static_cast<int>(m_lengthRule.MaxLength())),
+                            m_lengthRule.MaxOk());
+}
+
+void CPinPromptDialog::FinishLayout() {
+    layout::Finish(*this, m_rows);
+    m_pinField->SetFocus();
+}
+
+void CPinPromptDialog::OnText(wxCommandEvent&) {
+    if (!m_lengthRule.Update(static_cast<uint32_t>(m_pinField->GetLineLength(0)))) {
+        return;
+    }
+    m_minIcon->SetMet(m_lengthRule.MinOk());
+    m_maxIcon->SetMet(m_lengthRule.MaxOk());
+    m_okButton->Enable(m_lengthRule.Accepts());
+    if (m_lengthRule.Accepts()) {
+        m_okButton->SetDefault();
+    }
+}
+
+// A press on the dialog's own surface has no meaning, so nothing behind it may act on one.
+void CPinPromptDialog::ConsumeMouseButtons() {
+    for (const auto& button :
+         {wxEVT_LEFT_DOWN, wxEVT_LEFT_UP, wxEVT_LEFT_DCLICK, wxEVT_MIDDLE_DOWN, wxEVT_MIDDLE_UP,
+          wxEVT_MIDDLE_DCLICK, wxEVT_RIGHT_DOWN, wxEVT_RIGHT_UP, wxEVT_RIGHT_DCLICK,
+          wxEVT_AUX1_DOWN, wxEVT_AUX1_UP, wxEVT_AUX1_DCLICK, wxEVT_AUX2_DOWN, wxEVT_AUX2_UP,
+          wxEVT_AUX2_DCLICK}) {
+        Bind(button, [](wxMouseEvent&) {});
+    }
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,352 @@
+#include "platform/event.h"
+
+#include <pthread.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace zeldlg::platform {
+
+namespace {
+
+enum class Release {
+    None,
+    BySet,    // the setting goes back to the event when the wait ends without using it
+    ByPulse,  // lost when the wait ends without using it
+};
+
+// What a waiting call sleeps on.
+struct Sleeper {
+    std::mutex mutex;
+    std::condition_variable wakeUp;
+    uint64_t wakeUps = 0;
+    bool waitsForAll = false;
+};
+
+// One event of one waiting call. Linked into the event's list; `released` is guarded by the
+// sleeper's mutex, the links by the list's.
+struct Waiter {
+    ManualResetEvent* event = nullptr;
+    Sleeper* sleeper = nullptr;
+    Release released = Release::None;
+    Waiter* previous = nullptr;
+    Waiter* next = nullptr;
+};
+
+void WakeUp(Waiter& waiter, Release release) {
+    const std::lock_guard lock(waiter.sleeper->mutex);
+    if (release != Release::None) {
+        waiter.released = release;
+    }
+    ++waiter.sleeper->wakeUps;
+    waiter.sleeper->wakeUp.notify_all();
+}
+
+bool IsReleased(const Waiter& waiter) {
+    const std::lock_guard lock(waiter.sleeper->mutex);
+    return waiter.released != Release::None;
+}
+
+}  // namespace
+
+// Locks are taken in one order only: a list's mutex, then a single sleeper's. (Holding all
+// sleepers of a list at once would let two settings block each other when two calls wait for the
+// same two events and stand in the lists in different order.)
+struct ManualResetEvent::WaiterList {
+    std::mutex mutex;
+    Waiter* head = nullptr;
+    Waiter* tail = nullptr;
+
+    void Append(Waiter& waiter) {
+        waiter.previous = tail;
+        (tail != nullptr ? tail->next : head) = &waiter;
+        tail = &waiter;
+    }
+
+    void Remove(Waiter& waiter) {
+        (waiter.previous != nullptr ? waiter.previous->next : head) = waiter.next;
+        (waiter.next != nullptr ? waiter.next->previous : tail) = waiter.previous;
+    }
+
+    void ReleaseAll(Release release) {
+        for (Waiter* waiter = head; waiter != nullptr; waiter = waiter->next) {
+            WakeUp(*waiter, release);
+        }
+    }
+};
+
+ManualResetEvent::ManualResetEvent(EventKind kind)
+    : m_waiters(std::make_unique<WaiterList>()),
+      m_manualReset(kind == EventKind::ManualReset ? 1 : 0) {}
+
+ManualResetEvent::~ManualResetEvent() = default;
+
+void ManualResetEvent::Set() {
+    const std::lock_guard lock(m_waiters->mutex);
+    if (IsManualReset()) {
+        m_signalled = 1;
+        m_waiters->ReleaseAll(Release::BySet);
+    } else if (m_signalled == 0) {
+        OfferToOneWaiter();
+    }
+}
+
+// An auto-reset setting belongs either to one waiter or to the event, never to both: otherwise a
+// second waiter could take it from the event before the released one has run. Waits for several
+// events at once only get a setting when all of theirs are there, so they are woken to look.
+void ManualResetEvent::OfferToOneWaiter() {
+    for (Waiter* waiter = m_waiters->head; waiter != nullptr; waiter = waiter->next) {
+        if (!waiter->sleeper->waitsForAll && !IsReleased(*waiter)) {
+            WakeUp(*waiter, Release::BySet);
+            return;
+        }
+    }
+    m_signalled = 1;
+    m_waiters->ReleaseAll(Release::None);
+}
+
+bool ManualResetEvent::TakeSetting() { return m_signalled.exchange(0) != 0; }
+
+void ManualResetEvent::Pulse() {
+    const std::lock_guard lock(m_waiters->mutex);
+    m_signalled = 0;
+    if (IsManualReset()) {
+        m_waiters->ReleaseAll(Release::ByPulse);
+        return;
+    }
+    for (Waiter* waiter = m_waiters->head; waiter != nullptr; waiter = waiter->next) {
+        if (!IsReleased(*waiter)) {
+            WakeUp(*waiter, Release::ByPulse);
+            return;
+        }
+    }
+}
+
+void ManualResetEvent::Reset() {
+    const std::lock_guard lock(m_waiters->mutex);
+    m_signalled = 0;
+    for (Waiter* waiter = m_waiters->head; waiter != nullptr; waiter = waiter->next) {
+        const std::lock_guard sleeperLock(waiter->sleeper->mutex);
+        waiter->released = Release::None;
+    }
+}
+
+// One call of WaitForEvents: registered with every event for as long as it lives.
+class WaitCall {
+public:
+    WaitCall(uint32_t count, ManualResetEvent* const* events, bool waitAll) {
+        m_sleeper.waitsForAll = waitAll;
+        if (count > m_fewWaiters.size()) {
+            m_manyWaiters.resize(count);
+            m_waiters = m_manyWaiters.data();
+        }
+        m_count = count;
+        for (uint32_t i = 0; i < count; ++i) {
+            // An event that is named twice is registered once, under its first index.
+            if (std::find(events, events + i, events[i]) == events + i) {
+                Register(m_waiters[i], *events[i]);
+            }
+        }
+    }
+
+    ~WaitCall() {
+        for (uint32_t i = 0; i < m_count; ++i) {
+            if (m_waiters[i].event != nullptr) {
+                Unregister(m_waiters[i]);
+            }
+        }
+    }
+
+    WaitCall(const WaitCall&) = delete;
+    WaitCall& operator=(const WaitCall&) = delete;
+
+    // Looks, sleeps and looks again until satisfied or past the deadline (null: none).
+    int32_t Run(const timespec* deadline) {
+        for (bool timedOut = false;; timedOut = !Sleep(deadline)) {
+            const int32_t index = m_sleeper.waitsForAll ? TakeAll() : TakeFirst();
+            if (index >= 0) {
+                return index;
+            }
+            if (timedOut) {
+                return kWaitTimedOut;
+            }
+        }
+    }
+
+private:
+    void Register(Waiter& waiter, ManualResetEvent& event) {
+        waiter.event = &event;
+        waiter.sleeper = &m_sleeper;
+        const std::lock_guard lock(event.m_waiters->mutex);
+        event.m_waiters->Append(waiter);
+    }
+
+    static void Unregister(Waiter& waiter) {
+        ManualResetEvent& event = *waiter.event;
+        const std::lock_guard lock(event.m_waiters->mutex);
+        event.m_waiters->Remove(waiter);
+        if (!event.IsManualReset() && waiter.released == Release::BySet &&
+            event.m_signalled == 0) {
+            event.OfferToOneWaiter();
+        }
+    }
+
+    int32_t TakeFirst() {
+        const std::lock_guard lock(m_sleeper.mutex);
+        m_seenWakeUps = m_sleeper.wakeUps;
+        for (uint32_t i = 0; i < m_count; ++i) {
+            if (m_waiters[i].event != nullptr && Take(m_waiters[i])) {
+                return static_cast<int32_t>(i);
+            }
+        }
+        return kWaitTimedOut;
+    }
+
+    static bool Take(Waiter& waiter) {
+        ManualResetEvent& event = *waiter.event;
+        if (event.IsManualReset()) {
+            return waiter.released != Release::None || event.m_signalled != 0;
+        }
+        if (waiter.released != Release::None) {
+            waiter.released = Release::None;
+            return true;
+        }
+        return event.TakeSetting();
+    }
+
+    // All or nothing. Settings can only appear under the list mutexes, which are held here, in
+    // the order of the addresses; they can disappear (another wait takes one) at any time, so
+    // what was taken in vain is offered again.
+    int32_t TakeAll() {
+        std::vector<Waiter*> waiters;
+        for (uint32_t i = 0; i < m_count; ++i) {
+            if (m_waiters[i].event != nullptr) {
+                waiters.push_back(&m_waiters[i]);
+            }
+        }
+        std::sort(waiters.begin(), waiters.end(), [](const Waiter* a, const Waiter* b) {
+            return std::less<>()(a->event, b->event);
+        });
+        std::vector<std::unique_lock<std::mutex>> locks;
+        locks.reserve(waiters.size());
+        for (const Waiter* waiter : waiters) {
+            locks.emplace_back(waiter->event->m_waiters->mutex);
+        }
+        {
+            const std::lock_guard lock(m_sleeper.mutex);
+            m_seenWakeUps = m_sleeper.wakeUps;
+        }
+        const bool allSet = std::all_of(waiters.begin(), waiters.end(), [](const Waiter* waiter) {
+            return IsReleased(*waiter) || waiter->event->m_signalled != 0;
+        });
+        return allSet && TakeEach(waiters) ? 0 : kWaitTimedOut;
+    }
+
+    static bool TakeEach(const std::vector<Waiter*>& waiters) {
+        std::vector<ManualResetEvent*> taken;
+        taken.reserve(waiters.size());
+        for (const Waiter* waiter : waiters) {
+            ManualResetEvent& event = *waiter->event;
+            if (event.IsManualReset() || IsReleased(*waiter)) {
+                continue;
+            }
+            if (!event.TakeSetting()) {
+                std::for_each(taken.begin(), taken.end(),
+                              [](ManualResetEvent* each) { each->OfferToOneWaiter(); });
+                return false;
+            }
+            taken.push_back(&event);
+        }
+        return true;
+    }
+
+    // @return Whether something happened before the deadline.
+    bool Sleep(const timespec* deadline) {
+        std::unique_lock lock(m_sleeper.mutex);
+        while (m_sleeper.wakeUps == m_seenWakeUps) {
+            if (deadline == nullptr) {
+                m_sleeper.wakeUp.wait(lock);
+            } else if (pthread_cond_timedwait(m_sleeper.wakeUp.native_handle(),
+                                              m_sleeper.mutex.native_handle(),
+                                              deadline) == ETIMEDOUT) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    Sleeper m_sleeper;
+    uint64_t m_seenWakeUps = 0;
+    // The idle loop polls a hundred times a second: a few events need no allocation.
+    std::array<Waiter, 4> m_fewWaiters;
+    std::vector<Waiter> m_manyWaiters;
+    Waiter* m_waiters = m_fewWaiters.data();
+    uint32_t m_count = 0;
+};
+
+int32_t CreateEvent(EventKind kind, ManualResetEvent** event) {
+    if (event == nullptr) {
+        return kMissingArgument;
+    }
+    try {
+        *event = std::make_unique<ManualResetEvent>(kind).release();
+    } catch (const std::bad_alloc&) {
+        return kFailure;
+    }
+    return kSuccess;
+}
+
+void DestroyEvent(ManualResetEvent* event) {
+    const std::unique_ptr<ManualResetEvent> destroyed(event);
+}
+
+timespec DeadlineAfter(timespec now, uint32_t timeoutMs) {
+    now.tv_sec += timeoutMs / 1000;
+    now.tv_nsec += static_cast<long>(timeoutMs % 1000) * 1'000'000;
+    if (now.tv_nsec > 999'999'999) {
+        now.tv_nsec -= 1'000'000'000;
+        ++now.tv_sec;
+    }
+    return now;
+}
+
+int32_t WaitForEvents(uint32_t count, ManualResetEvent* const* events, bool waitAll,
+                      uint32_t timeoutMs) {
+    if (count == 0 || events == nullptr ||
+        std::find(events, events + count, nullptr) != events + count) {
+        return kWaitError;
+    }
+    timespec deadline{};
+    if (timeoutMs != kNoTimeout) {
+        clock_gettime(CLOCK_REALTIME, &deadline);
+        deadline = DeadlineAfter(deadline, timeoutMs);
+    }
+    return WaitCall(count, events, waitAll).Run(timeoutMs == kNoTimeout ? nullptr : &deadline);
+}
+
+bool WaitForEvent(ManualResetEvent& event, uint32_t timeoutMs) {
+    ManualResetEvent* const events[] = {&event};
+    return WaitForEvents(1, events, false, timeoutMs) == 0;
+}
+
+EventHandle EventHandle::Create(EventKind kind) {
+    return {std::make_unique<ManualResetEvent>(kind).release(), true};
+}
+
+EventHandle::EventHandle(EventHandle&& other) noexcept
+    : m_event(other.m_event), m_owns(std::exchange(other.m_owns, false)) {}
+
+EventHandle::~EventHandle() {
+    if (m_owns) {
+        DestroyEvent(m_event);
+    }
+}
+
+}  // namespace zeldlg::platform

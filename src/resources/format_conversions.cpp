@@ -1,0 +1,83 @@
+#include "resources/format_conversions.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr std::wstring_view kFlags = L"-+ #0'";
+constexpr std::wstring_view kDigits = L"0123456789";
+constexpr std::wstring_view kLengthModifiers = L"hlLqjzt";
+
+class Parser {
+public:
+    explicit Parser(std::wstring_view format) : m_rest(format) {}
+
+    std::vector<std::string> Run() {
+        for (size_t percent = m_rest.find(L'%'); percent != std::wstring_view::npos;
+             percent = m_rest.find(L'%')) {
+            m_rest.remove_prefix(percent + 1);
+            TakeConversion();
+        }
+        return std::move(m_conversions);
+    }
+
+private:
+    void TakeConversion() {
+        Skip(kFlags);
+        TakeWidth();
+        if (Next() == L'.') {
+            m_rest.remove_prefix(1);
+            TakeWidth();
+        }
+        std::string conversion = Take(kLengthModifiers);
+        if (m_rest.empty()) {
+            m_conversions.push_back(conversion + "%");
+            return;
+        }
+        const wchar_t character = Next();
+        m_rest.remove_prefix(1);
+        if (character == L'%' && conversion.empty()) {
+            return;
+        }
+        // Numbered arguments ("%1$s") come out as "$" here and never match an English text.
+        conversion += character < 0x80 ? static_cast<char>(character) : '?';
+        m_conversions.push_back(std::move(conversion));
+    }
+
+    void TakeWidth() {
+        if (Next() == L'*') {
+            m_rest.remove_prefix(1);
+            m_conversions.emplace_back("*");
+        } else {
+            Skip(kDigits);
+        }
+    }
+
+    wchar_t Next() const { return m_rest.empty() ? L'\0' : m_rest.front(); }
+
+    void Skip(std::wstring_view set) { static_cast<void>(Take(set)); }
+
+    std::string Take(std::wstring_view set) {
+        std::string taken;
+        while (!m_rest.empty() && set.find(m_rest.front()) != std::wstring_view::npos) {
+            taken += static_cast<char>(m_rest.front());
+            m_rest.remove_prefix(1);
+        }
+        return taken;
+    }
+
+    std::wstring_view m_rest;
+    std::vector<std::string> m_conversions;
+};
+
+}  // namespace
+
+std::vector<std::string> FormatConversions(std::wstring_view format) {
+    return Parser(format).Run();
+}
+
+bool HasSameConversions(std::wstring_view original, std::wstring_view translation) {
+    return FormatConversions(original) == FormatConversions(translation);
+}
+
+}  // namespace zeldlg

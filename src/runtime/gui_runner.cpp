@@ -1,0 +1,113 @@
+#include "runtime/gui_runner.h"
+
+#include <mutex>
+#include <utility>
+
+#include "runtime/current_parent.h"
+#include "runtime/handlers/handler_chain.h"
+#include "runtime/wx_toolkit.h"
+
+using zeldlg::platform::WaitForEvent;
+
+GuiRunner::GuiRunner(std::unique_ptr<zeldlg::Toolkit> toolkit)
+    : m_thread(std::make_unique<zeldlg::CWXRunner>(m_startedEvent.Get(), m_quitEvent.Get(),
+                                                   std::move(toolkit))) {
+    if (m_thread->Start(m_requestEvent.Get())) {
+        static_cast<void>(WaitForEvent(*m_startedEvent, kStartWaitMs));
+    }
+}
+
+GuiRunner::~GuiRunner() { Stop(); }
+
+void GuiRunner::Stop() {
+    if (!m_thread->IsRunning()) {
+        return;
+    }
+    m_quitEvent->Set();
+    if (!m_thread->Join()) {
+        m_thread->Cancel();
+    }
+}
+
+void GuiRunner::RegisterHandler(zeldlg::RequestHandler handler) {
+    m_thread->RegisterHandler(handler);
+}
+
+bool GuiRunner::Send(zeldlg::CMessage& message) {
+    if (!IsRunning()) {
+        return false;
+    }
+    const std::lock_guard turn(m_turn);
+    if (!IsRunning()) {
+        return false;
+    }
+    // A handler's change of the current parent lasts until its own request returns.
+    struct RestoreParent {
+        wxWindow* const parent = zeldlg::g_currentParent;
+        ~RestoreParent() { zeldlg::g_currentParent = parent; }
+    } const restoreParent;
+    if (!m_thread->Queue(&message)) {
+        return false;
+    }
+    m_requestEvent->Set();
+    message.WaitDone();
+    return true;
+}
+
+namespace zeldlg {
+
+wxWindow* g_currentParent = nullptr;
+
+namespace {
+
+// The process's runner. Never destroyed: host threads may still be calling while the process
+// exits. The mutex guards the pointer, and with it creation and destruction; who sends a request
+// holds a reference, so that a concurrent DestroyGuiRunner cannot pull it away.
+struct ProcessRunner {
+    std::mutex mutex;
+    std::shared_ptr<GuiRunner> runner;
+};
+
+ProcessRunner& Process() {
+    static auto* const process = new ProcessRunner;
+    return *process;
+}
+
+}  // namespace
+
+GuiRunner* GetGuiRunner() {
+    ProcessRunner& process = Process();
+    const std::lock_guard lock(process.mutex);
+    if (process.runner == nullptr) {
+        process.runner = std::make_shared<GuiRunner>(std::make_unique<WxToolkit>());
+        for (const RequestHandler handler : HandlerChain()) {
+            process.runner->RegisterHandler(handler);
+        }
+    }
+    return process.runner.get();
+}
+
+void RegisterHandler(GuiRunner* runner, RequestHandler handler) {
+    runner->RegisterHandler(handler);
+}
+
+bool SendRequest(GuiRunner* runner, CMessage* message) {
+    ProcessRunner& process = Process();
+    std::shared_ptr<GuiRunner> held;
+    {
+        const std::lock_guard lock(process.mutex);
+        held = process.runner;
+    }
+    return held != nullptr && held.get() == runner && held->Send(*message);
+}
+
+void DestroyGuiRunner() {
+    ProcessRunner& process = Process();
+    const std::lock_guard lock(process.mutex);
+    if (process.runner != nullptr) {
+        process.runner->Stop();
+        process.runner.reset();
+    }
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,52 @@
+// One request on its way from a host thread to the GUI thread and back.
+// It lives in the caller's frame; the caller waits until it is completed.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+
+#include "platform/event.h"
+
+namespace zeldlg {
+
+class CMessage {
+public:
+    CMessage(uint64_t code, uint64_t param1, uint64_t param2);
+    /// Refers to the same completion event, which the original goes on owning.
+    CMessage(const CMessage& other);
+    CMessage& operator=(const CMessage&) = delete;
+    virtual ~CMessage();
+
+    uint64_t Code() const { return m_code; }
+    uint64_t Param1() const { return m_param1; }
+    uint64_t Param2() const { return m_param2; }
+
+    /// The parameters as the pointers that most requests carry.
+    template <typename T>
+    T* Param1As() const {
+        return reinterpret_cast<T*>(m_param1);
+    }
+    template <typename T>
+    T* Param2As() const {
+        return reinterpret_cast<T*>(m_param2);
+    }
+
+    /// GUI thread: the request is over. `error` is what its handler threw, or null; WaitDone
+    /// raises it on the caller's thread.
+    void Complete(std::exception_ptr error = nullptr);
+
+    /// Caller: waits without a time limit, then makes the message ready to be sent again.
+    void WaitDone();
+
+    friend bool operator<(const CMessage& a, const CMessage& b) { return a.m_code < b.m_code; }
+    friend bool operator>(const CMessage& a, const CMessage& b) { return b < a; }
+
+private:
+    uint64_t m_code;
+    uint64_t m_param1;
+    uint64_t m_param2;
+    platform::EventHandle m_doneEvent;
+    std::exception_ptr m_error;
+};
+
+}  // namespace zeldlg

@@ -1,0 +1,44 @@
+// A thread with a body to override and a flag that says whether the body is running.
+#pragma once
+
+#include <pthread.h>
+#include <sys/types.h>
+
+#include <atomic>
+#include <cstdint>
+
+namespace zeldlg {
+
+class CThread {
+public:
+    CThread() = default;
+    CThread(const CThread&) = delete;
+    CThread& operator=(const CThread&) = delete;
+    /// Cancels the thread if it is still running.
+    virtual ~CThread();
+
+    /// The thread's body; the argument is that of Start.
+    virtual void Run(void* argument);
+
+    /// @return Whether the thread was started; false also when it is running already.
+    bool Start(void* argument);
+
+    bool IsRunning() const { return m_running; }
+    /// The kernel's id of the thread; 0 until it runs.
+    pid_t NativeId() const { return m_nativeId; }
+
+    /// Waits without a time limit until the thread has ended. @return Success.
+    bool Join();
+    bool Cancel();
+
+private:
+    static void* Enter(void* thread);
+
+    pthread_t m_handle{};
+    bool m_joinable = false;
+    std::atomic<bool> m_running{false};
+    std::atomic<pid_t> m_nativeId{0};
+    void* m_argument = nullptr;
+};
+
+}  // namespace zeldlg

@@ -1,0 +1,131 @@
+#include "runtime/wx_runner.h"
+
+#include <cxxabi.h>
+#include <pthread.h>
+
+#include <algorithm>
+#include <csignal>
+#include <exception>
+#include <stdexcept>
+#include <utility>
+
+namespace zeldlg {
+
+using platform::ManualResetEvent;
+using platform::WaitForEvent;
+
+namespace {
+
+constexpr uint32_t kPollMs = 10;
+
+// The host's signals are for the host's threads. With SIGPIPE blocked a lost display connection
+// is a failed write here, whatever the host does about that signal.
+void BlockAsynchronousSignals() {
+    sigset_t blocked;
+    sigfillset(&blocked);
+    for (const int synchronous : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS}) {
+        sigdelset(&blocked, synchronous);
+    }
+    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+}
+
+class InToolkit {
+public:
+    explicit InToolkit(Toolkit& toolkit) : m_toolkit(toolkit) {
+        if (!toolkit.Enter()) {
+            throw std::runtime_error("the toolkit cannot be used now");
+        }
+    }
+    ~InToolkit() { m_toolkit.Leave(); }
+    InToolkit(const InToolkit&) = delete;
+    InToolkit& operator=(const InToolkit&) = delete;
+
+private:
+    Toolkit& m_toolkit;
+};
+
+}  // namespace
+
+CWXRunner::CWXRunner(ManualResetEvent* startedEvent, ManualResetEvent* quitEvent,
+                     std::unique_ptr<Toolkit> toolkit)
+    : m_startedEvent(startedEvent), m_quitEvent(quitEvent), m_toolkit(std::move(toolkit)) {}
+
+void CWXRunner::Run(void* argument) {
+    BlockAsynchronousSignals();
+    if (!m_toolkit->Start()) {
+        return;
+    }
+    m_startedEvent->Set();
+    Loop(*static_cast<ManualResetEvent*>(argument));
+    RefuseAll();
+    m_toolkit->Stop();
+}
+
+bool CWXRunner::Queue(CMessage* message) {
+    const std::lock_guard lock(m_queueMutex);
+    if (!m_closed) {
+        m_queue.push_back(message);
+    }
+    return !m_closed;
+}
+
+CMessage* CWXRunner::TakeFront() {
+    const std::lock_guard lock(m_queueMutex);
+    if (m_queue.empty()) {
+        return nullptr;
+    }
+    CMessage* const front = m_queue.front();
+    m_queue.pop_front();
+    return front;
+}
+
+// A request that was queued just before the loop ended must not leave its caller waiting.
+void CWXRunner::RefuseAll() {
+    const std::lock_guard lock(m_queueMutex);
+    m_closed = true;
+    for (CMessage* const message : m_queue) {
+        message->Complete(std::make_exception_ptr(std::runtime_error("the GUI thread ends")));
+    }
+    m_queue.clear();
+}
+
+void CWXRunner::Loop(ManualResetEvent& requestEvent) {
+    for (bool busy = false, quit = false; !quit;) {
+        // While the toolkit has work there is no pause: at one event every ten milliseconds a
+        // window would take most of a second to paint itself.
+        const bool requested = WaitForEvent(requestEvent, busy ? 0 : kPollMs);
+        quit = WaitForEvent(*m_quitEvent, 0);
+        if (requested && !quit) {
+            ServeFront(requestEvent);
+            busy = true;
+        } else {
+            busy = m_toolkit->Iterate();
+        }
+    }
+}
+
+void CWXRunner::ServeFront(ManualResetEvent& requestEvent) {
+    CMessage* const message = TakeFront();
+    requestEvent.Reset();
+    if (message != nullptr) {
+        Dispatch(*message);
+    }
+}
+
+// A request that no handler takes is completed with its reply untouched.
+void CWXRunner::Dispatch(CMessage& message) {
+    std::exception_ptr error;
+    try {
+        const InToolkit inToolkit(*m_toolkit);
+        static_cast<void>(
+            std::any_of(m_handlers.begin(), m_handlers.end(),
+                        [&message](RequestHandler handler) { return handler(&message); }));
+    } catch (const abi::__forced_unwind&) {
+        throw;  // the thread is being cancelled
+    } catch (...) {
+        error = std::current_exception();
+    }
+    message.Complete(std::move(error));
+}
+
+}  // namespace zeldlg

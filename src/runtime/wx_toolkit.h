@@ -1,0 +1,22 @@
+// Runs wxWidgets on the GUI thread without its own main loop, and gives the process back the
+// state that the toolkit's start changes.
+#pragma once
+
+#include "runtime/toolkit.h"
+
+namespace zeldlg {
+
+class WxToolkit : public Toolkit {
+public:
+    /// Fails when there is no display, when the process already runs an instance of the toolkit,
+    /// or when another thread owns GLib's default main context. Can be tried again later.
+    bool Start() override;
+    bool Iterate() override;
+    /// A host that runs GLib's default main context meanwhile keeps it: its thread would serve
+    /// our windows.
+    bool Enter() override;
+    void Leave() override;
+    void Stop() override;
+};
+
+}  // namespace zeldlg

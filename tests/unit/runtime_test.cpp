@@ -1,0 +1,397 @@
+// The way of a request through queue, loop and handlers, with a scripted toolkit.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <atomic>
+#include <functional>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+#include "runtime/gui_runner.h"
+#include "runtime/message.h"
+#include "runtime/thread.h"
+#include "runtime/turn.h"
+#include "runtime/wx_runner.h"
+
+namespace zeldlg {
+namespace {
+
+using platform::EventHandle;
+using platform::ManualResetEvent;
+using platform::WaitForEvent;
+
+constexpr uint32_t kLongMs = 20'000;
+
+template <typename Predicate>
+bool WaitUntil(const Predicate& predicate) {
+    for (uint32_t waited = 0; waited < kLongMs; ++waited) {
+        if (predicate()) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return false;
+}
+
+// What the scripted toolkit was asked, and how it answers.
+struct Script {
+    bool starts = true;
+    bool usable = true;
+    std::function<void()> onStart = [] {};
+    std::atomic<int> iterations{0};
+    std::atomic<int> busyIterations{0};  // that many iterations dispatch something
+    std::atomic<bool> stopped{false};
+    std::atomic<int> depth{0};
+};
+
+class ScriptedToolkit : public Toolkit {
+public:
+    explicit ScriptedToolkit(Script& script) : m_script(script) {}
+    bool Start() override {
+        m_script.onStart();
+        return m_script.starts;
+    }
+    bool Iterate() override {
+        ++m_script.iterations;
+        return m_script.busyIterations-- > 0;
+    }
+    bool Enter() override {
+        m_script.depth += m_script.usable ? 1 : 0;
+        return m_script.usable;
+    }
+    void Leave() override { --m_script.depth; }
+    void Stop() override { m_script.stopped = true; }
+
+private:
+    Script& m_script;
+};
+
+std::unique_ptr<GuiRunner> MakeRunner(Script& script,
+                                      std::initializer_list<RequestHandler> handlers) {
+    auto runner = std::make_unique<GuiRunner>(std::make_unique<ScriptedToolkit>(script));
+    for (const RequestHandler handler : handlers) {
+        runner->RegisterHandler(handler);
+    }
+    return runner;
+}
+
+bool AddOne(CMessage* message) {
+    if (message->Code() != 1) {
+        return false;
+    }
+    ++*message->Param2As<uint64_t>();
+    return true;
+}
+
+bool Throw(CMessage* message) {
+    if (message->Code() == 2) {
+        throw std::runtime_error("broken handler");
+    }
+    return false;
+}
+
+// Takes every code: what comes behind it sees only what was not taken before.
+bool MarkUntaken(CMessage* message) {
+    *message->Param2As<uint64_t>() = 99;
+    return true;
+}
+
+TEST(Message, CarriesCodeAndParameters) {
+    const CMessage message(0x1301, 5, 7);
+    EXPECT_EQ(message.Code(), 0x1301U);
+    EXPECT_EQ(message.Param1(), 5U);
+    EXPECT_EQ(message.Param2(), 7U);
+}
+
+TEST(Message, IsOrderedByCode) {
+    const CMessage small(1, 9, 9);
+    const CMessage large(2, 0, 0);
+    EXPECT_TRUE(small < large);
+    EXPECT_TRUE(large > small);
+    EXPECT_FALSE(large < small);
+    EXPECT_FALSE(small > large);
+    EXPECT_FALSE(small < small);
+}
+
+TEST(Message, CompletingACopyReleasesTheWaiterOfTheOriginal) {
+    CMessage original(1, 2, 3);
+    CMessage copy(original);
+    EXPECT_EQ(copy.Param2(), 3U);
+    copy.Complete();
+    original.WaitDone();
+}
+
+TEST(Message, CanBeSentAgainAfterTheWait) {
+    CMessage message(1, 0, 0);
+    for (int round = 0; round < 3; ++round) {
+        std::thread completer([&] { message.Complete(); });
+        message.WaitDone();
+        completer.join();
+    }
+}
+
+TEST(Message, RaisesTheHandlersExceptionOnce) {
+    CMessage message(1, 0, 0);
+    message.Complete(std::make_exception_ptr(std::runtime_error("x")));
+    EXPECT_THROW(message.WaitDone(), std::runtime_error);
+    message.Complete();
+    EXPECT_NO_THROW(message.WaitDone());
+}
+
+class CountingThread : public CThread {
+public:
+    ~CountingThread() override {
+        release.Set();
+        Join();
+    }
+    void Run(void* argument) override {
+        EXPECT_EQ(NativeId(), gettid());
+        ++*static_cast<std::atomic<int>*>(argument);
+        WaitForEvent(release, kLongMs);
+    }
+    ManualResetEvent release;
+};
+
+TEST(Thread, StartsOnceAtATimeAndAgainAfterItsEnd) {
+    std::atomic<int> runs{0};
+    CountingThread thread;
+    EXPECT_FALSE(thread.IsRunning());
+    ASSERT_TRUE(thread.Start(&runs));
+    EXPECT_FALSE(thread.Start(&runs)) << "it is running";
+    thread.release.Set();
+    EXPECT_TRUE(WaitUntil([&] { return !thread.IsRunning(); }));
+    EXPECT_TRUE(thread.Start(&runs));
+    EXPECT_TRUE(thread.Join());
+    EXPECT_EQ(runs, 2);
+}
+
+TEST(Thread, TheBaseBodyDoesNothing) {
+    CThread thread;
+    ASSERT_TRUE(thread.Start(nullptr));
+    EXPECT_TRUE(thread.Join());
+    EXPECT_FALSE(thread.IsRunning());
+}
+
+class SleepingThread : public CThread {
+public:
+    void Run(void*) override { pause(); }
+};
+
+TEST(Thread, DestructionCancelsAThreadThatIsStillRunning) {
+    SleepingThread thread;
+    ASSERT_TRUE(thread.Start(nullptr));
+    ASSERT_TRUE(WaitUntil([&] { return thread.NativeId() != 0; }));
+    EXPECT_TRUE(thread.IsRunning());
+    EXPECT_TRUE(thread.Cancel());
+    EXPECT_FALSE(thread.IsRunning());
+}
+
+TEST(Turn, IsGrantedInTheOrderOfAsking) {
+    Turn turn;
+    std::vector<int> order;
+    std::vector<std::thread> threads;
+    turn.lock();
+    for (int i = 0; i < 5; ++i) {
+        std::atomic<bool> asked{false};
+        threads.emplace_back([&, i] {
+            asked = true;
+            const std::lock_guard lock(turn);
+            order.push_back(i);
+        });
+        // The next one asks once this one has drawn its ticket.
+        ASSERT_TRUE(WaitUntil([&] { return asked && turn.Waiting() == i + 1; }));
+    }
+    turn.unlock();
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(order, (std::vector<int>{0, 1, 2, 3, 4}));
+}
+
+TEST(Runner, OffersARequestToTheHandlersInOrderUntilOneTakesIt) {
+    Script script;
+    const auto runner = MakeRunner(script, {AddOne, MarkUntaken});
+    uint64_t reply = 0;
+    CMessage taken(1, 0, reinterpret_cast<uint64_t>(&reply));
+    EXPECT_TRUE(runner->Send(taken));
+    EXPECT_EQ(reply, 1U);
+    CMessage other(5, 0, reinterpret_cast<uint64_t>(&reply));
+    EXPECT_TRUE(runner->Send(other));
+    EXPECT_EQ(reply, 99U);
+}
+
+TEST(Runner, ARequestThatNobodyTakesIsCompletedWithItsReplyUntouched) {
+    Script script;
+    const auto runner = MakeRunner(script, {AddOne});
+    uint64_t reply = 42;
+    for (const uint64_t code : {0x1008U, 0x199fU}) {
+        CMessage message(code, 0, reinterpret_cast<uint64_t>(&reply));
+        EXPECT_TRUE(runner->Send(message));
+    }
+    EXPECT_EQ(reply, 42U);
+}
+
+TEST(Runner, AHandlersExceptionReachesItsCallerAndNobodyElse) {
+    Script script;
+    const auto runner = MakeRunner(script, {Throw, AddOne});
+    CMessage broken(2, 0, 0);
+    EXPECT_THROW(runner->Send(broken), std::runtime_error);
+    EXPECT_EQ(script.depth, 0);
+    uint64_t reply = 0;
+    CMessage good(1, 0, reinterpret_cast<uint64_t>(&reply));
+    EXPECT_TRUE(runner->Send(good));
+    EXPECT_EQ(reply, 1U);
+}
+
+TEST(Runner, ARequestWaitsForAToolkitThatIsSlowToStart) {
+    Script script;
+    ManualResetEvent mayStart;
+    script.onStart = [&] { WaitForEvent(mayStart, kLongMs); };
+    const auto runner = MakeRunner(script, {AddOne});
+    uint64_t reply = 0;
+    std::atomic<bool> returned{false};
+    std::thread host([&] {
+        CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
+        EXPECT_TRUE(runner->Send(message));
+        returned = true;
+    });
+    EXPECT_FALSE(returned);
+    mayStart.Set();
+    host.join();
+    EXPECT_EQ(reply, 1U);
+}
+
+TEST(Runner, RequestsFailAtOnceAfterAFailedStart) {
+    Script script;
+    script.starts = false;
+    const auto runner = MakeRunner(script, {AddOne});
+    ASSERT_TRUE(WaitUntil([&] { return !runner->IsRunning(); }));
+    CMessage message(1, 0, 0);
+    EXPECT_FALSE(runner->Send(message));
+    EXPECT_FALSE(script.stopped);
+}
+
+TEST(Runner, RequestsFailWhileTheToolkitBelongsToSomebodyElse) {
+    Script script;
+    const auto runner = MakeRunner(script, {AddOne});
+    script.usable = false;
+    uint64_t reply = 0;
+    CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
+    EXPECT_THROW(runner->Send(message), std::runtime_error);
+    EXPECT_EQ(reply, 0U);
+    script.usable = true;
+    EXPECT_TRUE(runner->Send(message));
+    EXPECT_EQ(reply, 1U);
+}
+
+TEST(Runner, EightThreadsEachGetTheirOwnAnswer) {
+    Script script;
+    const auto runner = MakeRunner(script, {AddOne});
+    std::vector<std::thread> threads;
+    std::atomic<int> right{0};
+    for (uint64_t i = 0; i < 8; ++i) {
+        threads.emplace_back([&, i] {
+            for (uint64_t round = 0; round < 500; ++round) {
+                uint64_t reply = i * 1000 + round;
+                CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
+                right += runner->Send(message) && reply == i * 1000 + round + 1 ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(right, 8 * 500);
+}
+
+TEST(Runner, StopWhileThreadsCallLeavesNobodyWaiting) {
+    for (int round = 0; round < 50; ++round) {
+        Script script;
+        const auto runner = MakeRunner(script, {AddOne});
+        std::atomic<int> served{0};
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 4; ++i) {
+            threads.emplace_back([&] {
+                for (;;) {
+                    uint64_t reply = 0;
+                    CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
+                    try {
+                        if (!runner->Send(message)) {
+                            return;
+                        }
+                        ++served;
+                    } catch (const std::runtime_error&) {
+                        return;
+                    }
+                }
+            });
+        }
+        ASSERT_TRUE(WaitUntil([&] { return served > 10; }));
+        runner->Stop();
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        EXPECT_TRUE(script.stopped);
+    }
+}
+
+TEST(Runner, ServesTheToolkitWithoutPauseWhileItIsBusy) {
+    Script script;
+    script.busyIterations = 2000;
+    const auto start = std::chrono::steady_clock::now();
+    const auto runner = MakeRunner(script, {});
+    // Two thousand pauses of ten milliseconds would be twenty seconds.
+    ASSERT_TRUE(WaitUntil([&] { return script.iterations >= 2000; }));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+TEST(Runner, PollsAtMostAHundredTimesASecondWhenIdle) {
+    Script script;
+    const auto runner = MakeRunner(script, {});
+    ASSERT_TRUE(WaitUntil([&] { return script.iterations >= 1; }));
+    const int before = script.iterations;
+    ManualResetEvent never;
+    WaitForEvent(never, 300);
+    const int polls = script.iterations - before;
+    EXPECT_GE(polls, 5);
+    EXPECT_LE(polls, 31);
+}
+
+bool RecordSignalMask(CMessage* message) {
+    pthread_sigmask(SIG_BLOCK, nullptr, message->Param2As<sigset_t>());
+    return true;
+}
+
+TEST(Runner, TheGuiThreadTakesNoneOfTheHostsSignals) {
+    Script script;
+    const auto runner = MakeRunner(script, {RecordSignalMask});
+    sigset_t mask;
+    sigemptyset(&mask);
+    CMessage message(1, 0, reinterpret_cast<uint64_t>(&mask));
+    ASSERT_TRUE(runner->Send(message));
+    for (const int blocked : {SIGPIPE, SIGINT, SIGTERM, SIGHUP, SIGALRM, SIGCHLD, SIGUSR1}) {
+        EXPECT_EQ(sigismember(&mask, blocked), 1) << blocked;
+    }
+    for (const int synchronous : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) {
+        EXPECT_EQ(sigismember(&mask, synchronous), 0) << synchronous;
+    }
+}
+
+TEST(Runner, ASpuriousWakeUpServesNothing) {
+    Script script;
+    const auto started = EventHandle::Create();
+    const auto quit = EventHandle::Create();
+    const auto request = EventHandle::Create();
+    CWXRunner runner(started.Get(), quit.Get(), std::make_unique<ScriptedToolkit>(script));
+    request->Set();
+    ASSERT_TRUE(runner.Start(request.Get()));
+    EXPECT_TRUE(WaitUntil([&] { return script.iterations >= 2; }));
+    quit->Set();
+    EXPECT_TRUE(runner.Join());
+    CMessage late(1, 0, 0);
+    EXPECT_FALSE(runner.Queue(&late)) << "the thread has left its loop";
+}
+
+}  // namespace
+}  // namespace zeldlg

@@ -1,0 +1,152 @@
+// Host texts, formatting and the composed prompts, without a catalogue.
+#include "resources/texts.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <stdexcept>
+
+#include "dialogs/prompt_texts.h"
+#include "platform/utf8.h"
+#include "resources/format_conversions.h"
+
+namespace zeldlg {
+namespace {
+
+using platform::DecodeUtf8;
+using platform::DecodeUtf8OrLocale;
+
+struct Utf8Row {
+    const char* bytes;
+    const wchar_t* text;
+};
+
+class HostTexts : public testing::TestWithParam<Utf8Row> {};
+
+TEST_P(HostTexts, AreDecodedWithAReplacementForEachBadByte) {
+    EXPECT_EQ(DecodeUtf8(GetParam().bytes), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, HostTexts,
+    testing::Values(Utf8Row{"", L""}, Utf8Row{"My card", L"My card"},
+                    Utf8Row{"Ausweis M\xC3\xBCller", L"Ausweis M\u00FCller"},
+                    Utf8Row{"\xF0\x9F\x94\x91", L"\U0001F511"},
+                    Utf8Row{"M\xFCller", L"M\uFFFDller"}, Utf8Row{"\x80", L"\uFFFD"},
+                    Utf8Row{"a\xE2\x82", L"a\uFFFD\uFFFD"},
+                    Utf8Row{"\xE2\x28\xA1", L"\uFFFD(\uFFFD"},
+                    Utf8Row{"\xED\xA0\x80", L"\uFFFD\uFFFD\uFFFD"},
+                    Utf8Row{"\xC0\xAF", L"\uFFFD\uFFFD"},
+                    Utf8Row{"\xFF\xFEok", L"\uFFFD\uFFFDok"},
+                    Utf8Row{"\xF5\x80\x80\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD"}));
+
+TEST(HostTexts, NullIsAnErrorOfTheHost) {
+    EXPECT_THROW(DecodeUtf8(nullptr), std::logic_error);
+    EXPECT_THROW(DecodeUtf8OrLocale(nullptr), std::logic_error);
+    EXPECT_THROW(HostText(nullptr), std::logic_error);
+}
+
+TEST(HostTexts, InAnUnknownEncodingRaise) {
+    ASSERT_NE(setlocale(LC_ALL, "C"), nullptr);
+    EXPECT_EQ(DecodeUtf8OrLocale("M\xC3\xBCller"), L"M\u00FCller");
+    EXPECT_THROW(DecodeUtf8OrLocale("M\xFCller"), std::runtime_error);
+}
+
+TEST(FormatTranslated, CutsAtTheLimit) {
+    const wxString label(wxString('x', 600));
+    const wxString text = FormatTranslated("To log in to \"%s\"", label);
+    EXPECT_EQ(text.length(), kFormattedTextLimit);
+    EXPECT_TRUE(text.StartsWith("To log in to \"xxx"));
+}
+
+TEST(FormatTranslated, KeepsWhatIsExactlyAtTheLimit) {
+    const wxString text = FormatTranslated("%s", wxString('x', kFormattedTextLimit));
+    EXPECT_EQ(text.length(), kFormattedTextLimit);
+}
+
+TEST(FormatTranslated, TakesPercentSignsInArgumentsAsTheyAre) {
+    EXPECT_EQ(FormatTranslated("To log in to \"%s\"", wxString("100%s %d")),
+              "To log in to \"100%s %d\"");
+}
+
+TEST(ToUtf8, CountsBytes) {
+    EXPECT_EQ(ToUtf8(wxString(L"\u00E9\u00E91")), "\xC3\xA9\xC3\xA9"
+                                                  "1");
+    EXPECT_EQ(ToUtf8(wxString()), "");
+}
+
+struct ConversionsRow {
+    const wchar_t* original;
+    const wchar_t* translation;
+    bool same;
+};
+
+class Conversions : public testing::TestWithParam<ConversionsRow> {};
+
+TEST_P(Conversions, OfATranslationMustBeTheOriginalsOwn) {
+    const auto& [original, translation, same] = GetParam();
+    EXPECT_EQ(HasSameConversions(original, translation), same);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Conversions,
+    testing::Values(ConversionsRow{L"no conversion", L"keine", true},
+                    ConversionsRow{L"%d tries", L"noch %d Versuche", true},
+                    ConversionsRow{L"%d tries", L"noch %s Versuche", false},
+                    ConversionsRow{L"%d tries", L"noch Versuche", false},
+                    ConversionsRow{L"%d tries", L"%d von %d", false},
+                    ConversionsRow{L"%s and %d", L"%d und %s", false},
+                    ConversionsRow{L"%s and %d", L"%1$s und %2$d", false},
+                    ConversionsRow{L"%d", L"%ld", false}, ConversionsRow{L"%ls", L"%s", false},
+                    ConversionsRow{L"100 %% of %d", L"%d von 100 %%", true},
+                    ConversionsRow{L"100 %% of %d", L"%d von 100 %", false},
+                    ConversionsRow{L"plain", L"100%", false},
+                    ConversionsRow{L"0x%04X", L"0x%X", true},
+                    ConversionsRow{L"%d", L"%*d", false},
+                    ConversionsRow{L"%d", L"%.*d", false},
+                    ConversionsRow{L"%d", L"%-5.2d", true},
+                    ConversionsRow{L"%s", L"%n", false},
+                    ConversionsRow{L"%c", L"%\u00E9", false}));
+
+TEST(FormatConversions, ListsThemInOrder) {
+    EXPECT_EQ(FormatConversions(L"%s %5.2lf %% %.*x %hhu %"),
+              (std::vector<std::string>{"s", "lf", "*", "x", "hhu", "%"}));
+}
+
+TEST(PromptTexts, CertificateDeletionIsComposedPieceByPiece) {
+    EXPECT_EQ(ConfirmDeleteCertificateText({.applicationName = "Mail",
+                                            .tokenLabel = "My card",
+                                            .issuedTo = "Alice",
+                                            .issuedBy = "Some CA",
+                                            .validFrom = "2026-01-01",
+                                            .validTo = "2028-01-01"}),
+              "The application Mail is trying to delete a certificate:\n\n"
+              "Issued To: Alice\nIssued By: Some CA\n\n"
+              "Valid From: 2026-01-01\nValid To: 2028-01-01\n\n"
+              "From the token with label \"My card\"\n\nDo you wish to allow this?");
+}
+
+TEST(PromptTexts, AnEmptyIssuerStillHasItsLine) {
+    EXPECT_NE(ConfirmDeleteCertificateText({}).Find("Issued By: \n"), wxNOT_FOUND);
+}
+
+TEST(PromptTexts, TheExpiryQuestionNamesTheDays) {
+    EXPECT_EQ(EarlyUnexpirePinText(0),
+              "The PIN on this token is about to expire in 0 days.\n"
+              "Would you like to change it now ?");
+    EXPECT_NE(EarlyUnexpirePinText(14).Find("in 14 days."), wxNOT_FOUND);
+}
+
+TEST(PromptTexts, FixedTexts) {
+    EXPECT_EQ(UnlockTokenText(), "This token is locked, would you like to unlock it?");
+    EXPECT_EQ(ChangeTransportPinText(),
+              "This token still has a transport PIN.\nWould you like to change it?");
+    EXPECT_EQ(UnblockFailedText(),
+              "Off-line PIN unlock of your token failed!\n"
+              "The response to the presented challenge was incorrect!\n\n"
+              "Repeated unlock failures may permanently lock your token!");
+    EXPECT_EQ(PukLockedText(), "PUK locked!");
+}
+
+}  // namespace
+}  // namespace zeldlg
