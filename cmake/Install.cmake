@@ -1,0 +1,29 @@
+# Where a Debian user expects things: library, header, pkg-config file, CMake package, program.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS zeldlglib EXPORT zeldlgTargets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime
+                NAMELINK_COMPONENT development
+        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/zeldlg DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+if(ZELDLG_BUILD_DEMO)
+    install(TARGETS zeldlg-demo DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+endif()
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zeldlg)
+install(EXPORT zeldlgTargets NAMESPACE zeldlg:: DESTINATION ${package_dir} COMPONENT development)
+configure_package_config_file(cmake/zeldlgConfig.cmake.in
+                              ${PROJECT_BINARY_DIR}/zeldlgConfig.cmake
+                              INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/zeldlgConfigVersion.cmake
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/zeldlgConfig.cmake
+              ${PROJECT_BINARY_DIR}/zeldlgConfigVersion.cmake
+        DESTINATION ${package_dir} COMPONENT development)
+
+# Relative, so that an install under another prefix works as well.
+file(RELATIVE_PATH PC_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" PC_TO_PREFIX "${PC_TO_PREFIX}")
+configure_file(cmake/zeldlg.pc.in ${PROJECT_BINARY_DIR}/zeldlg.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zeldlg.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

@@ -132,26 +132,26 @@ typedef struct PinPolicyCharList {
 
 /** A PIN policy in the form in which it crosses the library's boundary. 32 bytes. */
 typedef struct PinPolicyWire {
-    uint8_t headerByte;           /**< Carried unchanged. */
-    uint8_t enabledMask;          /**< Bit 0 distance, 1 classes, 2 history, 3 characters. */
-    uint8_t p1Threshold;          /**< Largest distance of neighbours that is still refused. */
-    uint8_t p1CaseSensitive;      /**< Zero: the PIN is lower-cased before the distance check. */
-    uint8_t p1FullPinCheck;       /**< Non-zero: refuse only one single arithmetic run. */
-    uint8_t p2NbClass;            /**< Minimum number of character classes. */
-    uint8_t p2PopMin;             /**< Minimum number of characters in each used class. */
-    uint8_t p2MinLen;             /**< Minimum PIN length in bytes. */
-    uint8_t p2ClassMask;          /**< 1 lower, 2 upper, 4 digits, 8 punctuation, 16 other. */
-    uint8_t p3Threshold;          /**< Similarity threshold of the token's history check. */
-    uint8_t p3HistorySize;        /**< Number of previous PINs that the token remembers. */
-    uint8_t p3CaseInsensitive;    /**< Non-zero: the token compares without regard to case. */
-    uint8_t p3LengthNormalize;    /**< Non-zero: the threshold is squared. */
-    uint8_t p3StrictOnly;         /**< Non-zero: only equal PINs are refused. */
-    uint8_t reserved1[2];         /**< Neither read nor written. */
+    uint8_t headerByte;        /**< Carried unchanged. */
+    uint8_t enabledMask;       /**< Bit 0 distance, 1 classes, 2 history, 3 characters. */
+    uint8_t p1Threshold;       /**< Largest distance of neighbours that is still refused. */
+    uint8_t p1CaseSensitive;   /**< Zero: the PIN is lower-cased before the distance check. */
+    uint8_t p1FullPinCheck;    /**< Non-zero: refuse only one single arithmetic run. */
+    uint8_t p2NbClass;         /**< Minimum number of character classes. */
+    uint8_t p2PopMin;          /**< Minimum number of characters in each used class. */
+    uint8_t p2MinLen;          /**< Minimum PIN length in bytes. */
+    uint8_t p2ClassMask;       /**< 1 lower, 2 upper, 4 digits, 8 punctuation, 16 other. */
+    uint8_t p3Threshold;       /**< Similarity threshold of the token's history check. */
+    uint8_t p3HistorySize;     /**< Number of previous PINs that the token remembers. */
+    uint8_t p3CaseInsensitive; /**< Non-zero: the token compares without regard to case. */
+    uint8_t p3LengthNormalize; /**< Non-zero: the threshold is squared. */
+    uint8_t p3StrictOnly;      /**< Non-zero: only equal PINs are refused. */
+    uint8_t reserved1[2];      /**< Neither read nor written. */
     const PinPolicyCharList* charList; /**< Characters of the character restriction. */
-    uint8_t lastRefusedCharacter; /**< The character that failed the last check. */
-    uint8_t p4IsWhiteList;        /**< Non-zero: only the listed characters are allowed. */
-    uint8_t reserved2[2];         /**< Neither read nor written. */
-    int32_t source;               /**< -4 card, -3 configuration store, -2 unknown. */
+    uint8_t lastRefusedCharacter;      /**< The character that failed the last check. */
+    uint8_t p4IsWhiteList;             /**< Non-zero: only the listed characters are allowed. */
+    uint8_t reserved2[2];              /**< Neither read nor written. */
+    int32_t source;                    /**< -4 card, -3 configuration store, -2 unknown. */
 } PinPolicyWire;
 
 /** Names a ::PinPolicyWire. 16 bytes. */

@@ -12,9 +12,7 @@ namespace zeldlg::api {
 
 namespace {
 
-uint32_t ConfirmedOrCancelled(bool confirmed) {
-    return confirmed ? ZELDLG_OK : ZELDLG_CANCELLED;
-}
+uint32_t ConfirmedOrCancelled(bool confirmed) { return confirmed ? ZELDLG_OK : ZELDLG_CANCELLED; }
 
 }  // namespace
 
@@ -55,9 +53,8 @@ uint32_t Notify(RequestCode code, uint64_t param1) {
 
 uint32_t NotifyShown(std::initializer_list<RequestCode> codes, uint64_t* shown) {
     return Guarded(ZELDLG_FAILED, [&] {
-        if (shown == nullptr || !std::all_of(codes.begin(), codes.end(), [](RequestCode code) {
-                return Request(code);
-            })) {
+        if (shown == nullptr || !std::all_of(codes.begin(), codes.end(),
+                                             [](RequestCode code) { return Request(code); })) {
             return ZELDLG_FAILED;
         }
         *shown = 1;
@@ -89,8 +86,7 @@ uint32_t AskForChange(RequestCode code, const void* record, void* buffers) {
     return Guarded(ZELDLG_FAILED, [&] {
         ChangeReply reply{.returnCode = 0, .extra = Pointer(buffers)};
         if (record == nullptr || buffers == nullptr ||
-            !Request(code, Pointer(record), Pointer(&reply)) ||
-            reply.returnCode == kNotDelivered) {
+            !Request(code, Pointer(record), Pointer(&reply)) || reply.returnCode == kNotDelivered) {
             return ZELDLG_FAILED;
         }
         return ConfirmedOrCancelled(reply.returnCode == wxID_OK);

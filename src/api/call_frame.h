@@ -42,8 +42,8 @@ std::invoke_result_t<Body> Guarded(std::invoke_result_t<Body> failure, const Bod
 
 /// The same for an export that returns nothing.
 template <typename Body>
-    requires std::same_as<std::invoke_result_t<Body>, void>
-void Guarded(const Body& body) noexcept {
+requires std::same_as < std::invoke_result_t<Body>,
+void > void Guarded(const Body& body) noexcept {
     const NotCancelable notCancelable;
     try {
         body();

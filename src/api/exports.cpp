@@ -68,11 +68,10 @@ uint32_t DLG_ShowUnblockThroughCR(const ChallengeResponseRequest* request,
 uint32_t DLG_ShowSelectUnblockMethod(int32_t pukOffered, const uint32_t* algorithms,
                                      uint32_t algorithmCount, uint32_t* method,
                                      uint32_t* algorithm) {
-    return SelectUnblockMethod(
-        {.pukOffered = pukOffered != 0 ? 1 : 0,
-         .algorithms = algorithms,
-         .algorithmCount = algorithmCount},
-        method, algorithm);
+    return SelectUnblockMethod({.pukOffered = pukOffered != 0 ? 1 : 0,
+                                .algorithms = algorithms,
+                                .algorithmCount = algorithmCount},
+                               method, algorithm);
 }
 
 // Notices and questions

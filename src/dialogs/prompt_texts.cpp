@@ -9,9 +9,8 @@ wxString ConfirmDeleteCertificateText(const CertificateTexts& certificate) {
     const auto validity = [](const char* caption, const wxString& date) {
         return Translate(caption) + FormatTranslated(CATALOGUE_KEY(": %s\n"), date);
     };
-    return FormatTranslated(
-               CATALOGUE_KEY("The application %s is trying to delete a certificate:"),
-               certificate.applicationName) +
+    return FormatTranslated(CATALOGUE_KEY("The application %s is trying to delete a certificate:"),
+                            certificate.applicationName) +
            Translate(CATALOGUE_KEY("\n\n")) +
            FormatTranslated(CATALOGUE_KEY("Issued To: %s\n"), certificate.issuedTo) +
            FormatTranslated(CATALOGUE_KEY("Issued By: %s\n"), certificate.issuedBy) +
@@ -30,8 +29,8 @@ wxString UnlockTokenText() {
 }
 
 wxString ChangeTransportPinText() {
-    return Translate(CATALOGUE_KEY(
-        "This token still has a transport PIN.\nWould you like to change it?"));
+    return Translate(
+        CATALOGUE_KEY("This token still has a transport PIN.\nWould you like to change it?"));
 }
 
 wxString EarlyUnexpirePinText(uint32_t days) {
@@ -45,8 +44,7 @@ wxString UnblockFailedText() {
            Translate(CATALOGUE_KEY("\n")) +
            Translate(CATALOGUE_KEY("The response to the presented challenge was incorrect!")) +
            Translate(CATALOGUE_KEY("\n\n")) +
-           Translate(
-               CATALOGUE_KEY("Repeated unlock failures may permanently lock your token!"));
+           Translate(CATALOGUE_KEY("Repeated unlock failures may permanently lock your token!"));
 }
 
 wxString PukLockedText() { return Translate(CATALOGUE_KEY("PUK locked!")); }

@@ -42,8 +42,8 @@ CPinPromptDialog::CPinPromptDialog(wxWindow* parent, const PinLengthRule& length
 wxString CPinPromptDialog::GetPin() const { return m_pinField->GetLineText(0); }
 
 void CPinPromptDialog::AddHeading(const wxString& tokenLabel) {
-    m_rows->Add(layout::NewText(
-        this, FormatTranslated(CATALOGUE_KEY("To log in to \"%s\""), tokenLabel)));
+    m_rows->Add(
+        layout::NewText(this, FormatTranslated(CATALOGUE_KEY("To log in to \"%s\""), tokenLabel)));
 }
 
 void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
@@ -59,9 +59,9 @@ void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
 
 void CPinPromptDialog::AddPinField() {
     auto* const label = layout::NewText(this, Translate(CATALOGUE_KEY("Enter PIN:")));
-    m_pinField = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                                wxSize(CSecureTextControl::GetFieldWidth(), kPinFieldHeight),
-                                wxTE_PASSWORD);
+    m_pinField =
+        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+                       wxSize(CSecureTextControl::GetFieldWidth(), kPinFieldHeight), wxTE_PASSWORD);
     SetLabelFor(*label, *m_pinField);
     MarkAsSecretField(*m_pinField);
     m_rows->Add(label, wxSizerFlags().Border(wxTOP, layout::kSectionGap));

@@ -192,8 +192,7 @@ private:
         ManualResetEvent& event = *waiter.event;
         const std::lock_guard lock(event.m_waiters->mutex);
         event.m_waiters->Remove(waiter);
-        if (!event.IsManualReset() && waiter.released == Release::BySet &&
-            event.m_signalled == 0) {
+        if (!event.IsManualReset() && waiter.released == Release::BySet && event.m_signalled == 0) {
             event.OfferToOneWaiter();
         }
     }

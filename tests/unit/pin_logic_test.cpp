@@ -108,18 +108,18 @@ TEST_P(FailureOfCounter, IsDescribed) {
 }
 
 // {maxTries, triesLeft, failedEarlier}
-INSTANTIATE_TEST_SUITE_P(
-    AllCombinations, FailureOfCounter,
-    testing::Values(CounterRow{{3, 3, false}, "", "", {}}, CounterRow{{3, 3, true}, "", "", {}},
-                    CounterRow{{3, 2, false}, kIncorrect, kMayLock, 2},
-                    CounterRow{{3, 2, true}, kEarlier, kMayLock, 2},
-                    CounterRow{{3, 1, false}, kIncorrect, kLast, {}},
-                    CounterRow{{3, 1, true}, kEarlier, kLast, {}},
-                    CounterRow{{1, 1, false}, kIncorrect, kLast, {}},
-                    CounterRow{{1, 1, true}, kEarlier, kLast, {}},
-                    CounterRow{{3, 0, false}, kIncorrect, kMayLock, 0},
-                    CounterRow{{0, 0, false}, "", "", {}},
-                    CounterRow{{3, 5, true}, kEarlier, kMayLock, 5}));
+INSTANTIATE_TEST_SUITE_P(AllCombinations, FailureOfCounter,
+                         testing::Values(CounterRow{{3, 3, false}, "", "", {}},
+                                         CounterRow{{3, 3, true}, "", "", {}},
+                                         CounterRow{{3, 2, false}, kIncorrect, kMayLock, 2},
+                                         CounterRow{{3, 2, true}, kEarlier, kMayLock, 2},
+                                         CounterRow{{3, 1, false}, kIncorrect, kLast, {}},
+                                         CounterRow{{3, 1, true}, kEarlier, kLast, {}},
+                                         CounterRow{{1, 1, false}, kIncorrect, kLast, {}},
+                                         CounterRow{{1, 1, true}, kEarlier, kLast, {}},
+                                         CounterRow{{3, 0, false}, kIncorrect, kMayLock, 0},
+                                         CounterRow{{0, 0, false}, "", "", {}},
+                                         CounterRow{{3, 5, true}, kEarlier, kMayLock, 5}));
 
 }  // namespace
 }  // namespace zeldlg

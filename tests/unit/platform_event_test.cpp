@@ -35,8 +35,8 @@ class Waiting {
 public:
     Waiting(std::vector<ManualResetEvent*> events, bool waitAll, uint32_t timeoutMs = kLongMs)
         : m_thread([this, events = std::move(events), waitAll, timeoutMs] {
-              m_result = WaitForEvents(static_cast<uint32_t>(events.size()), events.data(),
-                                       waitAll, timeoutMs);
+              m_result = WaitForEvents(static_cast<uint32_t>(events.size()), events.data(), waitAll,
+                                       timeoutMs);
               m_done = true;
           }) {}
     ~Waiting() { m_thread.join(); }
@@ -331,14 +331,13 @@ TEST_P(Deadline, IsThatManyMillisecondsAhead) {
     EXPECT_EQ(deadline.tv_nsec, expected.tv_nsec);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Arithmetic, Deadline,
-    testing::Values(DeadlineRow{{100, 0}, 1500, {101, 500'000'000}},
-                    DeadlineRow{{100, 499'999'999}, 1500, {101, 999'999'999}},
-                    DeadlineRow{{100, 500'000'000}, 1500, {102, 0}},
-                    DeadlineRow{{100, 999'999'999}, 999, {101, 998'999'999}},
-                    DeadlineRow{{100, 7}, 0, {100, 7}},
-                    DeadlineRow{{0, 0}, 0xFFFFFFFE, {4294967, 294'000'000}}));
+INSTANTIATE_TEST_SUITE_P(Arithmetic, Deadline,
+                         testing::Values(DeadlineRow{{100, 0}, 1500, {101, 500'000'000}},
+                                         DeadlineRow{{100, 499'999'999}, 1500, {101, 999'999'999}},
+                                         DeadlineRow{{100, 500'000'000}, 1500, {102, 0}},
+                                         DeadlineRow{{100, 999'999'999}, 999, {101, 998'999'999}},
+                                         DeadlineRow{{100, 7}, 0, {100, 7}},
+                                         DeadlineRow{{0, 0}, 0xFFFFFFFE, {4294967, 294'000'000}}));
 
 TEST(Event, CreationAnswersItsResultCodes) {
     ManualResetEvent* event = nullptr;

@@ -125,7 +125,6 @@ void* SetFlag(void* flag) {
     return nullptr;
 }
 
-
 TEST(Thread, RunsItsEntryAndIsJoined) {
     std::atomic<bool> flag{false};
     pthread_t thread{};

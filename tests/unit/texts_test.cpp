@@ -27,18 +27,18 @@ TEST_P(HostTexts, AreDecodedWithAReplacementForEachBadByte) {
     EXPECT_EQ(DecodeUtf8(GetParam().bytes), GetParam().text);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rows, HostTexts,
-    testing::Values(Utf8Row{"", L""}, Utf8Row{"My card", L"My card"},
-                    Utf8Row{"Ausweis M\xC3\xBCller", L"Ausweis M\u00FCller"},
-                    Utf8Row{"\xF0\x9F\x94\x91", L"\U0001F511"},
-                    Utf8Row{"M\xFCller", L"M\uFFFDller"}, Utf8Row{"\x80", L"\uFFFD"},
-                    Utf8Row{"a\xE2\x82", L"a\uFFFD\uFFFD"},
-                    Utf8Row{"\xE2\x28\xA1", L"\uFFFD(\uFFFD"},
-                    Utf8Row{"\xED\xA0\x80", L"\uFFFD\uFFFD\uFFFD"},
-                    Utf8Row{"\xC0\xAF", L"\uFFFD\uFFFD"},
-                    Utf8Row{"\xFF\xFEok", L"\uFFFD\uFFFDok"},
-                    Utf8Row{"\xF5\x80\x80\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD"}));
+INSTANTIATE_TEST_SUITE_P(Rows, HostTexts,
+                         testing::Values(Utf8Row{"", L""}, Utf8Row{"My card", L"My card"},
+                                         Utf8Row{"Ausweis M\xC3\xBCller", L"Ausweis M\u00FCller"},
+                                         Utf8Row{"\xF0\x9F\x94\x91", L"\U0001F511"},
+                                         Utf8Row{"M\xFCller", L"M\uFFFDller"},
+                                         Utf8Row{"\x80", L"\uFFFD"},
+                                         Utf8Row{"a\xE2\x82", L"a\uFFFD\uFFFD"},
+                                         Utf8Row{"\xE2\x28\xA1", L"\uFFFD(\uFFFD"},
+                                         Utf8Row{"\xED\xA0\x80", L"\uFFFD\uFFFD\uFFFD"},
+                                         Utf8Row{"\xC0\xAF", L"\uFFFD\uFFFD"},
+                                         Utf8Row{"\xFF\xFEok", L"\uFFFD\uFFFDok"},
+                                         Utf8Row{"\xF5\x80\x80\x80", L"\uFFFD\uFFFD\uFFFD\uFFFD"}));
 
 TEST(HostTexts, NullIsAnErrorOfTheHost) {
     EXPECT_THROW(DecodeUtf8(nullptr), std::logic_error);
@@ -70,8 +70,9 @@ TEST(FormatTranslated, TakesPercentSignsInArgumentsAsTheyAre) {
 }
 
 TEST(ToUtf8, CountsBytes) {
-    EXPECT_EQ(ToUtf8(wxString(L"\u00E9\u00E91")), "\xC3\xA9\xC3\xA9"
-                                                  "1");
+    EXPECT_EQ(ToUtf8(wxString(L"\u00E9\u00E91")),
+              "\xC3\xA9\xC3\xA9"
+              "1");
     EXPECT_EQ(ToUtf8(wxString()), "");
 }
 
@@ -101,12 +102,9 @@ INSTANTIATE_TEST_SUITE_P(
                     ConversionsRow{L"100 %% of %d", L"%d von 100 %%", true},
                     ConversionsRow{L"100 %% of %d", L"%d von 100 %", false},
                     ConversionsRow{L"plain", L"100%", false},
-                    ConversionsRow{L"0x%04X", L"0x%X", true},
-                    ConversionsRow{L"%d", L"%*d", false},
-                    ConversionsRow{L"%d", L"%.*d", false},
-                    ConversionsRow{L"%d", L"%-5.2d", true},
-                    ConversionsRow{L"%s", L"%n", false},
-                    ConversionsRow{L"%c", L"%\u00E9", false}));
+                    ConversionsRow{L"0x%04X", L"0x%X", true}, ConversionsRow{L"%d", L"%*d", false},
+                    ConversionsRow{L"%d", L"%.*d", false}, ConversionsRow{L"%d", L"%-5.2d", true},
+                    ConversionsRow{L"%s", L"%n", false}, ConversionsRow{L"%c", L"%\u00E9", false}));
 
 TEST(FormatConversions, ListsThemInOrder) {
     EXPECT_EQ(FormatConversions(L"%s %5.2lf %% %.*x %hhu %"),

@@ -28,8 +28,8 @@ wxString WrapText(wxWindow& window, const wxString& text, int width) {
     for (const GSList* line = pango_layout_get_lines_readonly(layout.get()); line != nullptr;
          line = line->next) {
         const auto* const each = static_cast<const PangoLayoutLine*>(line->data);
-        wxString piece = wxString::FromUTF8(utf8.data() + each->start_index,
-                                            static_cast<size_t>(each->length));
+        wxString piece =
+            wxString::FromUTF8(utf8.data() + each->start_index, static_cast<size_t>(each->length));
         if (line->next != nullptr) {
             piece = piece.Trim() + "\n";
         }
@@ -39,8 +39,7 @@ wxString WrapText(wxWindow& window, const wxString& text, int width) {
 }
 
 wxStaticText* NewText(wxWindow* parent, const wxString& text) {
-    return new wxStaticText(parent, wxID_ANY,
-                            wxControl::EscapeMnemonics(WrapText(*parent, text)));
+    return new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(WrapText(*parent, text)));
 }
 
 wxStaticText* NewWarning(wxWindow* parent, const wxString& text) {
@@ -50,9 +49,8 @@ wxStaticText* NewWarning(wxWindow* parent, const wxString& text) {
 }
 
 ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel) {
-    const ButtonRow buttons{
-        new wxButton(parent, wxID_OK, okLabel),
-        new wxButton(parent, wxID_CANCEL, Translate(CATALOGUE_KEY("Cancel")))};
+    const ButtonRow buttons{new wxButton(parent, wxID_OK, okLabel),
+                            new wxButton(parent, wxID_CANCEL, Translate(CATALOGUE_KEY("Cancel")))};
     buttons.ok->SetDefault();
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(buttons.ok);

@@ -46,8 +46,7 @@ bool ServePinDialog(const CMessage& message) {
         PinLengthRule(request.minPinLength, request.maxPinLength), FailureOf(request));
     reply.returnCode = dialog->ShowModal();
     if (reply.returnCode == wxID_OK) {
-        reply.returnCode =
-            DeliverPin(dialog->GetPin(), *reinterpret_cast<PinBuffer*>(reply.extra));
+        reply.returnCode = DeliverPin(dialog->GetPin(), *reinterpret_cast<PinBuffer*>(reply.extra));
     }
     return true;
 }

@@ -1,0 +1,29 @@
+/* The sub-commands of zeldlg-demo: one for each dialog, kept in a table by main.c. */
+#ifndef ZELDLG_DEMO_COMMAND_H
+#define ZELDLG_DEMO_COMMAND_H
+
+#include <stdint.h>
+#include <zeldlg/zeldlg.h>
+
+/* Exit codes of the program. */
+enum { EXIT_CONFIRMED = 0, EXIT_NOT_CONFIRMED = 1, EXIT_USAGE = 2, EXIT_NO_LIBRARY = 3 };
+
+typedef struct Command {
+    const char* name;
+    const char* summary; /* one line */
+    const char* options; /* for --help, a line each */
+    /* Runs with the words behind the command's name in argv[1] and on. Returns an exit code. */
+    int (*run)(const DLG_FunctionList* dialogs, int argc, char** argv);
+} Command;
+
+extern const Command kPinCommand;
+extern const Command kPinExCommand;
+
+/* Prints a result code with its meaning. Returns the exit code that goes with it. */
+int ReportResult(uint32_t result);
+
+/* Parses a 32-bit number (decimal, 0x..., 0...). Ends the program with a message when it is none.
+ */
+uint32_t ParseNumber(const char* option, const char* text);
+
+#endif
