@@ -11,6 +11,7 @@
 #include <cstdio>
 
 #include "runtime/dll_app.h"
+#include "runtime/exit_guard.h"
 
 namespace zeldlg {
 
@@ -85,7 +86,9 @@ bool WxToolkit::Start() {
     }
     SendMessagesToStandardError();
     const bool started = StartWx();
-    if (!started) {
+    if (started) {
+        ParkGuiThreadAtExit();
+    } else {
         GiveMessagesBack();
     }
     Leave();
@@ -99,6 +102,7 @@ bool WxToolkit::Enter() { return g_main_context_acquire(nullptr) != FALSE; }
 void WxToolkit::Leave() { g_main_context_release(nullptr); }
 
 void WxToolkit::Stop() {
+    ForgetGuiThreadAtExit();
     wxEntryCleanup();
     GiveMessagesBack();
 }

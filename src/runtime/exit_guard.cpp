@@ -1,0 +1,57 @@
+#include "runtime/exit_guard.h"
+
+#include <glib.h>
+#include <unistd.h>
+
+#include <atomic>
+
+#include "platform/event.h"
+
+namespace zeldlg {
+
+namespace {
+
+using platform::ManualResetEvent;
+
+// A thread that is busy for longer than this is left to its fate: exiting must not hang.
+constexpr uint32_t kParkTimeoutMs = 1000;
+
+// Written on the GUI thread, read by the thread that exits.
+std::atomic<bool> g_guiThreadIsUp{false};
+
+gboolean ParkForever(gpointer parked) {
+    static_cast<ManualResetEvent*>(parked)->Set();
+    for (;;) {
+        pause();
+    }
+}
+
+// Its destruction is the process's exit. Objects are destroyed in the reverse order of their
+// creation, so this one goes before those that the toolkit made before it.
+class ExitGuard {
+public:
+    ~ExitGuard() {
+        // A forked child has no GUI thread, and the locks of the main context may be taken.
+        if (!g_guiThreadIsUp || getpid() != m_process) {
+            return;
+        }
+        // Never destroyed: the GUI thread may still be on its way out of Set.
+        auto* const parked = new ManualResetEvent;
+        g_idle_add_full(G_PRIORITY_HIGH, ParkForever, parked, nullptr);
+        platform::WaitForEvent(*parked, kParkTimeoutMs);
+    }
+
+private:
+    pid_t m_process = getpid();
+};
+
+}  // namespace
+
+void ParkGuiThreadAtExit() {
+    static const ExitGuard kGuard;
+    g_guiThreadIsUp = true;
+}
+
+void ForgetGuiThreadAtExit() { g_guiThreadIsUp = false; }
+
+}  // namespace zeldlg

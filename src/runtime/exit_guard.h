@@ -1,0 +1,14 @@
+// Keeps the GUI thread from running into a process that is being torn down: a host may exit
+// without finalising, even while a dialog is open.
+#pragma once
+
+namespace zeldlg {
+
+/// GUI thread, once the toolkit is up: from now on the exit of the process parks this thread
+/// before the toolkit's own static objects are destroyed.
+void ParkGuiThreadAtExit();
+
+/// GUI thread, before the toolkit is stopped: there is nothing to park any more.
+void ForgetGuiThreadAtExit();
+
+}  // namespace zeldlg
