@@ -11,6 +11,7 @@
 #include <initializer_list>
 #include <type_traits>
 
+#include "resources/catalogue_access.h"
 #include "runtime/reply_block.h"
 #include "runtime/request_codes.h"
 
@@ -99,7 +100,11 @@ template <typename Compose>
 uint32_t Ask(RequestCode code, const Compose& composeText) {
     return Guarded(ZELDLG_FAILED, [&] {
         StartTexts();
-        return SendPrompt(code, composeText());
+        const wxString text = [&composeText] {
+            const CatalogueReader catalogueReader;
+            return composeText();
+        }();
+        return SendPrompt(code, text);
     });
 }
 

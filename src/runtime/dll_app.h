@@ -1,23 +1,29 @@
-// The toolkit's application object: carries the locale of the dialogs.
+// The toolkit's application object: sets up and carries the locale of the dialogs.
 #pragma once
 
 #include <wx/app.h>
 #include <wx/intl.h>
 
+#include <optional>
+
 namespace zeldlg {
 
 class CDllApp : public wxApp {
 public:
+    /// Sets the process's locale to that of its environment and loads the message catalogue.
     CDllApp();
 
-    /// Not called when the library starts the toolkit; there for hosts of the class that run a
+    /// Not called when the library starts the toolkit; there for users of the class that run a
     /// main loop.
     bool OnInit() override;
 
-    const wxLocale& Locale() const { return m_locale; }
+    /// For example "de_DE"; empty when the toolkit does not know the locale.
+    wxString LocaleName() const { return m_locale->GetCanonicalName(); }
 
 private:
-    wxLocale m_locale;
+    void SetUpLocale();
+
+    std::optional<wxLocale> m_locale;
 };
 
 }  // namespace zeldlg

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "resources/catalogue_access.h"
 #include "runtime/dll_app.h"
 #include "runtime/exit_guard.h"
 
@@ -74,6 +75,7 @@ private:
 bool StartWx() {
     const KeepPipeSignal keepPipeSignal;
     const ApplicationFactory factory;
+    const CatalogueWriter catalogueWriter;
     int argumentCount = 0;
     return wxEntryStart(argumentCount, static_cast<wxChar**>(nullptr));
 }
@@ -103,6 +105,7 @@ void WxToolkit::Leave() { g_main_context_release(nullptr); }
 
 void WxToolkit::Stop() {
     ForgetGuiThreadAtExit();
+    const CatalogueWriter catalogueWriter;
     wxEntryCleanup();
     GiveMessagesBack();
 }

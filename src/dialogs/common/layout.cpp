@@ -61,6 +61,7 @@ ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel
 }
 
 void Finish(wxTopLevelWindow& window, wxSizer* content) {
+    content->SetMinSize(kMinContentWidth, wxDefaultCoord);
     auto* const margin = new wxBoxSizer(wxVERTICAL);
     margin->Add(content, wxSizerFlags(1).Expand().Border(wxALL, kMargin));
     window.SetSizerAndFit(margin);

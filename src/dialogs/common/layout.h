@@ -14,6 +14,9 @@ inline constexpr int kMargin = 16;
 inline constexpr int kSectionGap = 12;
 inline constexpr int kLineGap = 4;
 
+/// Pixels that the content of the smallest dialog is wide.
+inline constexpr int kMinContentWidth = 280;
+
 /// Pixels after which a text is broken, so that a long label does not widen its dialog.
 inline constexpr int kTextWidth = 400;
 

@@ -1,0 +1,76 @@
+#include "resources/catalogue_loader.h"
+
+#include <wx/file.h>
+#include <wx/filefn.h>
+#include <wx/stdpaths.h>
+#include <wx/utils.h>
+
+#include <string>
+
+#include "resources/catalogue_check.h"
+
+namespace zeldlg {
+
+namespace {
+
+bool ReadFile(const wxString& path, std::string& bytes) {
+    wxFile file;
+    if (!wxFileExists(path) || !file.Open(path)) {
+        return false;
+    }
+    const wxFileOffset size = file.Length();
+    if (size < 0) {
+        return false;
+    }
+    bytes.resize(static_cast<size_t>(size));
+    return file.Read(bytes.data(), bytes.size()) == static_cast<ssize_t>(size);
+}
+
+// Opened from the bytes that were checked: the file may change in between.
+wxMsgCatalog* OpenChecked(const wxString& path, const wxString& domain) {
+    std::string bytes;
+    if (!ReadFile(path, bytes) || !IsSoundCatalogue(bytes)) {
+        return nullptr;
+    }
+    return wxMsgCatalog::CreateFromData(wxCharBuffer::CreateNonOwned(bytes.data(), bytes.size()),
+                                        domain);
+}
+
+}  // namespace
+
+CatalogueLoader::CatalogueLoader(const wxString& prefix) : m_prefix(prefix) {
+    if (!prefix.empty()) {
+        AddCatalogLookupPathPrefix(prefix);
+    }
+}
+
+wxMsgCatalog* CatalogueLoader::LoadCatalog(const wxString& domain, const wxString& lang) {
+    for (const wxString& prefix : Prefixes()) {
+        const wxString folder = prefix + "/" + lang;
+        for (const wxString& each : {folder + "/LC_MESSAGES", folder}) {
+            const wxString path = each + "/" + domain + ".mo";
+            if (wxFileExists(path)) {
+                return OpenChecked(path, domain);
+            }
+        }
+    }
+    return nullptr;
+}
+
+// The toolkit's own order.
+std::vector<wxString> CatalogueLoader::Prefixes() const {
+    std::vector<wxString> prefixes;
+    if (!m_prefix.empty()) {
+        prefixes.push_back(m_prefix);
+    }
+    prefixes.push_back(wxStandardPaths::Get().GetResourcesDir());
+    prefixes.push_back(wxStandardPaths::Get().GetInstallPrefix() + "/share/locale");
+    wxString searchPath;
+    if (wxGetEnv("LC_PATH", &searchPath) && !searchPath.empty()) {
+        prefixes.push_back(searchPath);
+    }
+    prefixes.push_back(wxGetInstallPrefix() + "/share/locale");
+    return prefixes;
+}
+
+}  // namespace zeldlg

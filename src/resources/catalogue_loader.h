@@ -1,0 +1,25 @@
+// Finds message catalogues where the toolkit would, and opens only those that are safe to read.
+#pragma once
+
+#include <wx/translation.h>
+
+#include <vector>
+
+namespace zeldlg {
+
+class CatalogueLoader : public wxFileTranslationsLoader {
+public:
+    /// @param prefix Folder to search before all others; empty for none. It stays known to the
+    ///               toolkit for the life of the process.
+    explicit CatalogueLoader(const wxString& prefix);
+
+    /// A damaged file counts as missing. @return The caller's; null when there is none.
+    wxMsgCatalog* LoadCatalog(const wxString& domain, const wxString& lang) override;
+
+private:
+    std::vector<wxString> Prefixes() const;
+
+    wxString m_prefix;
+};
+
+}  // namespace zeldlg

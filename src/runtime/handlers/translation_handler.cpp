@@ -1,0 +1,51 @@
+#include "runtime/handlers/translation_handler.h"
+
+#include <wx/translation.h>
+
+#include <string>
+
+#include "resources/texts.h"
+#include "runtime/dll_app.h"
+#include "runtime/handlers/sized_text.h"
+#include "runtime/reply_block.h"
+#include "runtime/request_codes.h"
+
+namespace zeldlg {
+
+namespace {
+
+// A text without translation is returned as it is.
+wxString TranslationOf(const wxString& source) {
+    const wxTranslations* const translations = wxTranslations::Get();
+    const wxString* const translation =
+        translations != nullptr ? translations->GetTranslatedString(source) : nullptr;
+    return translation != nullptr ? *translation : source;
+}
+
+template <typename Unit>
+void Reply(const CMessage& message, const std::basic_string<Unit>& text) {
+    auto& reply = *message.Param2As<TranslationReply>();
+    reply.result = StoreSizedText<Unit>(text, static_cast<Unit*>(reply.buffer), *reply.size);
+}
+
+}  // namespace
+
+bool HandleTranslation(CMessage* message) {
+    switch (message->Code()) {
+        case kTranslateUtf8:
+            Reply(*message, ToUtf8(TranslationOf(HostText(message->Param1As<const char>()))));
+            return true;
+        case kTranslateUtf16: {
+            const auto* const source = message->Param1As<const wchar_t>();
+            Reply(*message, TranslationOf(source != nullptr ? source : L"").ToStdWstring());
+            return true;
+        }
+        case kGetLocale:
+            Reply(*message, dynamic_cast<CDllApp&>(*wxTheApp).LocaleName().ToStdWstring());
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+#include <wx/translation.h>
+
+#include <cstring>
+#include <memory>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "resources/catalogue_check.h"
+#include "runtime/handlers/sized_text.h"
+
+namespace zeldlg {
+namespace {
+
+void AppendWord(std::string& out, size_t word) {
+    const auto value = static_cast<uint32_t>(word);
+    out.append(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+void SetWord(std::string& file, size_t offset, uint32_t value) {
+    memcpy(file.data() + offset, &value, sizeof value);
+}
+
+// A catalogue as msgfmt writes it: header, table of originals, table of translations, texts.
+std::string MakeCatalogue(const std::vector<std::pair<std::string, std::string>>& entries) {
+    const size_t originals = 28;
+    const size_t translations = originals + entries.size() * 8;
+    std::string file;
+    for (const size_t word : {size_t{0x950412de}, size_t{0}, entries.size(), originals,
+                              translations, size_t{0}, size_t{0}}) {
+        AppendWord(file, word);
+    }
+    std::string texts;
+    const size_t textStart = translations + entries.size() * 8;
+    const auto addTable = [&](const auto& textOf) {
+        for (const auto& entry : entries) {
+            AppendWord(file, textOf(entry).size());
+            AppendWord(file, textStart + texts.size());
+            texts += textOf(entry);
+            texts += '\0';
+        }
+    };
+    addTable([](const auto& entry) -> const std::string& { return entry.first; });
+    addTable([](const auto& entry) -> const std::string& { return entry.second; });
+    return file + texts;
+}
+
+const std::string kHeader =
+    "Content-Type: text/plain; charset=UTF-8\nPlural-Forms: nplurals=2; plural=n != 1;\n";
+
+std::string GoodCatalogue() {
+    return MakeCatalogue({{"", kHeader}, {"Cancel", "Abbrechen"}, {"OK", "In Ordnung"}});
+}
+
+TEST(CatalogueCheck, AcceptsAGoodOneInBothByteOrders) {
+    std::string file = GoodCatalogue();
+    EXPECT_TRUE(IsSoundCatalogue(file));
+    const size_t tables = 28 + 2 * 3 * 8;
+    for (size_t word = 0; word < tables; word += 4) {
+        std::swap(file[word], file[word + 3]);
+        std::swap(file[word + 1], file[word + 2]);
+    }
+    EXPECT_TRUE(IsSoundCatalogue(file));
+    EXPECT_TRUE(IsSoundCatalogue(MakeCatalogue({})));
+}
+
+TEST(CatalogueCheck, RefusesEveryTruncation) {
+    const std::string file = GoodCatalogue();
+    for (size_t size = 0; size < file.size(); ++size) {
+        EXPECT_FALSE(IsSoundCatalogue(file.substr(0, size))) << size;
+    }
+}
+
+TEST(CatalogueCheck, RefusesNumbersThatLeadOutOfTheFile) {
+    for (const size_t offset : {0U, 8U, 12U, 16U, 28U, 32U, 52U, 56U}) {
+        for (const uint32_t value : {0x7FFFFFFFU, 0xFFFFFFFFU, 0x10000U, 0xFFFFFFF8U}) {
+            std::string file = GoodCatalogue();
+            SetWord(file, offset, value);
+            EXPECT_FALSE(IsSoundCatalogue(file)) << offset << " " << value;
+        }
+    }
+}
+
+TEST(CatalogueCheck, RefusesATextWithoutItsZeroByte) {
+    std::string file = GoodCatalogue();
+    file.back() = 'x';
+    EXPECT_FALSE(IsSoundCatalogue(file));
+}
+
+TEST(CatalogueCheck, RefusesAPluralExpressionOfAnyDepth) {
+    const std::string deep = "Plural-Forms: nplurals=2; plural=" + std::string(100000, '(') + "n\n";
+    EXPECT_FALSE(IsSoundCatalogue(MakeCatalogue({{"", deep}})));
+}
+
+TEST(CatalogueCheck, WhatPassesCanBeOpenedByTheToolkit) {
+    std::mt19937 random(20261120);
+    int opened = 0;
+    for (int round = 0; round < 20000; ++round) {
+        std::string file = GoodCatalogue();
+        for (int change = 0; change < 3; ++change) {
+            file[random() % file.size()] = static_cast<char>(random());
+        }
+        if (IsSoundCatalogue(file)) {
+            const std::unique_ptr<wxMsgCatalog> catalogue(wxMsgCatalog::CreateFromData(
+                wxCharBuffer::CreateNonOwned(file.data(), file.size()), "test"));
+            opened += catalogue != nullptr ? 1 : 0;
+        }
+    }
+    EXPECT_GT(opened, 1000);
+}
+
+struct SizedRow {
+    uint32_t capacity;
+    uint32_t result;
+    const char* buffer;
+};
+
+class SizedText : public testing::TestWithParam<SizedRow> {};
+
+TEST_P(SizedText, IsStoredWithItsZeroOrNotAtAll) {
+    const auto& [capacity, result, expected] = GetParam();
+    char buffer[8] = "xxxxxxx";
+    uint32_t size = capacity;
+    EXPECT_EQ(StoreSizedText<char>("abc", buffer, size), result);
+    EXPECT_EQ(size, 4U);
+    EXPECT_EQ(std::string(buffer, 7), std::string(expected, 7));
+}
+
+INSTANTIATE_TEST_SUITE_P(Capacities, SizedText,
+                         testing::Values(SizedRow{0, ZELDLG_BUFFER_TOO_SMALL, "xxxxxxx"},
+                                         SizedRow{3, ZELDLG_BUFFER_TOO_SMALL, "xxxxxxx"},
+                                         SizedRow{4, ZELDLG_OK, "abc\0xxx"},
+                                         SizedRow{7, ZELDLG_OK, "abc\0xxx"}));
+
+TEST(SizedText, ANullBufferIsTooSmallForAnything) {
+    uint32_t size = 100;
+    EXPECT_EQ(StoreSizedText<wchar_t>(L"abc", nullptr, size), ZELDLG_BUFFER_TOO_SMALL);
+    EXPECT_EQ(size, 4U);
+}
+
+}  // namespace
+}  // namespace zeldlg
