@@ -2,6 +2,7 @@
 #ifndef ZELDLG_DEMO_COMMAND_H
 #define ZELDLG_DEMO_COMMAND_H
 
+#include <stdbool.h>
 #include <stdint.h>
 #include <zeldlg/zeldlg.h>
 
@@ -10,14 +11,23 @@ enum { EXIT_CONFIRMED = 0, EXIT_NOT_CONFIRMED = 1, EXIT_USAGE = 2, EXIT_NO_LIBRA
 
 typedef struct Command {
     const char* name;
-    const char* summary; /* one line */
-    const char* options; /* for --help, a line each */
+    const char* synopsis; /* its name with what follows it */
+    const char* summary;  /* one line */
+    const char* options;  /* for --help, a line each */
+    bool standalone;      /* needs no library; its `dialogs` is null */
     /* Runs with the words behind the command's name in argv[1] and on. Returns an exit code. */
     int (*run)(const DLG_FunctionList* dialogs, int argc, char** argv);
 } Command;
 
+#ifdef __cplusplus
+extern "C" {
+#endif
+
 extern const Command kPinCommand;
 extern const Command kPinExCommand;
+extern const Command kTranslateCommand;
+extern const Command kLocaleCommand;
+extern const Command kSettingsCommand;
 
 /* Prints a result code with its meaning. Returns the exit code that goes with it. */
 int ReportResult(uint32_t result);
@@ -25,5 +35,9 @@ int ReportResult(uint32_t result);
 /* Parses a 32-bit number (decimal, 0x..., 0...). Ends the program with a message when it is none.
  */
 uint32_t ParseNumber(const char* option, const char* text);
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif

@@ -8,8 +8,7 @@
 #include "command.h"
 
 static const Command* const kCommands[] = {
-    &kPinCommand,
-    &kPinExCommand,
+    &kPinCommand, &kPinExCommand, &kTranslateCommand, &kLocaleCommand, &kSettingsCommand,
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 
@@ -36,7 +35,7 @@ static void PrintUsage(FILE* out) {
 }
 
 static void PrintCommandHelp(const Command* command) {
-    printf("Usage: zeldlg-demo %s [OPTION...]\n\n%s\n\n%s", command->name, command->summary,
+    printf("Usage: zeldlg-demo %s\n\n%s\n\n%s", command->synopsis, command->summary,
            command->options);
 }
 
@@ -72,6 +71,9 @@ static const DLG_FunctionList* LoadDialogs(const char* library) {
 }
 
 static int RunCommand(const Command* command, const char* library, int argc, char** argv) {
+    if (command->standalone) {
+        return command->run(NULL, argc, argv);
+    }
     const DLG_FunctionList* const dialogs = LoadDialogs(library);
     if (dialogs == NULL) {
         return EXIT_NO_LIBRARY;

@@ -173,6 +173,7 @@ static int RunPinEx(const DLG_FunctionList* dialogs, int argc, char** argv) {
 
 const Command kPinCommand = {
     .name = "pin",
+    .synopsis = "pin [OPTION...]",
     .summary = "Ask for the PIN of a token",
     .options = COMMON_HELP
     "  --failed           a failed attempt is on record\n"
@@ -182,6 +183,7 @@ const Command kPinCommand = {
 
 const Command kPinExCommand = {
     .name = "pin-ex",
+    .synopsis = "pin-ex [OPTION...]",
     .summary = "Ask for the PIN of a token, with its retry counter",
     .options = COMMON_HELP
     "  --max-tries N      the full retry counter (default: 3)\n"

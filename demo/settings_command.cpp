@@ -1,0 +1,249 @@
+// The settings command: what the dialogs read, seen and changed through the library's own store.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "command.h"
+#include "known_settings.h"
+#include "platform/utf8.h"
+#include "registry/registry_encoding.h"
+#include "registry/registry_store.h"
+#include "registry/settings.h"
+
+namespace {
+
+using namespace zeldlg::registry;
+using zeldlg::platform::DecodeUtf8;
+
+const std::wstring kGeneralKey = kSettingsKey;
+
+const char* Describe(RegistryError error) {
+    switch (error) {
+        case kNotFound:
+            return "there is no such key or value";
+        case kAccessDenied:
+            return "access denied";
+        case kCorrupt:
+            return "the file is corrupt: a section header has no line end";
+        case kFileError:
+            return "the file cannot be opened, read or written, or cannot hold the value";
+        case kNotRegistry:
+            return "the file does not begin with REGEDIT4";
+        default:
+            return "the operation failed";
+    }
+}
+
+int Fail(RegistryError error) {
+    fprintf(stderr, "settings: error %u: %s\n", error, Describe(error));
+    return EXIT_NOT_CONFIRMED;
+}
+
+// An open key, closed with the object.
+class Key {
+public:
+    Key() = default;
+    ~Key() { Close(); }
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
+
+    // `path` may begin with the name of a root; without one it is below HKEY_LOCAL_MACHINE.
+    RegistryError Open(const std::wstring& path) {
+        const auto [root, rest] = SplitRoot(path);
+        return RegOpenKeyEx(root, rest.c_str(), kAccessDefault, &m_key);
+    }
+
+    RegistryError Create(const std::wstring& path) {
+        const auto [root, rest] = SplitRoot(path);
+        return RegCreateKeyEx(root, rest.c_str(), 0, &m_key, nullptr);
+    }
+
+    RegistryError Close() { return m_key == 0 ? kSuccess : RegCloseKey(std::exchange(m_key, 0)); }
+
+    HKEY Handle() const { return m_key; }
+
+private:
+    struct Root {
+        const wchar_t* name;
+        HKEY key;
+    };
+
+    static std::pair<HKEY, std::wstring> SplitRoot(const std::wstring& path) {
+        static constexpr Root kRoots[] = {{L"HKEY_CLASSES_ROOT", HKEY_CLASSES_ROOT},
+                                          {L"HKEY_CURRENT_USER", HKEY_CURRENT_USER},
+                                          {L"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE}};
+        const std::wstring first = path.substr(0, path.find(L'\\'));
+        for (const Root& root : kRoots) {
+            if (wcscasecmp(first.c_str(), root.name) == 0) {
+                return {root.key, path.substr(std::min(first.size() + 1, path.size()))};
+            }
+        }
+        return {HKEY_LOCAL_MACHINE, path};
+    }
+
+    HKEY m_key = 0;
+};
+
+// A value as "TYPE DATA", as the set command takes it; nothing when it is missing.
+std::optional<std::string> ReadAsWords(HKEY key, const wchar_t* name, RegistryError& error) {
+    RegistryValue value;
+    error = QueryStoredValue(key, name, value);
+    if (error != kSuccess) {
+        return {};
+    }
+    switch (value.type) {
+        case kTypeNumber:
+            return "number " + std::to_string(value.number);
+        case kTypeBinary: {
+            std::string words = "binary ";
+            for (const char byte : value.bytes) {
+                char digits[3];
+                snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(byte));
+                words += digits;
+            }
+            return words;
+        }
+        default:
+            return "string " + value.bytes;
+    }
+}
+
+void PrintSettings(const std::wstring& base, std::span<const demo::KnownSetting> settings) {
+    for (const demo::KnownSetting& setting : settings) {
+        const std::wstring path = *setting.key == L'\0' ? base : base + L"\\" + setting.key;
+        Key key;
+        RegistryError error = key.Open(path);
+        std::optional<std::string> words;
+        if (error == kSuccess) {
+            words = ReadAsWords(key.Handle(), setting.value, error);
+        }
+        printf(
+            "%s  %s  %s\n", ToNarrow(path).c_str(), ToNarrow(setting.value).c_str(),
+            words ? words->c_str() : (std::string("not set (") + setting.fallback + ")").c_str());
+    }
+}
+
+std::vector<std::wstring> SubKeys(const std::wstring& path) {
+    std::vector<std::wstring> names;
+    Key key;
+    if (key.Open(path) == kSuccess) {
+        wchar_t name[261];
+        for (uint32_t size = std::size(name);
+             RegEnumKey(key.Handle(), static_cast<uint32_t>(names.size()), name, &size) == kSuccess;
+             size = std::size(name)) {
+            names.emplace_back(name, size);
+        }
+    }
+    return names;
+}
+
+int List() {
+    Key general;
+    const RegistryError error = general.Open(kGeneralKey);
+    if (error != kSuccess && error != kNotFound) {
+        return Fail(error);
+    }
+    PrintSettings(kGeneralKey, demo::KnownSettings());
+    const std::wstring policies = kGeneralKey + L"\\Policies";
+    for (const std::wstring& name : SubKeys(policies)) {
+        PrintSettings(policies + L"\\" + name, demo::PolicySettings());
+    }
+    return EXIT_SUCCESS;
+}
+
+int Get(const char* path, const char* name) {
+    Key key;
+    RegistryError error = key.Open(DecodeUtf8(path));
+    std::optional<std::string> words;
+    if (error == kSuccess) {
+        words = ReadAsWords(key.Handle(), DecodeUtf8(name).c_str(), error);
+    }
+    if (!words) {
+        return Fail(error);
+    }
+    puts(words->c_str());
+    return EXIT_SUCCESS;
+}
+
+std::optional<std::string> ParseBinary(std::string_view digits) {
+    std::string bytes;
+    if (digits.size() % 2 != 0 ||
+        digits.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) {
+        return {};
+    }
+    for (; !digits.empty(); digits.remove_prefix(2)) {
+        bytes += static_cast<char>(strtoul(std::string(digits.substr(0, 2)).c_str(), nullptr, 16));
+    }
+    return bytes;
+}
+
+int Store(const char* path, const char* name, uint32_t type, const void* data, size_t size) {
+    Key key;
+    RegistryError error = key.Create(DecodeUtf8(path));
+    if (error == kSuccess) {
+        error = RegSetValueEx(key.Handle(), DecodeUtf8(name).c_str(), type, data,
+                              static_cast<uint32_t>(size));
+    }
+    const RegistryError written = key.Close();
+    error = error != kSuccess ? error : written;
+    return error == kSuccess ? EXIT_SUCCESS : Fail(error);
+}
+
+int Set(const char* path, const char* name, std::string_view type, const char* data) {
+    if (type == "number") {
+        const uint32_t number = ParseNumber("number", data);
+        return Store(path, name, kTypeNumber, &number, sizeof number);
+    }
+    if (type == "string") {
+        const std::wstring text = DecodeUtf8(data);
+        return Store(path, name, kTypeString, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+    }
+    const std::optional<std::string> bytes = ParseBinary(data);
+    if (type != "binary" || !bytes) {
+        fprintf(stderr, "settings: TYPE is number, string, or binary with hexadecimal digits\n");
+        return EXIT_USAGE;
+    }
+    return Store(path, name, kTypeBinary, bytes->data(), bytes->size());
+}
+
+int RunSettings(const DLG_FunctionList*, int argc, char** argv) {
+    const std::string_view action = argc > 1 ? argv[1] : "";
+    if (action == "list" && argc == 2) {
+        return List();
+    }
+    if (action == "get" && argc == 4) {
+        return Get(argv[2], argv[3]);
+    }
+    if (action == "set" && argc == 6) {
+        return Set(argv[2], argv[3], argv[4], argv[5]);
+    }
+    fprintf(stderr, "settings: see zeldlg-demo settings --help\n");
+    return EXIT_USAGE;
+}
+
+}  // namespace
+
+const Command kSettingsCommand = {
+    .name = "settings",
+    .synopsis = "settings list | get KEY VALUE | set KEY VALUE TYPE DATA",
+    .summary = "See and change what the dialogs read",
+    .options =
+        "  list               print every setting that the library reads\n"
+        "  get KEY VALUE      print one value, as TYPE DATA\n"
+        "  set KEY VALUE TYPE DATA\n"
+        "                     set a value, creating its key\n"
+        "\n"
+        "  KEY    path of a key, for example 'SOFTWARE\\Corvenna\\Tessaly\\2.0'; below\n"
+        "         HKEY_LOCAL_MACHINE unless it begins with another root\n"
+        "  VALUE  name of a value; '@' for the key's default value\n"
+        "  TYPE   number (decimal or 0x...), string, or binary (hexadecimal digits)\n",
+    .standalone = true,
+    .run = RunSettings,
+};

@@ -1,0 +1,17 @@
+// A PIN policy out of the configuration store, the alternative to the one on the card.
+#pragma once
+
+#include <string>
+
+#include "policy/pin_policy.h"
+
+namespace zeldlg {
+
+/// Reads the policy set stored under a name. Numbers are kept as their lowest byte.
+/// The source becomes kRegistry in any case. When there is no such set nothing else changes;
+/// otherwise missing values keep what `policy` had, except: the enabled mask and the class mask
+/// become 255 (everything on) and the character list empty.
+/// @param subKey name of the set, a key below "Policies"
+void LoadPinPolicyFromRegistry(PinPolicy& policy, const std::wstring& subKey);
+
+}  // namespace zeldlg

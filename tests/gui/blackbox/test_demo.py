@@ -1,0 +1,135 @@
+#!/usr/bin/python3
+"""The demo program as a person at a terminal uses it."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+from stage import Screen, wait_until
+
+PROGRAM = os.environ["ZELDLG_DEMO"]
+KEY = r"SOFTWARE\Corvenna\Tessaly\2.0"
+
+
+class DemoCase(unittest.TestCase):
+    def setUp(self):
+        self.home = tempfile.mkdtemp(prefix="demo-")
+        self.addCleanup(shutil.rmtree, self.home)
+        self.environment = {**os.environ, "ZEL_HOME": self.home, "LANG": "C.UTF-8"}
+
+    def start(self, *words):
+        process = subprocess.Popen([PROGRAM, *words], stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE, text=True, env=self.environment)
+        self.addCleanup(process.kill)
+        return process
+
+    def run_demo(self, *words, code=0):
+        process = self.start(*words)
+        out, err = process.communicate(timeout=60)
+        self.assertEqual(code, process.returncode, out + err)
+        return out if code == 0 else out + err
+
+
+class Words(DemoCase):
+    def test_help_names_every_command_and_each_has_its_own(self):
+        text = self.run_demo("--help")
+        for command in ("pin", "pin-ex", "translate", "locale", "settings"):
+            self.assertRegex(text, rf"(?m)^  {command} ")
+            self.assertIn(f"Usage: zeldlg-demo {command}", self.run_demo(command, "--help"))
+
+    def test_mistakes_are_refused(self):
+        for words in ([], ["bogus"], ["pin", "--bogus"], ["pin", "extra"], ["pin", "--min", "x"],
+                      ["pin", "--min", "-1"], ["pin", "--max", "4294967296"],
+                      ["pin-ex", "--failed"], ["translate"], ["locale", "x"], ["settings"],
+                      ["settings", "get", "x"], ["settings", "set", "k", "v", "bogus", "1"],
+                      ["settings", "set", "k", "v", "binary", "abc"]):
+            with self.subTest(words=words):
+                self.assertIn("zeldlg-demo" if not words else "", self.run_demo(*words, code=2))
+
+    def test_a_missing_library_is_said(self):
+        self.assertIn("no-such-library.so",
+                      self.run_demo("--library", "no-such-library.so", "pin", code=3))
+
+
+class Dialogs(DemoCase):
+    def answer(self, *words, keys, end="Return"):
+        screen = Screen()
+        self.addCleanup(screen.close)
+        process = self.start(*words)
+        window = screen.find_window("Enter PIN", process)
+        field = window.find("password text")
+        if keys:
+            screen.type_text(keys, field)
+            wait_until(lambda: field.length == len(keys))
+        screen.key(end, field)
+        out, err = process.communicate(timeout=60)
+        return process.returncode, out, err
+
+    def test_the_pin_is_printed_only_when_asked_for(self):
+        for command in ("pin", "pin-ex"):
+            code, out, err = self.answer(command, keys="73915")
+            self.assertEqual((0, "result 0x00000000 (confirmed)\nPIN of 5 bytes\n"), (code, out))
+            self.assertNotIn("73915", err)
+            code, out, _ = self.answer(command, "--reveal", keys="73915")
+            self.assertEqual((0, "result 0x00000000 (confirmed)\nPIN of 5 bytes\nPIN 73915\n"),
+                             (code, out))
+
+    def test_cancel_is_said(self):
+        code, out, _ = self.answer("pin", keys="", end="Escape")
+        self.assertEqual((1, "result 0x80003001 (cancelled)\n"), (code, out))
+
+    def test_a_pin_that_does_not_fit_counts_as_cancelled(self):
+        code, out, _ = self.answer("pin", "--capacity", "3", keys="1234")
+        self.assertEqual((1, "result 0x80003001 (cancelled)\n"), (code, out))
+
+
+class Texts(DemoCase):
+    def test_translate_and_locale(self):
+        self.assertEqual("Nothing translates this\n",
+                         self.run_demo("translate", "Nothing translates this"))
+        self.assertEqual("en_US\n", self.run_demo("locale"))
+
+
+class Settings(DemoCase):
+    def test_what_is_set_is_got_and_listed(self):
+        for value, kind, data, shown in (("ShowEnrolmentHint", "number", "0", "number 0"),
+                                         ("LimitPinToAscii", "number", "0x10", "number 16"),
+                                         ("Some text", "string", "größer", "string größer"),
+                                         ("Some bytes", "binary", "01abFF", "binary 01abff")):
+            self.run_demo("settings", "set", KEY, value, kind, data)
+            self.assertEqual(shown + "\n", self.run_demo("settings", "get", KEY, value))
+        listed = self.run_demo("settings", "list")
+        self.assertIn(f"{KEY}  ShowEnrolmentHint  number 0\n", listed)
+        self.assertIn(f"{KEY}\\CSP  Automatic default selection timeout  not set (5)\n", listed)
+        with open(os.path.join(self.home, ".tessaly", "registry"), "rb") as file:
+            self.assertIn(b'"ShowEnrolmentHint"=dword:00000000\r\n', file.read())
+
+    def test_policies_are_listed_by_their_names(self):
+        for name in ("Strict", "Lax"):
+            self.run_demo("settings", "set", f"{KEY}\\Policies\\{name}", "P2MinLen", "number", "6")
+        listed = self.run_demo("settings", "list")
+        for name in ("Strict", "Lax"):
+            self.assertIn(f"{KEY}\\Policies\\{name}  P2MinLen  number 6\n", listed)
+            self.assertIn(f"{KEY}\\Policies\\{name}  P2ClassMask  not set (255)\n", listed)
+
+    def test_other_roots_can_be_named(self):
+        self.run_demo("settings", "set", r"HKEY_CURRENT_USER\Some\Key", "@", "string", "default")
+        self.assertEqual("string default\n",
+                         self.run_demo("settings", "get", r"hkey_current_user\some\key", "@"))
+
+    def test_errors_are_said_with_their_numbers(self):
+        self.assertIn("error 2:", self.run_demo("settings", "get", KEY, "Missing", code=1))
+        os.makedirs(os.path.join(self.home, ".tessaly"))
+        with open(os.path.join(self.home, ".tessaly", "registry"), "w") as file:
+            file.write("something else")
+        self.assertIn("error 1017:", self.run_demo("settings", "list", code=1))
+
+    def test_no_display_is_needed(self):
+        self.environment.pop("DISPLAY")
+        self.run_demo("settings", "set", KEY, "ShowEnrolmentHint", "number", "1")
+
+
+if __name__ == "__main__":
+    unittest.main()
