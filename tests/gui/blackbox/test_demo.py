@@ -42,7 +42,7 @@ class Words(DemoCase):
     def test_mistakes_are_refused(self):
         for words in ([], ["bogus"], ["pin", "--bogus"], ["pin", "extra"], ["pin", "--min", "x"],
                       ["pin", "--min", "-1"], ["pin", "--max", "4294967296"],
-                      ["pin-ex", "--failed"], ["translate"], ["locale", "x"], ["settings"],
+                      ["pin-ex", "--final-try"], ["translate"], ["locale", "x"], ["settings"],
                       ["settings", "get", "x"], ["settings", "set", "k", "v", "bogus", "1"],
                       ["settings", "set", "k", "v", "binary", "abc"]):
             with self.subTest(words=words):
@@ -121,7 +121,7 @@ class Settings(DemoCase):
 
     def test_errors_are_said_with_their_numbers(self):
         self.assertIn("error 2:", self.run_demo("settings", "get", KEY, "Missing", code=1))
-        os.makedirs(os.path.join(self.home, ".tessaly"))
+        os.makedirs(os.path.join(self.home, ".tessaly"), exist_ok=True)
         with open(os.path.join(self.home, ".tessaly", "registry"), "w") as file:
             file.write("something else")
         self.assertIn("error 1017:", self.run_demo("settings", "list", code=1))
