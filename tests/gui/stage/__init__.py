@@ -1,0 +1,17 @@
+"""The stage of the black-box tests: a host process on a private screen, driven from outside.
+
+`Stage` makes the servers (display, window manager, session and accessibility bus), `Screen` sees
+and drives what is on them, `Host` is a program that loads the library, and `StageTestCase` ties
+them together for a test file that is started with run_on_stage.
+"""
+
+from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call, Host, HostError,
+                   policy)
+from .screen import Node, Screen
+from .servers import Stage
+from .testcase import StageTestCase
+from .wait import Gone, StageError, scaled, wait_until
+
+__all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Gone",
+           "Host", "HostError", "Node", "Screen", "Stage", "StageError", "StageTestCase",
+           "policy", "scaled", "wait_until"]

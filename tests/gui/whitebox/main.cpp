@@ -1,0 +1,35 @@
+// Tests of windows from the inside: the toolkit runs on the main thread, without a main loop, and
+// each test dispatches events until what it waits for has happened. Needs a display of its own
+// with a window manager.
+
+#include <gtest/gtest.h>
+#include <wx/init.h>
+#include <wx/log.h>
+
+#include <cstdio>
+
+#include "test_app.h"
+
+namespace {
+
+// An assertion of the toolkit is a failure of the test that caused it, not a window.
+void FailOnAssert(const wxString& file, int line, const wxString& function,
+                  const wxString& condition, const wxString& message) {
+    ADD_FAILURE() << file << ':' << line << ": " << function << ": " << condition << ' ' << message;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    delete wxLog::SetActiveTarget(new wxLogStderr);
+    wxApp::SetInstance(new zeldlg::test::TestApp);
+    if (!wxEntryStart(argc, argv)) {
+        std::fputs("The toolkit did not start: is there a display?\n", stderr);
+        return 1;
+    }
+    wxSetAssertHandler(FailOnAssert);
+    const int result = RUN_ALL_TESTS();
+    wxEntryCleanup();
+    return result;
+}

@@ -1,0 +1,72 @@
+#include "test_app.h"
+
+#include <gtk/gtk.h>
+
+#include <cstdlib>
+#include <utility>
+
+namespace {
+
+int g_bellCount = 0;  // Written by gdk_beep(), on the one thread of the tests.
+
+}  // namespace
+
+// Stands in for GDK's own, which is what wxBell() calls.
+extern "C" __attribute__((visibility("default"))) void gdk_beep() { ++g_bellCount; }
+
+namespace zeldlg::test {
+
+namespace {
+
+double TimeoutSeconds() {
+    constexpr double kSeconds = 10;
+    const char* const factor = std::getenv("ZELDLG_TIMEOUT_FACTOR");
+    return factor == nullptr ? kSeconds : kSeconds * std::strtod(factor, nullptr);
+}
+
+// Wakes a blocking turn of the main loop now and then, so that a condition is looked at.
+class Ticker {
+public:
+    Ticker() : m_id(g_timeout_add(kMilliseconds, &Tick, nullptr)) {}
+    ~Ticker() { g_source_remove(m_id); }
+    Ticker(const Ticker&) = delete;
+    Ticker& operator=(const Ticker&) = delete;
+
+private:
+    static constexpr guint kMilliseconds = 10;
+    static gboolean Tick(gpointer) { return G_SOURCE_CONTINUE; }
+
+    guint m_id;
+};
+
+}  // namespace
+
+int TestApp::FilterEvent(wxEvent& event) {
+    ++m_seen[event.GetEventType()];
+    return Event_Skip;
+}
+
+int TestApp::Seen(wxEventType type) const {
+    const auto found = m_seen.find(type);
+    return found == m_seen.end() ? 0 : found->second;
+}
+
+TestApp& GetTestApp() { return dynamic_cast<TestApp&>(*wxTheApp); }
+
+bool PumpUntil(const std::function<bool()>& condition) {
+    const Ticker ticker;
+    const auto limit = static_cast<gint64>(TimeoutSeconds() * G_USEC_PER_SEC);
+    const gint64 end = g_get_monotonic_time() + limit;
+    while (!condition()) {
+        if (g_get_monotonic_time() > end) {
+            return false;
+        }
+        g_main_context_iteration(nullptr, TRUE);
+        wxTheApp->ProcessPendingEvents();
+    }
+    return true;
+}
+
+int TakeBellCount() { return std::exchange(g_bellCount, 0); }
+
+}  // namespace zeldlg::test

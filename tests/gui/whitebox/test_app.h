@@ -1,0 +1,34 @@
+// The application that the white-box tests run in: the toolkit started without a main loop, a
+// record of the events it dispatched, a bell that counts, and waiting for a condition.
+#pragma once
+
+#include <wx/app.h>
+#include <wx/event.h>
+
+#include <functional>
+#include <map>
+
+namespace zeldlg::test {
+
+class TestApp : public wxApp {
+public:
+    bool OnInit() override { return true; }
+    int FilterEvent(wxEvent& event) override;
+
+    /// How many events of this type went to any window, handled or not.
+    int Seen(wxEventType type) const;
+
+private:
+    std::map<wxEventType, int> m_seen;
+};
+
+TestApp& GetTestApp();
+
+/// Dispatches events until `condition` holds. False after ten seconds, or as many times ten as
+/// the environment variable ZELDLG_TIMEOUT_FACTOR says.
+bool PumpUntil(const std::function<bool()>& condition);
+
+/// How often the bell rang since the last call. The bell makes no sound here.
+int TakeBellCount();
+
+}  // namespace zeldlg::test
