@@ -18,10 +18,10 @@ TEST(RegistryEncoding, ReadsUtf8AndTakesEverythingElseAsLatin1) {
         {"caf\xE9", L"caf\u00E9"},
         {"\xE2\x82\xAC", L"\u20AC"},
         {"\xF0\x9F\x94\x91", L"\U0001F511"},
-        {"\xE2\x82", L"\u00E2\u0082"},                        // cut off
-        {"\xC0\xAF", L"\u00C0\u00AF"},                        // longer than needed
-        {"\xED\xA0\x80", L"\u00ED\u00A0\u0080"},              // a surrogate
-        {"\xF4\x90\x80\x80", L"\u00F4\u0090\u0080\u0080"},    // beyond the last character
+        {"\xE2\x82", L"\u00E2\u0082"},                      // cut off
+        {"\xC0\xAF", L"\u00C0\u00AF"},                      // longer than needed
+        {"\xED\xA0\x80", L"\u00ED\u00A0\u0080"},            // a surrogate
+        {"\xF4\x90\x80\x80", L"\u00F4\u0090\u0080\u0080"},  // beyond the last character
         {"\xF8\x88\x80\x80\x80", L"\u00F8\u0088\u0080\u0080\u0080"},
         {"\xC3\xA9 \xE9", L"\u00E9 \u00E9"},
         {std::string("a\0b", 3), std::wstring(L"a\0b", 3)},

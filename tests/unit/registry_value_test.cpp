@@ -94,8 +94,8 @@ TEST(RegistryValueLine, WhatReadsBackAsSomethingElseIsNotStorable) {
 
 TEST(RegistryValueLine, OtherLinesAreNoValues) {
     for (const std::string_view line :
-         {"", "; comment", "n=dword:1", "\"n\"", "\"n\"=", "\"n\"=word:1", "\"n\"=hex(2):00",
-          "\"", "@", "@=", "@x", " \"n\"=dword:1", "\"n=dword:1", "\"n\"=qword:1"}) {
+         {"", "; comment", "n=dword:1", "\"n\"", "\"n\"=", "\"n\"=word:1", "\"n\"=hex(2):00", "\"",
+          "@", "@=", "@x", " \"n\"=dword:1", "\"n=dword:1", "\"n\"=qword:1"}) {
         EXPECT_FALSE(ParseValueLine(line)) << line;
     }
 }

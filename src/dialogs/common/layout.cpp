@@ -1,10 +1,12 @@
 #include "dialogs/common/layout.h"
 
 #include <gtk/gtk.h>
+#include <wx/arrstr.h>
 #include <wx/toplevel.h>
 
 #include <memory>
 
+#include "dialogs/common/accessible.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
@@ -40,6 +42,21 @@ wxString WrapText(wxWindow& window, const wxString& text, int width) {
 
 wxStaticText* NewText(wxWindow* parent, const wxString& text) {
     return new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(WrapText(*parent, text)));
+}
+
+wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
+    const wxArrayString lines = wxSplit(WrapText(*parent, text), '\n', '\0');
+    if (lines.size() <= maxLines) {
+        return NewText(parent, text);
+    }
+    wxString shown;
+    for (size_t line = 0; line < maxLines; ++line) {
+        shown += lines[line] + (line + 1 < maxLines ? L"\n" : L"\u2026");
+    }
+    auto* const heading = new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(shown));
+    heading->SetToolTip(text);
+    SetAccessibleName(*heading, text);
+    return heading;
 }
 
 wxStaticText* NewWarning(wxWindow* parent, const wxString& text) {

@@ -30,6 +30,10 @@ wxString WrapText(wxWindow& window, const wxString& text, int width = kTextWidth
 /// A label that shows `text` literally (an ampersand is an ampersand), wrapped.
 wxStaticText* NewText(wxWindow* parent, const wxString& text);
 
+/// The same for a text that may be long where there is little room: what goes beyond `maxLines`
+/// is cut with an ellipsis, and the whole text is the tool tip and the accessible name.
+wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines);
+
 /// A wrapped label in the colour of warnings.
 wxStaticText* NewWarning(wxWindow* parent, const wxString& text);
 

@@ -2,9 +2,7 @@
 
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/layout.h"
-#include "resources/catalogue_key.h"
 #include "resources/rule_icons.h"
-#include "resources/texts.h"
 
 namespace zeldlg {
 
@@ -27,10 +25,7 @@ void RuleIcon::SetMet(bool met) {
     Describe(met);
 }
 
-void RuleIcon::Describe(bool met) {
-    SetAccessibleName(*this, met ? FormatTranslated(CATALOGUE_KEY("Met: %s"), m_rule)
-                                 : FormatTranslated(CATALOGUE_KEY("Not met: %s"), m_rule));
-}
+void RuleIcon::Describe(bool met) { SetAccessibleName(*this, RuleState(m_rule, met)); }
 
 RuleIcon* AddRuleLine(wxWindow* parent, wxSizer* sizer, const wxString& rule, bool met) {
     auto* const icon = new RuleIcon(parent, rule, met);

@@ -1,0 +1,26 @@
+#include "dialogs/common/indicator.h"
+
+#include "dialogs/common/accessible.h"
+#include "resources/rule_icons.h"
+
+namespace zeldlg {
+
+Indicator::Indicator(wxWindow* parent, const wxString& rule, bool met)
+    : wxBitmapButton(parent, wxID_ANY, met ? MetBall() : RedBall(), wxDefaultPosition,
+                     wxDefaultSize, wxBORDER_NONE | wxBU_EXACTFIT),
+      m_rule(rule),
+      m_met(met) {
+    SetToolTip(rule);
+    SetAccessibleName(*this, RuleState(rule, met));
+}
+
+void Indicator::SetMet(bool met) {
+    if (met == m_met) {
+        return;
+    }
+    m_met = met;
+    SetBitmap(met ? MetBall() : RedBall());
+    SetAccessibleName(*this, RuleState(m_rule, met));
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,282 @@
+#include "policy/change_pin_dialog.h"
+
+#include <wx/button.h>
+#include <wx/statline.h>
+#include <wx/tooltip.h>
+
+#include <utility>
+
+#include "dialogs/common/accessible.h"
+#include "dialogs/common/layout.h"
+#include "pin/ascii_filter.h"
+#include "pin/secure_text_control.h"
+#include "registry/settings.h"
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr long kDialogStyle = wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | wxSTAY_ON_TOP;
+constexpr int kFieldHeight = 24;
+constexpr long kToolTipDelayMs = 257;
+// Room for the explanations: the policed dialog must fit a screen of 768 lines with all else.
+constexpr int kExplanationWidth = 330;
+constexpr int kPageTextHeight = 150;
+constexpr int kRuleTextHeight = 44;
+constexpr size_t kHeadingLines = 4;
+constexpr int kTextPadding = 6;
+
+wxColour ForestGreen() { return {34, 139, 34}; }
+
+constexpr const char* kRequirementsMissing = CATALOGUE_KEY(
+    "Warning ! Click on the red ball to check what are the password requirements missing !");
+constexpr const char* kRequirementsMet = CATALOGUE_KEY(
+    "The informed password is correct and fullfilled all the password policy requirements !");
+
+// On unless the setting is there and 0.
+bool IsLimitedToAscii() {
+    return registry::ReadDword(registry::kSettingsKey, L"LimitPinToAscii", 1) != 0;
+}
+
+wxString WarningText(const ChangePinFailure& failure) {
+    wxString text;
+    if (failure.triesLeft) {
+        text = FormatTranslated(CATALOGUE_KEY("\nYou have %d tries remaining"),
+                                static_cast<int>(*failure.triesLeft)) +
+               "\n";
+    }
+    return text + Translate(failure.warning);
+}
+
+wxString FormatBound(const char* format, uint32_t bound) {
+    return FormatTranslated(format, static_cast<int>(bound));
+}
+
+}  // namespace
+
+CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prompt)
+    : wxDialog(parent, wxID_ANY, Translate(TextsOf(prompt.mode).title), wxDefaultPosition,
+               wxDefaultSize, kDialogStyle),
+      m_prompt(prompt),
+      m_texts(TextsOf(prompt.mode)),
+      m_asciiOnly(IsLimitedToAscii()),
+      m_rows(new wxBoxSizer(wxVERTICAL)) {
+    if (prompt.policed) {
+        m_pages.emplace(prompt.policy);
+    }
+    CSecureTextControl::MeasureFieldWidth(this);
+    wxToolTip::SetDelay(kToolTipDelayMs);
+    AddHeading(prompt.tokenLabel);
+    AddFailure(prompt.attempts);
+    AddFields();
+    AddRules();
+    AddPolicyPages();
+    AddExplanation();
+    AddSummary();
+    AddButtons();
+    Revalidate();
+    Choose(prompt.policed ? m_states.size() - kPolicyPageCount - 2 : 0);
+    layout::Finish(*this, m_rows);
+    m_oldField->SetFocus();
+}
+
+std::string CChangePinDialog::OldValue() const { return ToUtf8(m_oldField->GetValue()); }
+
+std::string CChangePinDialog::NewValue() const { return ToUtf8(m_confirmField->GetValue()); }
+
+void CChangePinDialog::AddHeading(const wxString& tokenLabel) {
+    m_rows->Add(
+        layout::NewHeading(this, FormatTranslated(m_texts.heading, tokenLabel), kHeadingLines));
+}
+
+void CChangePinDialog::AddFailure(const ChangePinAttempts& attempts) {
+    const ChangePinFailure failure = DescribeFailure(m_prompt.mode, attempts);
+    if (failure.header == nullptr) {
+        return;
+    }
+    wxStaticText* const header = layout::NewText(this, Translate(failure.header));
+    header->SetFont(header->GetFont().Bold());
+    m_rows->Add(header, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+    m_rows->Add(layout::NewWarning(this, WarningText(failure)),
+                wxSizerFlags().Border(wxTOP, layout::kLineGap));
+}
+
+void CChangePinDialog::AddFields() {
+    auto* const grid = new wxFlexGridSizer(2, layout::kLineGap * 2, layout::kSectionGap);
+    m_oldField = AddField(grid, m_texts.oldLabel);
+    m_newField = AddField(grid, m_texts.newLabel);
+    m_confirmField = AddField(grid, m_texts.confirmLabel);
+    m_rows->Add(grid, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+}
+
+wxTextCtrl* CChangePinDialog::AddField(wxFlexGridSizer* grid, const char* label) {
+    wxStaticText* const text = layout::NewText(this, Translate(label));
+    auto* const field =
+        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+                       wxSize(CSecureTextControl::GetFieldWidth(), kFieldHeight), wxTE_PASSWORD);
+    SetLabelFor(*text, *field);
+    MarkAsSecretField(*field);
+    if (m_asciiOnly) {
+        SetAsciiFilter(*field);
+    }
+    field->Bind(wxEVT_TEXT, &CChangePinDialog::OnText, this);
+    grid->Add(text, wxSizerFlags().CentreVertical());
+    grid->Add(field, wxSizerFlags().CentreVertical());
+    return field;
+}
+
+void CChangePinDialog::AddRules() {
+    auto* const rules = new wxBoxSizer(wxVERTICAL);
+    for (const auto flag : {&ChangePinRules::oldOk, &ChangePinRules::minOk, &ChangePinRules::maxOk,
+                            &ChangePinRules::equal}) {
+        AddRule(rules, RuleText(flag), flag);
+    }
+    m_rows->Add(rules, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+}
+
+void CChangePinDialog::AddRule(wxSizer* sizer, const wxString& rule, bool ChangePinRules::*flag) {
+    m_states.push_back(NewRow(
+        rule, [this, flag] { return m_rules.*flag; }, [rule] { return rule; }));
+    auto* const line = new wxBoxSizer(wxHORIZONTAL);
+    line->Add(m_states.back().indicator, wxSizerFlags().CentreVertical());
+    line->AddSpacer(layout::kLineGap);
+    line->Add(layout::NewText(this, rule), wxSizerFlags().CentreVertical());
+    sizer->Add(line);
+}
+
+CChangePinDialog::Row CChangePinDialog::NewRow(const wxString& rule, std::function<bool()> isMet,
+                                               std::function<wxString()> explain) {
+    auto* const indicator = new Indicator(this, rule, isMet());
+    indicator->Bind(wxEVT_BUTTON, [this, row = m_states.size()](wxCommandEvent&) { Choose(row); });
+    return {indicator, std::move(isMet), std::move(explain)};
+}
+
+wxString CChangePinDialog::RuleText(bool ChangePinRules::*flag) const {
+    const ChangePinBounds& bounds = m_prompt.bounds;
+    if (flag == &ChangePinRules::oldOk) {
+        return FormatTranslated(m_texts.oldRule, static_cast<int>(bounds.oldValue.min),
+                                static_cast<int>(bounds.oldValue.max));
+    }
+    if (flag == &ChangePinRules::minOk) {
+        return FormatBound(m_texts.minRule, bounds.newValue.min);
+    }
+    return flag == &ChangePinRules::maxOk ? FormatBound(m_texts.maxRule, bounds.newValue.max)
+                                          : Translate(m_texts.equalRule);
+}
+
+wxString CChangePinDialog::LengthPageText() const {
+    return RuleText(&ChangePinRules::oldOk) + "\n" + RuleText(&ChangePinRules::minOk) + "\n" +
+           RuleText(&ChangePinRules::maxOk);
+}
+
+void CChangePinDialog::AddPolicyPages() {
+    m_rows->Add(new wxStaticLine(this),
+                wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, layout::kSectionGap));
+    m_pageArea = new wxBoxSizer(wxHORIZONTAL);
+    m_rows->Add(m_pageArea, wxSizerFlags().Expand());
+    if (!m_pages) {
+        return;
+    }
+    auto* const grid = new wxFlexGridSizer(2, 0, layout::kLineGap);
+    AddPolicyPage(grid, CATALOGUE_KEY("Length"),
+                  {nullptr, [this] { return m_rules.oldOk && m_rules.minOk && m_rules.maxOk; },
+                   [this] { return LengthPageText(); }});
+    AddPolicyPage(grid, CATALOGUE_KEY("Equality"),
+                  {nullptr, [this] { return m_rules.equal; },
+                   [this] { return RuleText(&ChangePinRules::equal); }});
+    static constexpr std::pair<const char*, PolicyPage> kPages[] = {
+        {CATALOGUE_KEY("Distance"), PolicyPage::Distance},
+        {CATALOGUE_KEY("Diversification"), PolicyPage::Diversification},
+        {CATALOGUE_KEY("Similarity"), PolicyPage::Similarity},
+        {CATALOGUE_KEY("Restriction"), PolicyPage::Restriction}};
+    for (const auto& [title, page] : kPages) {
+        AddPolicyPage(grid, title,
+                      {nullptr, [this, page = page] { return m_pages->IsMet(page); },
+                       [this, page = page] { return m_pages->TextOf(page); }});
+    }
+    m_pageArea->Add(grid, wxSizerFlags().Border(wxRIGHT, layout::kSectionGap));
+}
+
+void CChangePinDialog::AddPolicyPage(wxFlexGridSizer* grid, const char* title, Row row) {
+    const wxString text = Translate(title);
+    m_states.push_back(NewRow(text, std::move(row.isMet), std::move(row.explain)));
+    grid->Add(m_states.back().indicator, wxSizerFlags().CentreVertical());
+    grid->Add(layout::NewText(this, text), wxSizerFlags().CentreVertical());
+}
+
+void CChangePinDialog::AddExplanation() {
+    m_explanation =
+        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+                       wxSize(kExplanationWidth, m_pages ? kPageTextHeight : kRuleTextHeight),
+                       wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
+    m_explanation->SetMargins(kTextPadding, kTextPadding);
+    SetAccessibleName(*m_explanation, Translate(CATALOGUE_KEY("Explanation")));
+    m_pageArea->Add(m_explanation, wxSizerFlags(1).Expand());
+}
+
+// Both texts find their room from the start: the window must not jump while somebody types.
+void CChangePinDialog::AddSummary() {
+    m_summary = layout::NewText(this, Translate(kRequirementsMissing));
+    wxSize room = m_summary->GetBestSize();
+    m_summary->SetLabelText(layout::WrapText(*this, Translate(kRequirementsMet)));
+    room.IncTo(m_summary->GetBestSize());
+    m_summary->SetMinSize(room);
+    m_rows->Add(m_summary, wxSizerFlags().Expand().Border(wxTOP, layout::kSectionGap));
+}
+
+void CChangePinDialog::AddButtons() {
+    m_okButton = layout::AddButtonRow(this, m_rows, Translate(CATALOGUE_KEY("OK"))).ok;
+}
+
+void CChangePinDialog::OnText(wxCommandEvent& event) {
+    if (m_asciiOnly) {
+        RemoveNonAscii(*static_cast<wxTextCtrl*>(event.GetEventObject()));
+    }
+    Revalidate();
+}
+
+void CChangePinDialog::Revalidate() {
+    const std::string newValue = ToUtf8(m_newField->GetValue());
+    m_rules =
+        CheckRules(m_prompt.bounds,
+                   {.oldValue = OldValue(), .newValue = newValue, .confirmation = NewValue()});
+    if (m_pages) {
+        m_pages->Update(newValue);
+    }
+    ShowStates();
+}
+
+void CChangePinDialog::ShowStates() {
+    for (const Row& row : m_states) {
+        row.indicator->SetMet(row.isMet());
+    }
+    ShowExplanation();
+    ShowSummary(m_rules.AllMet() && (!m_pages || m_pages->AllMet()));
+}
+
+void CChangePinDialog::ShowSummary(bool allMet) {
+    if (m_shownSummary == allMet) {
+        return;
+    }
+    m_shownSummary = allMet;
+    m_summary->SetForegroundColour(allMet ? ForestGreen() : layout::WarningColour());
+    m_summary->SetLabelText(
+        layout::WrapText(*this, Translate(allMet ? kRequirementsMet : kRequirementsMissing)));
+    m_okButton->Enable(allMet);
+}
+
+void CChangePinDialog::Choose(size_t row) {
+    m_chosen = row;
+    ShowExplanation();
+}
+
+void CChangePinDialog::ShowExplanation() {
+    const wxString text = m_states[m_chosen].explain();
+    if (text != m_explanation->GetValue()) {
+        m_explanation->ChangeValue(text);
+    }
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,92 @@
+// Changes, initialises or unlocks a PIN or PUK: the old value, a new one twice, and which rules
+// the new one meets while it is typed. Logic is in ChangePinRules and PolicyPages.
+#pragma once
+
+#include <wx/dialog.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "dialogs/common/indicator.h"
+#include "policy/change_pin_mode.h"
+#include "policy/change_pin_rules.h"
+#include "policy/policy_pages.h"
+
+namespace zeldlg {
+
+/// What a change dialog is built from.
+struct ChangePinPrompt {
+    wxString tokenLabel;
+    ChangePinMode mode = ChangePinMode::ChangePin;
+    ChangePinBounds bounds;
+    ChangePinAttempts attempts;
+    /// Whether the dialog has policy pages.
+    bool policed = false;
+    /// The token's policy; nothing when it has none. Policed dialogs only.
+    std::optional<PinPolicy> policy;
+};
+
+class CChangePinDialog : public wxDialog {
+public:
+    CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prompt);
+
+    /// UTF-8 bytes of what is typed.
+    std::string OldValue() const;
+    std::string NewValue() const;
+
+private:
+    // A rule or page with the ball that stands for it.
+    struct Row {
+        Indicator* indicator;
+        std::function<bool()> isMet;
+        std::function<wxString()> explain;
+    };
+
+    void AddHeading(const wxString& tokenLabel);
+    void AddFailure(const ChangePinAttempts& attempts);
+    void AddFields();
+    wxTextCtrl* AddField(wxFlexGridSizer* grid, const char* label);
+    void AddRules();
+    void AddRule(wxSizer* sizer, const wxString& rule, bool ChangePinRules::*flag);
+    void AddPolicyPages();
+    void AddPolicyPage(wxFlexGridSizer* grid, const char* title, Row row);
+    void AddExplanation();
+    void AddSummary();
+    void AddButtons();
+
+    Row NewRow(const wxString& rule, std::function<bool()> isMet,
+               std::function<wxString()> explain);
+    wxString RuleText(bool ChangePinRules::*flag) const;
+    wxString LengthPageText() const;
+
+    void OnText(wxCommandEvent& event);
+    void Revalidate();
+    void ShowStates();
+    void ShowSummary(bool allMet);
+    void Choose(size_t row);
+    void ShowExplanation();
+
+    ChangePinPrompt m_prompt;
+    const ChangePinTexts& m_texts;
+    std::optional<PolicyPages> m_pages;
+    ChangePinRules m_rules;
+    bool m_asciiOnly;
+
+    wxBoxSizer* m_rows;
+    wxBoxSizer* m_pageArea = nullptr;
+    wxTextCtrl* m_oldField = nullptr;
+    wxTextCtrl* m_newField = nullptr;
+    wxTextCtrl* m_confirmField = nullptr;
+    wxTextCtrl* m_explanation = nullptr;
+    wxStaticText* m_summary = nullptr;
+    wxButton* m_okButton = nullptr;
+    std::vector<Row> m_states;
+    size_t m_chosen = 0;
+    std::optional<bool> m_shownSummary;
+};
+
+}  // namespace zeldlg

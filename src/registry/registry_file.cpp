@@ -1,0 +1,115 @@
+#include "registry/registry_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <new>
+#include <optional>
+
+#include "platform/text_output.h"
+
+namespace zeldlg::registry {
+namespace {
+
+constexpr std::string_view kEmptyRegistry = "REGEDIT4\r\n\r\n";
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::size_t kBufferSize = 16384;
+constexpr std::size_t kMaxPiece = kBufferSize - 1;
+constexpr std::size_t kMaxFileSize = std::size_t{256} << 20U;
+constexpr mode_t kPrivateDirectory = 0700;
+constexpr mode_t kSharedDirectory = 0777;
+constexpr mode_t kNewFileMode = 0600;
+
+FileDescriptor OpenOrMake(const std::string& directory, mode_t directoryMode) {
+    const std::string path = RegistryPath(directory);
+    FileDescriptor file = FileDescriptor::Open(path, O_RDWR);
+    if (file.IsOpen() || errno != ENOENT) {
+        return file;
+    }
+    ::mkdir(directory.c_str(), directoryMode);
+    file = FileDescriptor::Open(path, O_RDWR | O_CREAT, kNewFileMode);
+    if (!file.IsOpen()) {
+        return file;
+    }
+    if (!file.Write(kEmptyRegistry)) {
+        ::unlink(path.c_str());  // a file without its first line would be refused for ever
+        return {};
+    }
+    return FileDescriptor::Open(path, O_RDWR);
+}
+
+}  // namespace
+
+FileDescriptor OpenForReading(const RegistryPlaces& places) {
+    for (const std::optional<std::string>& directory :
+         {UserDirectory(places), UserTemporaryDirectory(places),
+          std::optional(places.shippedDirectory), std::optional(places.systemDirectory)}) {
+        if (!directory) {
+            continue;
+        }
+        FileDescriptor file = FileDescriptor::Open(RegistryPath(*directory), O_RDONLY);
+        if (file.IsOpen()) {
+            return file;
+        }
+    }
+    return OpenForWriting(places);
+}
+
+FileDescriptor OpenForWriting(const RegistryPlaces& places) {
+    for (const std::optional<std::string>& directory :
+         {UserDirectory(places), UserTemporaryDirectory(places)}) {
+        if (!directory) {
+            continue;
+        }
+        FileDescriptor file = OpenOrMake(*directory, kPrivateDirectory);
+        if (file.IsOpen()) {
+            return file;
+        }
+    }
+    return OpenOrMake(SharedTemporaryDirectory(places), kSharedDirectory);
+}
+
+RegistryError ReadContent(const FileDescriptor& file, FileContent& content) {
+    const std::size_t size = file.Size();
+    if (size > kMaxFileSize) {
+        return kNoMemory;
+    }
+    std::unique_ptr<char[]> text(new (std::nothrow) char[size + 1]);
+    if (text == nullptr) {
+        return kNoMemory;
+    }
+    errno = 0;
+    const ssize_t count = file.Read(text.get(), size);
+    if (count < 0 || static_cast<std::size_t>(count) < size) {
+        platform::DebugPrint("The registry cannot be read: error %d\n", errno);
+        return kFileError;
+    }
+    text[size] = '\0';
+    content = {std::move(text), size};
+    return kSuccess;
+}
+
+RegistryWriter::RegistryWriter(const FileDescriptor& file) : m_file(file) {
+    m_buffer.reserve(kBufferSize);
+}
+
+bool RegistryWriter::WriteLine(std::string_view line) {
+    line = line.substr(0, kMaxPiece - kLineEnd.size());
+    if (m_buffer.size() + line.size() + kLineEnd.size() > kMaxPiece && !Drain()) {
+        return false;
+    }
+    m_buffer.append(line).append(kLineEnd);
+    return !m_failed;
+}
+
+bool RegistryWriter::Finish() { return Drain() && ::fsync(m_file.Get()) == 0; }
+
+bool RegistryWriter::Drain() {
+    m_failed = m_failed || !m_file.Write(m_buffer);
+    m_buffer.clear();
+    return !m_failed;
+}
+
+}  // namespace zeldlg::registry

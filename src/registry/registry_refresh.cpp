@@ -1,0 +1,124 @@
+#include "registry/registry_refresh.h"
+
+#include <fcntl.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include "registry/file_descriptor.h"
+
+namespace zeldlg::registry {
+namespace {
+
+constexpr std::string_view kStampMark = R"("RegistryHash"=")";
+constexpr std::size_t kBlockSize = 65536;
+constexpr mode_t kDirectoryMode = 0700;
+constexpr mode_t kCopyMode = 0766;
+
+bool Exists(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0;
+}
+
+/// Appends one block to `text`. @return false at the end of the file and on errors
+bool ReadBlock(const FileDescriptor& file, std::string& text) {
+    const std::size_t before = text.size();
+    const std::size_t block = std::clamp<std::size_t>(file.Size(), 1, kBlockSize);
+    text.resize(before + block);
+    const ssize_t count = file.Read(text.data() + before, block);
+    text.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return count > 0;
+}
+
+/// memmem() is several times as fast as std::string::find() in a text full of quotes.
+std::size_t FindMark(const std::string& text) {
+    const void* found = ::memmem(text.data(), text.size(), kStampMark.data(), kStampMark.size());
+    return found == nullptr
+               ? std::string::npos
+               : static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+}
+
+/// Copies all of `from`. @return false when not all of it arrived
+bool CopyContent(const FileDescriptor& from, const FileDescriptor& to) {
+    std::size_t left = from.Size();
+    while (left > 0) {
+        const ssize_t count = ::sendfile(to.Get(), from.Get(), nullptr, left);
+        if (count > 0) {
+            left -= static_cast<std::size_t>(count);
+        } else if (count == 0 || errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+RegistryStamp ReadStamp(const std::string& path) {
+    RegistryStamp stamp;
+    const FileDescriptor file = FileDescriptor::Open(path, O_RDONLY);
+    stamp.opened = file.IsOpen();
+    if (!stamp.opened) {
+        return stamp;
+    }
+    std::string text;
+    std::size_t begin = std::string::npos;
+    while (begin == std::string::npos) {
+        // The mark may lie across two blocks.
+        text.erase(0, text.size() - std::min(text.size(), kStampMark.size() - 1));
+        if (!ReadBlock(file, text)) {
+            return stamp;
+        }
+        begin = FindMark(text);
+    }
+    std::size_t end = text.find('\n', begin);
+    while (end == std::string::npos) {
+        const std::size_t searched = text.size();
+        if (!ReadBlock(file, text)) {
+            break;
+        }
+        end = text.find('\n', searched);
+    }
+    stamp.text = text.substr(begin, end == std::string::npos ? end : end + 1 - begin);
+    return stamp;
+}
+
+void RefreshUserFile(const RegistryPlaces& places) {
+    const std::optional<std::string> directory = UserDirectory(places);
+    if (!directory) {
+        return;
+    }
+    const std::string shippedPath = RegistryPath(places.shippedDirectory);
+    const std::string userPath = RegistryPath(*directory);
+    const bool missing = !Exists(userPath);
+    if (!missing) {
+        const RegistryStamp shipped = ReadStamp(shippedPath);
+        if (!shipped.text) {
+            return;
+        }
+        const RegistryStamp user = ReadStamp(userPath);
+        if (!user.opened || user.text == shipped.text) {
+            return;
+        }
+    }
+    const FileDescriptor shipped = FileDescriptor::Open(shippedPath, O_RDONLY);
+    if (!shipped.IsOpen()) {
+        return;
+    }
+    if (missing) {
+        ::mkdir(directory->c_str(), kDirectoryMode);
+    }
+    const FileDescriptor user = FileDescriptor::Open(userPath, O_WRONLY | O_CREAT, kCopyMode);
+    if (user.IsOpen() && !CopyContent(shipped, user) && missing) {
+        // The beginning of a registry is none: without the file the shipped one is read.
+        ::unlink(userPath.c_str());
+    }
+}
+
+}  // namespace zeldlg::registry

@@ -1,0 +1,318 @@
+#include "registry/registry_text.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace zeldlg::registry {
+namespace {
+
+constexpr std::string_view kSignature = "REGEDIT4";
+
+/// Look-ups that search the text before the tree of all keys is made instead: a dialog opens a
+/// key or two, and only who opens many gains by the tree.
+constexpr unsigned kScansBeforeTree = 4;
+
+}  // namespace
+
+RegistryError RegistryText::Check(std::string_view text) {
+    if (!text.starts_with(kSignature)) {
+        return kNotRegistry;
+    }
+    // Only the last line can lack a line end.
+    const std::size_t lastLine = text.rfind('\n') + 1;
+    return lastLine > 0 && text.substr(lastLine).starts_with('[') ? kCorrupt : kSuccess;
+}
+
+RegistryText::RegistryText(std::unique_ptr<char[]> text, std::size_t size)
+    : m_buffer(std::move(text)), m_text(m_buffer.get(), size) {}
+
+/// @param next set to the position of the following line
+std::string_view RegistryText::LineAt(std::size_t position, std::size_t& next) const {
+    const std::size_t end = m_text.find('\n', position);
+    if (end == std::string_view::npos) {
+        next = m_text.size();
+        return m_text.substr(position);
+    }
+    next = end + 1;
+    const bool carriageReturn = end > position && m_text[end - 1] == '\r';
+    return m_text.substr(position, end - position - (carriageReturn ? 1 : 0));
+}
+
+/// The first section header at or after the line start `from`. A line that begins with a bracket
+/// but names no key, or one with a longer name than can ever be asked for, is no header.
+std::optional<RegistryText::Header> RegistryText::NextHeader(std::size_t from) const {
+    for (std::size_t at = m_text.find('[', from); at != std::string_view::npos;
+         at = m_text.find('[', at + 1)) {
+        if (at == 0 || m_text[at - 1] != '\n') {
+            continue;
+        }
+        std::size_t body = 0;
+        const std::string_view line = LineAt(at, body);
+        const std::size_t bracket = line.rfind(']');
+        if (bracket != std::string_view::npos && bracket - 1 <= kMaxKeyName) {
+            return Header{at, body, line.substr(1, bracket - 1)};
+        }
+        at = body - 1;
+    }
+    return std::nullopt;
+}
+
+KeyNode* RegistryText::Find(const FoldedName& name) {
+    const auto known = m_index.find(name.Text());
+    if (known != m_index.end()) {
+        return known->second;
+    }
+    if (m_treeBuilt) {
+        return nullptr;
+    }
+    if (m_scans < kScansBeforeTree) {
+        ++m_scans;
+        return ScanFor(name);
+    }
+    BuildTree();
+    const auto built = m_index.find(name.Text());
+    return built == m_index.end() ? nullptr : built->second;
+}
+
+/// Looks a key up in the text without making nodes for the others.
+KeyNode* RegistryText::ScanFor(const FoldedName& name) {
+    std::string_view below;
+    for (auto header = NextHeader(0); header; header = NextHeader(header->body)) {
+        if (name.Matches(header->name)) {
+            KeyNode& node = NodeFor(header->name);
+            node.sections.push_back({header->name, header->body, 0, false, {}});
+            return &node;
+        }
+        if (below.empty() && name.IsAncestorOf(header->name)) {
+            below = header->name;
+        }
+    }
+    for (std::size_t end = below.find('\\'); end != std::string_view::npos;
+         end = below.find('\\', end + 1)) {
+        if (name.Matches(below.substr(0, end))) {
+            return &NodeFor(below.substr(0, end));
+        }
+    }
+    return nullptr;
+}
+
+KeyNode& RegistryText::Root(const std::string& name) {
+    KeyNode* root = Find(FoldedName(name));
+    if (root == nullptr) {
+        root = &NodeFor(Keep(name));
+        if (m_treeBuilt) {
+            Link(*root);
+        }
+    }
+    return *root;
+}
+
+/// The node with this name, made when there is none.
+KeyNode& RegistryText::NodeFor(std::string_view name) {
+    KeyNode*& node = m_index[FoldName(name)];
+    if (node == nullptr) {
+        node = &m_nodes.emplace_back();
+        node->name = name;
+    }
+    return *node;
+}
+
+/// Makes the nodes of all sections and puts every node in its place.
+void RegistryText::BuildTree() {
+    if (m_treeBuilt) {
+        return;
+    }
+    for (auto header = NextHeader(0); header; header = NextHeader(header->body)) {
+        KeyNode& node = NodeFor(header->name);
+        Link(node);
+        if (node.sections.empty() || node.sections.front().body != header->body) {
+            node.sections.push_back({header->name, header->body, 0, false, {}});
+        }
+    }
+    m_treeBuilt = true;
+    // Roots that the file does not name, or keys found before: they have no place yet.
+    for (KeyNode& node : m_nodes) {
+        if (!node.deleted) {
+            Link(node);
+        }
+    }
+}
+
+/// Makes the key's parents and puts the key behind its siblings.
+void RegistryText::Link(KeyNode& key) {
+    KeyNode* child = &key;
+    while (!child->linked) {
+        child->linked = true;
+        const std::size_t end = child->name.rfind('\\');
+        if (end == std::string_view::npos) {
+            m_roots.push_back(child);
+            return;
+        }
+        child->parent = &NodeFor(child->name.substr(0, end));
+        child->parent->children.push_back(child);
+        child = child->parent;
+    }
+}
+
+KeyNode& RegistryText::Create(const std::string& name) {
+    BuildTree();
+    KeyNode& key = NodeFor(Keep(name));
+    Link(key);
+    AddSection(key);
+    for (KeyNode* parent = key.parent; parent != nullptr && parent->parent != nullptr;
+         parent = parent->parent) {
+        if (parent->children.size() > 1 || !parent->sections.empty()) {
+            break;  // this one and those above it were there before
+        }
+        AddSection(*parent);
+    }
+    return key;
+}
+
+/// Gives a key that exists only through its sub-keys a section of its own.
+void RegistryText::AddSection(KeyNode& key) {
+    if (key.sections.empty()) {
+        key.sections.push_back({key.name, m_text.size(), m_text.size(), true, {}});
+    }
+}
+
+void RegistryText::Delete(KeyNode& key) {
+    BuildTree();
+    m_index.erase(FoldName(key.name));
+    key.deleted = true;
+    key.sections.clear();
+    KeyNode* parent = key.parent;
+    if (parent == nullptr) {
+        std::erase(m_roots, &key);
+        return;
+    }
+    // From the back, where the removal of a whole tree takes its keys from.
+    const auto place = std::find(parent->children.rbegin(), parent->children.rend(), &key);
+    parent->children.erase(std::next(place).base());
+    if (parent->parent != nullptr && parent->children.empty()) {
+        AddSection(*parent);  // it would be gone with its last sub-key otherwise
+    }
+}
+
+const std::vector<KeyNode*>& RegistryText::Children(KeyNode& key) {
+    BuildTree();
+    return key.children;
+}
+
+/// The section's lines, split off the text on first use.
+std::vector<std::string_view>& RegistryText::Lines(KeySection& section) {
+    if (section.scanned) {
+        return section.lines;
+    }
+    section.scanned = true;
+    section.rest = section.body;
+    while (section.rest < m_text.size() && m_text[section.rest] != '[') {
+        const std::string_view line = LineAt(section.rest, section.rest);
+        if (line.empty()) {
+            break;
+        }
+        section.lines.push_back(line);
+    }
+    return section.lines;
+}
+
+std::vector<std::string_view>::iterator RegistryText::FindLine(KeySection& section,
+                                                               const FoldedName& name) {
+    std::vector<std::string_view>& lines = Lines(section);
+    return std::find_if(lines.begin(), lines.end(), [&name](std::string_view line) {
+        const std::optional<ValueLine> value = ParseValueLine(line);
+        return value && name.Matches(value->name);
+    });
+}
+
+std::optional<RegistryValue> RegistryText::Value(KeyNode& key, std::string_view name) {
+    if (key.sections.empty()) {
+        return std::nullopt;
+    }
+    KeySection& section = key.sections.front();
+    const auto line = FindLine(section, FoldedName(name));
+    if (line == section.lines.end()) {
+        return std::nullopt;
+    }
+    return ReadValue(*ParseValueLine(*line));
+}
+
+bool RegistryText::SetValue(KeyNode& key, std::string_view name, const RegistryValue& value) {
+    if (!IsStorable(name, value)) {
+        return false;
+    }
+    AddSection(key);
+    KeySection& section = key.sections.front();
+    const auto line = FindLine(section, FoldedName(name));
+    if (line == section.lines.end()) {
+        section.lines.push_back(Keep(FormatValueLine(name, value)));
+    } else {
+        *line = Keep(FormatValueLine(ParseValueLine(*line)->name, value));
+    }
+    return true;
+}
+
+bool RegistryText::DeleteValue(KeyNode& key, std::string_view name) {
+    if (key.sections.empty()) {
+        return false;
+    }
+    KeySection& section = key.sections.front();
+    const FoldedName folded(name);
+    // A line that repeats the name would come to light otherwise.
+    return std::erase_if(Lines(section), [&folded](std::string_view line) {
+               const std::optional<ValueLine> value = ParseValueLine(line);
+               return value && folded.Matches(value->name);
+           }) > 0;
+}
+
+std::string_view RegistryText::Keep(std::string text) {
+    return m_added.emplace_back(std::move(text));
+}
+
+bool RegistryText::Write(const LineSink& sink) {
+    BuildTree();
+    std::size_t next = 0;
+    const std::string_view first = LineAt(0, next);
+    if (!sink(first) || !sink({}) || !WriteRest(next, sink)) {
+        return false;
+    }
+    std::vector<KeyNode*> pending(m_roots.rbegin(), m_roots.rend());
+    while (!pending.empty()) {
+        KeyNode& key = *pending.back();
+        pending.pop_back();
+        for (KeySection& section : key.sections) {
+            if (!WriteSection(section, sink)) {
+                return false;
+            }
+        }
+        pending.insert(pending.end(), key.children.rbegin(), key.children.rend());
+    }
+    return true;
+}
+
+bool RegistryText::WriteSection(KeySection& section, const LineSink& sink) {
+    const std::vector<std::string_view>& lines = Lines(section);
+    const std::string header = std::string("[").append(section.name).append("]");
+    return sink(header) && std::all_of(lines.begin(), lines.end(), std::cref(sink)) && sink({}) &&
+           WriteRest(section.rest, sink);
+}
+
+/// Hands over the lines between a section's end and the next header: they belong to no key.
+bool RegistryText::WriteRest(std::size_t from, const LineSink& sink) const {
+    const std::optional<Header> header = NextHeader(from);
+    const std::size_t end = header ? header->begin : m_text.size();
+    bool any = false;
+    while (from < end) {
+        const std::string_view line = LineAt(from, from);
+        if (!line.empty()) {
+            any = true;
+            if (!sink(line)) {
+                return false;
+            }
+        }
+    }
+    return !any || sink({});
+}
+
+}  // namespace zeldlg::registry
