@@ -28,6 +28,11 @@ extern const Command kPinExCommand;
 extern const Command kTranslateCommand;
 extern const Command kLocaleCommand;
 extern const Command kSettingsCommand;
+extern const Command kChangePinCommand;
+extern const Command kChangeTransportPinCommand;
+extern const Command kUnblockPukCommand;
+extern const Command kChangePolicedPinCommand;
+extern const Command kPolicyCheckCommand;
 
 /* Prints a result code with its meaning. Returns the exit code that goes with it. */
 int ReportResult(uint32_t result);

@@ -8,7 +8,16 @@
 #include "command.h"
 
 static const Command* const kCommands[] = {
-    &kPinCommand, &kPinExCommand, &kTranslateCommand, &kLocaleCommand, &kSettingsCommand,
+    &kPinCommand,
+    &kPinExCommand,
+    &kTranslateCommand,
+    &kLocaleCommand,
+    &kSettingsCommand,
+    &kChangePinCommand,
+    &kChangeTransportPinCommand,
+    &kUnblockPukCommand,
+    &kChangePolicedPinCommand,
+    &kPolicyCheckCommand,
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 
@@ -27,7 +36,7 @@ static void PrintUsage(FILE* out) {
             "Commands:\n",
             kDefaultLibrary);
     for (size_t i = 0; i < kCommandCount; ++i) {
-        fprintf(out, "  %-16s %s\n", kCommands[i]->name, kCommands[i]->summary);
+        fprintf(out, "  %-21s %s\n", kCommands[i]->name, kCommands[i]->summary);
     }
     fprintf(out,
             "\n"

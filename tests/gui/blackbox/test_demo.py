@@ -35,8 +35,11 @@ class DemoCase(unittest.TestCase):
 class Words(DemoCase):
     def test_help_names_every_command_and_each_has_its_own(self):
         text = self.run_demo("--help")
-        for command in ("pin", "pin-ex", "translate", "locale", "settings"):
-            self.assertRegex(text, rf"(?m)^  {command} ")
+        commands = [line.split()[0] for line in text.splitlines() if line.startswith("  ")
+                    and not line.startswith("  -")]
+        self.assertLessEqual({"pin", "pin-ex", "translate", "locale", "settings", "change-pin",
+                              "policy-check"}, set(commands))
+        for command in commands:
             self.assertIn(f"Usage: zeldlg-demo {command}", self.run_demo(command, "--help"))
 
     def test_mistakes_are_refused(self):
@@ -44,7 +47,9 @@ class Words(DemoCase):
                       ["pin", "--min", "-1"], ["pin", "--max", "4294967296"],
                       ["pin-ex", "--final-try"], ["translate"], ["locale", "x"], ["settings"],
                       ["settings", "get", "x"], ["settings", "set", "k", "v", "bogus", "1"],
-                      ["settings", "set", "k", "v", "binary", "abc"]):
+                      ["settings", "set", "k", "v", "binary", "abc"],
+                      ["change-pin", "--bogus"], ["policy-check", "--enabled", "256"],
+                      ["policy-check", "--enabled"]):
             with self.subTest(words=words):
                 self.assertIn("zeldlg-demo" if not words else "", self.run_demo(*words, code=2))
 
@@ -83,6 +88,63 @@ class Dialogs(DemoCase):
     def test_a_pin_that_does_not_fit_counts_as_cancelled(self):
         code, out, _ = self.answer("pin", "--capacity", "3", keys="1234")
         self.assertEqual((1, "result 0x80003001 (cancelled)\n"), (code, out))
+
+
+class Changes(DemoCase):
+    def change(self, *words, title="Change transport PIN", values=("1234", "183729", "183729")):
+        screen = Screen()
+        self.addCleanup(screen.close)
+        process = self.start(*words)
+        window = screen.find_window(title, process)
+        fields = wait_until(lambda: (found := window.find_all("password text"))
+                            and len(found) == 3 and found)
+        for field, value in zip(fields, values):
+            field.focus()
+            screen.type_text(value, field)
+            wait_until(lambda: field.length == len(value))
+        wait_until(lambda: window.find("push button", "OK").enabled)
+        screen.key("Return", fields[2])
+        out, err = process.communicate(timeout=60)
+        return process.returncode, out
+
+    def test_lengths_are_printed_and_values_only_when_asked_for(self):
+        for command, title in (("change-pin", "Change transport PIN"),
+                               ("change-transport-pin", "Unlock PIN"),
+                               ("unblock-puk", "Change transport PIN"),
+                               ("change-policed-pin", "Change transport PIN")):
+            code, out = self.change(command, title=title)
+            self.assertEqual((0, "result 0x00000000 (confirmed)\nold value of 4 bytes\n"
+                                 "new value of 6 bytes\n"), (code, out))
+        code, out = self.change("change-pin", "--puk", "--reveal", title="Change PUK")
+        self.assertIn("old value of 4 bytes: 1234\nnew value of 6 bytes: 183729\n", out)
+
+    def test_a_policy_comes_from_options_or_the_store(self):
+        for value, data in (("PoliciesEnabled", "2"), ("P2MinLen", "6")):
+            self.run_demo("settings", "set", f"{KEY}\\Policies\\Six", value, "number", data)
+        for words in (["--policy", "Six"], ["--enabled", "2", "--p2-min-length", "6"]):
+            code, out = self.change("change-policed-pin", *words)
+            self.assertEqual(0, code, out)
+
+    def check(self, pins, *words, code):
+        result = subprocess.run([PROGRAM, "policy-check", *words], input=pins, text=True,
+                                stdout=subprocess.PIPE, env=self.environment, timeout=60)
+        self.assertEqual(code, result.returncode)
+        return result.stdout
+
+    def test_policy_check_judges_each_line_without_naming_the_pin(self):
+        words = ["--enabled", "15", "--p1-threshold", "1", "--p2-min-length", "6",
+                 "--p2-class-mask", "15", "--p4-characters", "0"]
+        self.environment.pop("DISPLAY")
+        self.assertEqual("1: P1 9000  P2 9000  P4 9000\n",
+                         self.check("975311\n", *words[:8],
+                                    "--p1-full-pin-check", "1", code=0))
+        out = self.check("1234\n9700\n", *words, code=1)
+        lines = out.splitlines()
+        self.assertEqual("1: P1 644F  P2 64A6  P4 9000", lines[0])
+        self.assertIn("2: P1 6440  P2 64A6  P4 6402", lines)
+        self.assertIn('  P4: Pin code contains at least a disallowed characters: "0"', lines)
+        self.assertNotIn("1234", out)
+        self.assertNotIn("9700", out)
 
 
 class Texts(DemoCase):
