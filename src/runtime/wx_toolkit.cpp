@@ -20,10 +20,7 @@ namespace {
 
 wxAppConsole* CreateApplication() {
     wxAppConsoleBase::CheckBuildOptions(WX_BUILD_OPTIONS_SIGNATURE, "wxdll");
-    // They outlive a start that fails.
-    if (wxImage::GetHandlers().empty()) {
-        wxInitAllImageHandlers();
-    }
+    wxInitAllImageHandlers();
     return new CDllApp;
 }
 
@@ -91,6 +88,7 @@ bool WxToolkit::Start() {
     if (started) {
         ParkGuiThreadAtExit();
     } else {
+        wxImage::CleanUpHandlers();  // a failed start keeps them
         GiveMessagesBack();
     }
     Leave();

@@ -244,9 +244,18 @@ class Host:
 
     def _leave(self):
         try:
+            if os.environ.get("ZELDLG_INSTRUMENTED") and self._loaded():
+                # What is left behind is only known once the toolkit has cleaned up.
+                self.run("DLG_Finalize", thread="leaver")
             return self.quit()
         except subprocess.TimeoutExpired:
             raise HostError("the host does not end\n" + self.stderr()) from None
+
+    def _loaded(self):
+        try:
+            return self.table()["version"] is not None
+        except HostError:
+            return False
 
     # ---- commands
 
