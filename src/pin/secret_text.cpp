@@ -9,23 +9,17 @@ namespace {
 constexpr wchar_t kFirstPrintable = 32;
 constexpr wchar_t kFirstNonAscii = 127;
 
-std::size_t Index(long position) {
-    return position < 0 ? 0 : static_cast<std::size_t>(position);
-}
+std::size_t Index(long position) { return position < 0 ? 0 : static_cast<std::size_t>(position); }
 
 }  // namespace
 
-wxString MakeMask(std::size_t length) {
-    return {kMaskCharacter, length};
-}
+wxString MakeMask(std::size_t length) { return {kMaskCharacter, length}; }
 
 bool IsAcceptedCharacter(wchar_t character, bool allowNonAscii) {
     return character >= kFirstPrintable && (character < kFirstNonAscii || allowNonAscii);
 }
 
-std::size_t Utf8Length(const wxString& text) {
-    return text.utf8_str().length();
-}
+std::size_t Utf8Length(const wxString& text) { return text.utf8_str().length(); }
 
 bool IsLimitReached(const wxString& text, int maxBytes) {
     return maxBytes != 0 && static_cast<long long>(Utf8Length(text)) >= maxBytes;

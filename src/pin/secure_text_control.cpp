@@ -48,9 +48,7 @@ bool IsDialogKey(int keyCode) {
            keyCode == WXK_ESCAPE;
 }
 
-bool IsDeleteKey(int keyCode) {
-    return keyCode == WXK_BACK || keyCode == WXK_DELETE;
-}
+bool IsDeleteKey(int keyCode) { return keyCode == WXK_BACK || keyCode == WXK_DELETE; }
 
 // GTK runs its key bindings for these, or nothing: as typing they do not count.
 bool HasCommandModifier(const wxKeyEvent& event) {
@@ -140,9 +138,7 @@ void CSecureTextControl::BlockNativeEditing() {
     g_signal_connect(entry, "event-after", G_CALLBACK(afterEvent), this);
 }
 
-wxString CSecureTextControl::GetValue() const {
-    return m_realText;
-}
+wxString CSecureTextControl::GetValue() const { return m_realText; }
 
 void CSecureTextControl::SetValue(const wxString& value) {
     m_realText = value;
@@ -180,9 +176,7 @@ void CSecureTextControl::MeasureFieldWidth(wxWindow* window) {
     g_fieldWidth = dc.GetTextExtent(MakeMask(kFieldWidthCharacters)).GetWidth();
 }
 
-int CSecureTextControl::GetFieldWidth() {
-    return g_fieldWidth;
-}
+int CSecureTextControl::GetFieldWidth() { return g_fieldWidth; }
 
 void CSecureTextControl::ShowMask(int setValueFlag) {
     wxTextEntry::DoSetValue(MakeMask(m_realText.length()), setValueFlag);
@@ -229,17 +223,11 @@ void CSecureTextControl::ShortenMask() {
     }
 }
 
-void CSecureTextControl::OnConsumedCommand(wxCommandEvent& event) {
-    event.Skip(false);
-}
+void CSecureTextControl::OnConsumedCommand(wxCommandEvent& event) { event.Skip(false); }
 
-void CSecureTextControl::OnConsumedClipboard(wxClipboardTextEvent& event) {
-    event.Skip(false);
-}
+void CSecureTextControl::OnConsumedClipboard(wxClipboardTextEvent& event) { event.Skip(false); }
 
-void CSecureTextControl::OnConsumedUpdate(wxUpdateUIEvent& event) {
-    event.Skip(false);
-}
+void CSecureTextControl::OnConsumedUpdate(wxUpdateUIEvent& event) { event.Skip(false); }
 
 void CSecureTextControl::OnSetFocus(wxFocusEvent& event) {
     event.Skip();
@@ -247,13 +235,9 @@ void CSecureTextControl::OnSetFocus(wxFocusEvent& event) {
     SetInsertionPointEnd();
 }
 
-void CSecureTextControl::OnKillFocus(wxFocusEvent& event) {
-    event.Skip();
-}
+void CSecureTextControl::OnKillFocus(wxFocusEvent& event) { event.Skip(); }
 
-void CSecureTextControl::OnContextMenu(wxContextMenuEvent& event) {
-    event.Skip();
-}
+void CSecureTextControl::OnContextMenu(wxContextMenuEvent& event) { event.Skip(); }
 
 void CSecureTextControl::OnMouse(wxMouseEvent& event) {
     const bool dragging = event.Dragging();

@@ -33,6 +33,18 @@ constexpr int kNoNumber = 99;
 
 class RegistryFaults : public test::RegistryTest {
 protected:
+    void TearDown() override {
+        ::chmod((scratch / "").c_str(), 0755);
+        ::chmod((scratch / "home").c_str(), 0755);
+        RegistryTest::TearDown();
+    }
+
+    /// Lets nobody but root make anything in the home or a temporary directory.
+    void ForbidNewFiles() {
+        ASSERT_EQ(::chmod((scratch / "home").c_str(), 0555), 0);
+        ASSERT_EQ(::chmod((scratch / "").c_str(), 0555), 0);
+    }
+
     static int NumberInKey() {
         const Key key(HKEY_LOCAL_MACHINE, L"Key");
         return static_cast<int>(Number(key.handle, L"Number").value_or(kNoNumber));
@@ -114,6 +126,7 @@ TEST_F(RegistryFaults, ShippedFileThatIsADirectoryOrFifoCountsAsMissing) {
 TEST_F(RegistryFaults, UnreadableHomeGivesTheShippedFile) {
     WriteFile(ShippedFile(), SmallRegistry("00000005", "\"RegistryHash\"=\"one\"\r\n"));
     WriteFile(UserFile(), SmallRegistry("00000006"));
+    ForbidNewFiles();
     ASSERT_EQ(::chmod((scratch / "home").c_str(), 0), 0);
     EXPECT_EQ(NumberAsOrdinaryUser(), 5);
     EXPECT_EQ(SetSevenAsOrdinaryUser(), 20);
@@ -126,12 +139,14 @@ TEST_F(RegistryFaults, UnreadableUserFileIsLeftAsItIs) {
     WriteFile(UserFile(), SmallRegistry("00000006"));
     ASSERT_EQ(::chmod(UserFile().c_str(), 0222), 0);
     EXPECT_EQ(NumberAsOrdinaryUser(), 5);
+    ASSERT_EQ(::chmod(UserFile().c_str(), 0644), 0);
     EXPECT_EQ(ReadFile(UserFile()), SmallRegistry("00000006"));
 }
 
 TEST_F(RegistryFaults, ReadOnlyHomeIsReadAndAFailedWriteIsReported) {
     WriteFile(UserFile(), SmallRegistry("00000006"));
     ASSERT_EQ(::chmod(UserFile().c_str(), 0444), 0);
+    ForbidNewFiles();
     EXPECT_EQ(NumberAsOrdinaryUser(), 6);
     EXPECT_EQ(SetSevenAsOrdinaryUser(), 20);
     EXPECT_EQ(ReadFile(UserFile()), SmallRegistry("00000006"));
@@ -139,11 +154,13 @@ TEST_F(RegistryFaults, ReadOnlyHomeIsReadAndAFailedWriteIsReported) {
 
 TEST_F(RegistryFaults, ReadOnlyHomeWithoutAFileGivesTheShippedOne) {
     WriteFile(ShippedFile(), SmallRegistry("00000005", "\"RegistryHash\"=\"one\"\r\n"));
-    EXPECT_EQ(NumberAsOrdinaryUser(), 5);  // the home belongs to someone else
+    ForbidNewFiles();
+    EXPECT_EQ(NumberAsOrdinaryUser(), 5);
     EXPECT_FALSE(std::filesystem::exists(UserDirectoryPath()));
 }
 
 TEST_F(RegistryFaults, NothingToReadAndNowhereToWriteYields1016) {
+    ForbidNewFiles();
     EXPECT_EQ(InChild([] {
                   if (!BecomeOrdinaryUser()) {
                       return 90;

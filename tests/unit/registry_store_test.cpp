@@ -4,8 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <filesystem>
 #include <limits>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 

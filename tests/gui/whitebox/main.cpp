@@ -22,6 +22,7 @@ void FailOnAssert(const wxString& file, int line, const wxString& function,
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    // The toolkit owns the target. NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks)
     delete wxLog::SetActiveTarget(new wxLogStderr);
     wxApp::SetInstance(new zeldlg::test::TestApp);
     if (!wxEntryStart(argc, argv)) {

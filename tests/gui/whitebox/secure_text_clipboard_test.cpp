@@ -2,6 +2,8 @@
 
 #include <gtk/gtk.h>
 
+#include <string_view>
+
 #include "secure_text_fixture.h"
 #include "test_app.h"
 #include "user.h"
@@ -18,7 +20,7 @@ protected:
     static constexpr const char* kClipboardText = "**99";
 
     SecureTextClipboard() {
-        for (const GdkAtom which : {GDK_SELECTION_CLIPBOARD, GDK_SELECTION_PRIMARY}) {
+        for (GdkAtom which : {GDK_SELECTION_CLIPBOARD, GDK_SELECTION_PRIMARY}) {
             gtk_clipboard_set_text(gtk_clipboard_get(which), kClipboardText, -1);
         }
     }
@@ -27,7 +29,7 @@ protected:
     // a paste for one.
     static std::string ReadClipboard(GdkAtom which) {
         gchar* const text = gtk_clipboard_wait_for_text(gtk_clipboard_get(which));
-        const std::string copy = text == nullptr ? "" : text;
+        std::string copy = text == nullptr ? "" : text;
         g_free(text);
         return copy;
     }
@@ -101,7 +103,8 @@ TEST_F(SecureTextClipboard, KeyDownOfClipboardKeysIsConsumed) {
         event.SetMetaDown((modifiers & wxMOD_META) != 0);
         return Field().HandleWindowEvent(event);
     };
-    for (const int key : {'C', 'V', 'X', 'c', 'v', 'x'}) {
+    for (const char32_t letter : std::u32string_view(U"CVXcvx")) {
+        const auto key = static_cast<int>(letter);
         EXPECT_TRUE(consumes(key, wxMOD_CONTROL)) << key;
         EXPECT_FALSE(consumes(key, wxMOD_NONE)) << key;
         EXPECT_FALSE(consumes(key, wxMOD_SHIFT)) << key;

@@ -110,7 +110,7 @@ TEST_F(SecureTextReconcile, ControlsOwnWritingIsLeftAlone) {
 
 TEST_F(SecureTextReconcile, FieldOfAClosedDialogIsGoneWithoutATrace) {
     OpenWith("1234");
-    const gpointer field = &Field();
+    CSecureTextControl* const field = &Field();
     GtkWidget* const widget = Field().GetHandle();
     g_object_ref(widget);
     m_dialog->DestroyChildren();
