@@ -1,5 +1,6 @@
 #include "runtime/handlers/handler_chain.h"
 
+#include "runtime/handlers/change_pin_handler.h"
 #include "runtime/handlers/pin_entry_handler.h"
 #include "runtime/handlers/translation_handler.h"
 
@@ -9,6 +10,7 @@ std::span<const RequestHandler> HandlerChain() {
     static constexpr RequestHandler kChain[] = {
         HandlePinEntry,
         HandleTranslation,
+        HandleChangePin,
     };
     return kChain;
 }
