@@ -25,6 +25,9 @@ extern "C" {
 
 extern const Command kPinCommand;
 extern const Command kPinExCommand;
+extern const Command kLegalPinCommand;
+extern const Command kLegalPinExCommand;
+extern const Command kPinPadCommand;
 extern const Command kTranslateCommand;
 extern const Command kLocaleCommand;
 extern const Command kSettingsCommand;
@@ -33,6 +36,15 @@ extern const Command kChangeTransportPinCommand;
 extern const Command kUnblockPukCommand;
 extern const Command kChangePolicedPinCommand;
 extern const Command kPolicyCheckCommand;
+extern const Command kLockedCommand;
+extern const Command kBiometricErrorCommand;
+extern const Command kRetryCommand;
+extern const Command kConfirmDeleteCommand;
+extern const Command kAskUnlockCommand;
+extern const Command kAskTransportPinCommand;
+extern const Command kAskExpiryCommand;
+extern const Command kCrFailedCommand;
+extern const Command kPukLockedCommand;
 
 /* Prints a result code with its meaning. Returns the exit code that goes with it. */
 int ReportResult(uint32_t result);

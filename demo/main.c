@@ -10,6 +10,9 @@
 static const Command* const kCommands[] = {
     &kPinCommand,
     &kPinExCommand,
+    &kLegalPinCommand,
+    &kLegalPinExCommand,
+    &kPinPadCommand,
     &kTranslateCommand,
     &kLocaleCommand,
     &kSettingsCommand,
@@ -18,6 +21,15 @@ static const Command* const kCommands[] = {
     &kUnblockPukCommand,
     &kChangePolicedPinCommand,
     &kPolicyCheckCommand,
+    &kLockedCommand,
+    &kConfirmDeleteCommand,
+    &kAskUnlockCommand,
+    &kAskTransportPinCommand,
+    &kAskExpiryCommand,
+    &kCrFailedCommand,
+    &kPukLockedCommand,
+    &kBiometricErrorCommand,
+    &kRetryCommand,
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 

@@ -115,33 +115,31 @@ static PinOptions ParseOptions(const struct option* known, int argc, char** argv
     return options;
 }
 
-typedef uint32_t (*AskFunction)(const DLG_FunctionList* dialogs, const PinOptions* options,
-                                PinBuffer* pin);
-
-static uint32_t AskForPin(const DLG_FunctionList* dialogs, const PinOptions* options,
-                          PinBuffer* pin) {
+static PinDialogRequest RequestOf(const PinOptions* options) {
     const PinDialogRequest request = {.tokenLabel = options->label,
                                       .minPinLength = options->minLength,
                                       .maxPinLength = options->maxLength,
                                       .noFailure = !options->failed,
                                       .finalTry = options->finalTry,
                                       .failedEarlier = options->failedEarlier};
-    return dialogs->ShowPinDialog(&request, pin);
+    return request;
 }
 
-static uint32_t AskForPinEx(const DLG_FunctionList* dialogs, const PinOptions* options,
-                            PinBuffer* pin) {
+static PinDialogRequestEx RequestExOf(const PinOptions* options) {
     const PinDialogRequestEx request = {.tokenLabel = options->label,
                                         .minPinLength = options->minLength,
                                         .maxPinLength = options->maxLength,
                                         .failedEarlier = options->failedEarlier,
                                         .maxTries = options->maxTries,
                                         .triesLeft = options->triesLeft};
-    return dialogs->ShowPinDialogEx(&request, pin);
+    return request;
 }
 
-static int AskAndReport(const DLG_FunctionList* dialogs, const PinOptions* options,
-                        AskFunction ask) {
+typedef uint32_t (*AskFunction)(const PinDialogRequest* request, PinBuffer* pin);
+typedef uint32_t (*AskExFunction)(const PinDialogRequestEx* request, PinBuffer* pin);
+
+/* Exactly one of the functions is given. */
+static int AskAndReport(const PinOptions* options, AskFunction ask, AskExFunction askEx) {
     /* One byte more, so that a capacity of 0 is a buffer too. */
     uint8_t* const buffer = malloc((size_t)options->capacity + 1);
     if (buffer == NULL) {
@@ -149,7 +147,9 @@ static int AskAndReport(const DLG_FunctionList* dialogs, const PinOptions* optio
         return EXIT_USAGE;
     }
     PinBuffer pin = {.pin = buffer, .pinLength = options->capacity};
-    const uint32_t result = ask(dialogs, options, &pin);
+    const PinDialogRequest request = RequestOf(options);
+    const PinDialogRequestEx requestEx = RequestExOf(options);
+    const uint32_t result = ask != NULL ? ask(&request, &pin) : askEx(&requestEx, &pin);
     const int exitCode = ReportResult(result);
     if (result == ZELDLG_OK) {
         printf("PIN of %lu bytes\n", (unsigned long)pin.pinLength);
@@ -163,21 +163,39 @@ static int AskAndReport(const DLG_FunctionList* dialogs, const PinOptions* optio
 
 static int RunPin(const DLG_FunctionList* dialogs, int argc, char** argv) {
     const PinOptions options = ParseOptions(kPinOptions, argc, argv);
-    return AskAndReport(dialogs, &options, AskForPin);
+    return AskAndReport(&options, dialogs->ShowPinDialog, NULL);
 }
 
 static int RunPinEx(const DLG_FunctionList* dialogs, int argc, char** argv) {
     const PinOptions options = ParseOptions(kPinExOptions, argc, argv);
-    return AskAndReport(dialogs, &options, AskForPinEx);
+    return AskAndReport(&options, NULL, dialogs->ShowPinDialogEx);
 }
+
+static int RunLegalPin(const DLG_FunctionList* dialogs, int argc, char** argv) {
+    const PinOptions options = ParseOptions(kPinOptions, argc, argv);
+    return AskAndReport(&options, dialogs->ShowLegalPinDialog, NULL);
+}
+
+static int RunLegalPinEx(const DLG_FunctionList* dialogs, int argc, char** argv) {
+    const PinOptions options = ParseOptions(kPinExOptions, argc, argv);
+    return AskAndReport(&options, NULL, dialogs->ShowLegalPinDialogEx);
+}
+
+#define ORDINARY_HELP                                      \
+    COMMON_HELP                                            \
+    "  --failed           a failed attempt is on record\n" \
+    "  --final-try        the next wrong PIN locks the PIN\n"
+
+#define EX_HELP                                                  \
+    COMMON_HELP                                                  \
+    "  --max-tries N      the full retry counter (default: 3)\n" \
+    "  --tries-left N     tries remaining (default: 3)\n"
 
 const Command kPinCommand = {
     .name = "pin",
     .synopsis = "pin [OPTION...]",
     .summary = "Ask for the PIN of a token",
-    .options = COMMON_HELP
-    "  --failed           a failed attempt is on record\n"
-    "  --final-try        the next wrong PIN locks the PIN\n",
+    .options = ORDINARY_HELP,
     .run = RunPin,
 };
 
@@ -185,8 +203,22 @@ const Command kPinExCommand = {
     .name = "pin-ex",
     .synopsis = "pin-ex [OPTION...]",
     .summary = "Ask for the PIN of a token, with its retry counter",
-    .options = COMMON_HELP
-    "  --max-tries N      the full retry counter (default: 3)\n"
-    "  --tries-left N     tries remaining (default: 3)\n",
+    .options = EX_HELP,
     .run = RunPinEx,
+};
+
+const Command kLegalPinCommand = {
+    .name = "legal-pin",
+    .synopsis = "legal-pin [OPTION...]",
+    .summary = "Ask for the PIN of a legally binding signature",
+    .options = ORDINARY_HELP,
+    .run = RunLegalPin,
+};
+
+const Command kLegalPinExCommand = {
+    .name = "legal-pin-ex",
+    .synopsis = "legal-pin-ex [OPTION...]",
+    .summary = "Ask for the PIN of a legally binding signature, with its retry counter",
+    .options = EX_HELP,
+    .run = RunLegalPinEx,
 };

@@ -62,6 +62,7 @@ uint32_t NotifyShown(std::initializer_list<RequestCode> codes, uint64_t* shown) 
     });
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the handler writes through it
 uint32_t GetText(RequestCode code, const void* source, void* buffer, uint32_t* size) {
     return Guarded(ZELDLG_FAILED, [&] {
         TranslationReply reply{.size = size, .buffer = buffer, .result = ZELDLG_FAILED};

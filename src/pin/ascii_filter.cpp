@@ -37,7 +37,7 @@ bool RemoveNonAscii(wxTextCtrl& field) {
     if (kept == text) {
         return false;
     }
-    const size_t before = static_cast<size_t>(field.GetInsertionPoint());
+    const auto before = static_cast<size_t>(field.GetInsertionPoint());
     field.ChangeValue(kept);
     field.SetInsertionPoint(static_cast<long>(KeepAscii(text.Left(before)).length()));
     return true;

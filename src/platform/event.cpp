@@ -75,7 +75,7 @@ struct ManualResetEvent::WaiterList {
         (waiter.next != nullptr ? waiter.next->previous : tail) = waiter.previous;
     }
 
-    void ReleaseAll(Release release) {
+    void ReleaseAll(Release release) const {
         for (Waiter* waiter = head; waiter != nullptr; waiter = waiter->next) {
             WakeUp(*waiter, release);
         }

@@ -36,7 +36,10 @@ public:
             return;
         }
         // Never destroyed: the GUI thread may still be on its way out of Set.
-        auto* const parked = new ManualResetEvent;
+        ManualResetEvent* parked = nullptr;
+        if (platform::CreateEvent(platform::EventKind::ManualReset, &parked) != 0) {
+            return;
+        }
         g_idle_add_full(G_PRIORITY_HIGH, ParkForever, parked, nullptr);
         platform::WaitForEvent(*parked, kParkTimeoutMs);
     }

@@ -10,13 +10,14 @@ namespace zeldlg {
 /// Usable with std::lock_guard.
 class Turn {
 public:
-    void lock() {
+    // The standard library's names.
+    void lock() {  // NOLINT(readability-identifier-naming)
         std::unique_lock lock(m_mutex);
         const uint64_t ticket = m_nextTicket++;
         m_changed.wait(lock, [&] { return ticket == m_serving; });
     }
 
-    void unlock() {
+    void unlock() {  // NOLINT(readability-identifier-naming)
         const std::lock_guard lock(m_mutex);
         ++m_serving;
         m_changed.notify_all();

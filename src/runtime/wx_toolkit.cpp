@@ -36,6 +36,7 @@ void ReportAssertion(const wxString& file, int line, const wxString& function,
 // The toolkit's messages go to standard error. Its own log would collect them for a window,
 // which aborts the process where there is no display, and blocks the next start where there is.
 void SendMessagesToStandardError() {
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the toolkit owns the new target
     delete wxLog::SetActiveTarget(new wxLogStderr);
     wxSetAssertHandler(ReportAssertion);
 }

@@ -2,7 +2,8 @@
 
 #include <gtk/gtk.h>
 #include <wx/arrstr.h>
-#include <wx/toplevel.h>
+#include <wx/dcclient.h>
+#include <wx/fontutil.h>
 
 #include <memory>
 
@@ -24,6 +25,9 @@ wxString WrapText(wxWindow& window, const wxString& text, int width) {
     const wxScopedCharBuffer utf8 = text.utf8_str();
     const std::unique_ptr<PangoLayout, Unref> layout(
         gtk_widget_create_pango_layout(window.GetHandle(), utf8));
+    // The widget itself learns of a font that was set only when it is shown.
+    pango_layout_set_font_description(layout.get(),
+                                      window.GetFont().GetNativeFontInfo()->description);
     pango_layout_set_width(layout.get(), width * PANGO_SCALE);
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     wxString wrapped;
@@ -63,6 +67,12 @@ wxStaticText* NewWarning(wxWindow* parent, const wxString& text) {
     wxStaticText* const warning = NewText(parent, text);
     warning->SetForegroundColour(WarningColour());
     return warning;
+}
+
+void ReserveRoom(wxStaticText& label) {
+    wxClientDC context(&label);
+    context.SetFont(label.GetFont());
+    label.SetMinSize(context.GetMultiLineTextExtent(label.GetLabelText()));
 }
 
 ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel) {

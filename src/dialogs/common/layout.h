@@ -5,6 +5,7 @@
 #include <wx/colour.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
+#include <wx/toplevel.h>
 #include <wx/window.h>
 
 namespace zeldlg::layout {
@@ -36,6 +37,10 @@ wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines
 
 /// A wrapped label in the colour of warnings.
 wxStaticText* NewWarning(wxWindow* parent, const wxString& text);
+
+/// Gives a label at least the size of its text in the font that was set for it. The toolkit learns
+/// of that font only when the window is shown, and would lay it out for another one until then.
+void ReserveRoom(wxStaticText& label);
 
 struct ButtonRow {
     wxButton* ok;

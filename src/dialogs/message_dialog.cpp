@@ -1,0 +1,226 @@
+#include "dialogs/message_dialog.h"
+
+#include <gtk/gtk.h>
+#include <wx/artprov.h>
+#include <wx/display.h>
+#include <wx/scrolwin.h>
+#include <wx/settings.h>
+#include <wx/statbmp.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "dialogs/common/accessible.h"
+#include "dialogs/message_style.h"
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr int kBorder = 20;
+constexpr int kButtonRowBorder = 15;
+constexpr int kButtonBorder = 5;
+
+constexpr int kTickMilliseconds = 1000;
+/// The longest count that the Yes button has room for from the start: almost three hours.
+constexpr int64_t kWidestCount = -9999;
+
+/// What the frame of a window and its distance to the edges of the screen take, in pixels.
+const wxSize kAroundContent(32, 64);
+
+struct IconLook {
+    MessageIcon icon;
+    const char* art;
+    const char* name;
+};
+
+const IconLook& LookOf(MessageIcon icon) {
+    static constexpr IconLook kLooks[] = {
+        {MessageIcon::Information, wxART_INFORMATION, CATALOGUE_KEY("Information")},
+        {MessageIcon::Warning, wxART_WARNING, CATALOGUE_KEY("Warning")},
+        {MessageIcon::Error, wxART_ERROR, CATALOGUE_KEY("Error")},
+        {MessageIcon::Question, wxART_QUESTION, CATALOGUE_KEY("Question")},
+    };
+    return *std::find_if(std::begin(kLooks), std::end(kLooks),
+                         [icon](const IconLook& look) { return look.icon == icon; });
+}
+
+// Without a parent the toolkit would pick any window that is shown: a modeless one of the
+// library would drag the box along when the host removes it.
+long WindowStyle(const wxWindow* parent) {
+    return parent != nullptr ? wxDEFAULT_DIALOG_STYLE : wxDEFAULT_DIALOG_STYLE | wxDIALOG_NO_PARENT;
+}
+
+wxStaticBitmap* NewIcon(wxWindow* parent, long style) {
+    const IconLook& look = LookOf(MessageIconOf(style));
+    auto* const icon =
+        new wxStaticBitmap(parent, wxID_ANY, wxArtProvider::GetBitmap(look.art, wxART_OTHER));
+    icon->SetBackgroundColour(parent->GetBackgroundColour());
+    SetAccessibleName(*icon, Translate(look.name));
+    return icon;
+}
+
+wxString YesLabel(int64_t seconds) {
+    return FormatTranslated(CATALOGUE_KEY("&Yes (%ds)"), static_cast<int>(seconds));
+}
+
+wxSize RoomOnScreen(const wxWindow& window) {
+    const int display = wxDisplay::GetFromWindow(&window);
+    return wxDisplay(display != wxNOT_FOUND ? display : 0).GetClientArea().GetSize() -
+           kAroundContent;
+}
+
+// What `content` takes when it scrolls in `room`: a bar in one direction takes room in the other.
+wxSize WithScrollBars(const wxSize& content, const wxSize& room, const wxWindow& area) {
+    const bool scrollsAcross = content.x > room.x;
+    const bool scrollsDown = content.y > room.y;
+    wxSize size = content;
+    if (scrollsAcross) {
+        size.y += wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, &area);
+    }
+    if (scrollsDown) {
+        size.x += wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, &area);
+    }
+    size.DecTo(room);
+    return size;
+}
+
+}  // namespace
+
+CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const wxString& message,
+                               long style, int64_t countDownSeconds)
+    : wxDialog(parent, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, WindowStyle(parent)),
+      m_timer(this),
+      m_remainingSeconds(countDownSeconds) {
+    auto* const rows = new wxBoxSizer(wxVERTICAL);
+    rows->Add(NewMessageRow(message, style), wxSizerFlags().CentreHorizontal());
+    AddButtons(*rows, style);
+    FinishLayout(rows);
+    CancelOnEscapeAndClose();
+    if (MessageButtonsOf(style) == MessageButtons::YesNo && m_remainingSeconds != 0) {
+        StartCountDown();
+    }
+}
+
+// By itself the toolkit presses OK for both where that is the only button.
+void CMessageDialog::CancelOnEscapeAndClose() {
+    Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { EndDialog(wxID_CANCEL); });
+    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+        if (event.GetKeyCode() == WXK_ESCAPE) {
+            Close();
+        } else {
+            event.Skip();
+        }
+    });
+}
+
+wxSizer* CMessageDialog::NewMessageRow(const wxString& message, long style) {
+    m_message = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(message));
+    m_messageRow = new wxBoxSizer(wxHORIZONTAL);
+    m_messageRow->Add(NewIcon(this, style),
+                      wxSizerFlags().Border(wxTOP | wxBOTTOM | wxLEFT, kBorder));
+    m_messageRow->Add(m_message, wxSizerFlags().CentreVertical().Border(wxALL, kBorder));
+    return m_messageRow;
+}
+
+// kept: Yes answers as OK does and No as Cancel does.
+void CMessageDialog::AddButtons(wxSizer& rows, long style) {
+    const MessageButtons buttons = MessageButtonsOf(style);
+    MakeDefault(buttons == MessageButtons::YesNo
+                    ? NewYesButton()
+                    : new wxButton(this, wxID_OK, Translate(CATALOGUE_KEY("OK"))));
+    switch (buttons) {
+        case MessageButtons::YesNo:
+            AddButtonPair(rows, m_defaultButton, Translate(CATALOGUE_KEY("&No")));
+            break;
+        case MessageButtons::OkCancel:
+            AddButtonPair(rows, m_defaultButton, Translate(CATALOGUE_KEY("Cancel")));
+            break;
+        case MessageButtons::Ok:
+            rows.Add(m_defaultButton, wxSizerFlags().CentreHorizontal().Border(wxALL, kBorder));
+            break;
+    }
+}
+
+void CMessageDialog::AddButtonPair(wxSizer& rows, wxButton* confirm, const wxString& cancelLabel) {
+    const wxSizerFlags each = wxSizerFlags().CentreVertical().Border(wxALL, kButtonBorder);
+    auto* const row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(confirm, each);
+    row->Add(new wxButton(this, wxID_CANCEL, cancelLabel), each);
+    rows.Add(row, wxSizerFlags().CentreHorizontal().Border(wxALL, kButtonRowBorder));
+}
+
+// The box has a fixed size: the button is made wide enough for the count-down beforehand.
+wxButton* CMessageDialog::NewYesButton() {
+    auto* const yes = new wxButton(this, wxID_OK, Translate(CATALOGUE_KEY("&Yes")));
+    if (m_remainingSeconds != 0) {
+        wxSize size = yes->GetBestSize();
+        for (const int64_t count : {m_remainingSeconds, kWidestCount}) {
+            yes->SetLabel(YesLabel(count));
+            size.IncTo(yes->GetBestSize());
+        }
+        yes->SetMinSize(size);
+        yes->SetLabel(Translate(CATALOGUE_KEY("&Yes")));
+    }
+    return yes;
+}
+
+void CMessageDialog::MakeDefault(wxButton* button) {
+    m_defaultButton = button;
+    button->SetDefault();
+}
+
+void CMessageDialog::FinishLayout(wxSizer* rows) {
+    SetSizer(rows);
+    KeepMessageOnScreen();
+    rows->Fit(this);
+    SetMinSize(GetSize());
+    SetMaxSize(GetSize());
+    Layout();
+    CentreOnScreen();
+    m_defaultButton->SetFocus();
+    // Raised any earlier it would be on the screen before it is modal.
+    Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
+        if (event.IsShown()) {
+            Raise();
+        }
+        event.Skip();
+    });
+}
+
+// A text that the screen is too small for goes into an area that scrolls, by keyboard too, so
+// that the buttons stay in reach.
+void CMessageDialog::KeepMessageOnScreen() {
+    const wxSize text = m_message->GetBestSize();
+    const wxSize room = text + RoomOnScreen(*this) - GetSizer()->CalcMin();
+    if (text.x <= room.x && text.y <= room.y) {
+        return;
+    }
+    auto* const area = new wxScrolledWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                                            wxHSCROLL | wxVSCROLL | wxBORDER_NONE);
+    // Bars that only show when the mouse is near would leave the rest of the text unnoticed.
+    gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(area->GetHandle()), FALSE);
+    m_message->Reparent(area);
+    area->SetVirtualSize(text);
+    area->SetScrollRate(GetCharWidth(), GetCharHeight());
+    area->SetMinSize(WithScrollBars(text, room, *area));
+    area->MoveBeforeInTabOrder(m_defaultButton);
+    m_messageRow->Replace(m_message, area);
+}
+
+void CMessageDialog::StartCountDown() {
+    ShowSecondsLeft();
+    Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+        --m_remainingSeconds;
+        ShowSecondsLeft();
+    });
+    m_timer.Start(kTickMilliseconds);
+}
+
+// kept: the count is a display only. At 0 nothing is pressed, and it goes on below 0 until the
+// user answers.
+void CMessageDialog::ShowSecondsLeft() { m_defaultButton->SetLabel(YesLabel(m_remainingSeconds)); }
+
+}  // namespace zeldlg

@@ -1,0 +1,49 @@
+// The library's own message box: an icon, a text, and OK or Yes and No; Yes may carry a visible
+// count-down of seconds.
+#pragma once
+
+#include <wx/button.h>
+#include <wx/dialog.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+#include <wx/timer.h>
+
+#include <cstdint>
+
+namespace zeldlg {
+
+/// ShowModal() returns wxID_OK for OK and Yes; wxID_CANCEL for No, Cancel, Escape and the close
+/// box, also where OK is the only button.
+class CMessageDialog : public wxDialog {
+public:
+    /// @param parent May be null: the box then belongs to no other window.
+    /// @param message Shown literally, line breaks as they are; scrolls when the screen is too
+    ///        small for it.
+    /// @param style The toolkit's message-box flags; see message_style.h.
+    /// @param countDownSeconds 0 for none; ignored without Yes and No.
+    CMessageDialog(wxWindow* parent, const wxString& caption, const wxString& message, long style,
+                   int64_t countDownSeconds);
+
+private:
+    void CancelOnEscapeAndClose();
+
+    wxSizer* NewMessageRow(const wxString& message, long style);
+    void AddButtons(wxSizer& rows, long style);
+    void AddButtonPair(wxSizer& rows, wxButton* confirm, const wxString& cancelLabel);
+    wxButton* NewYesButton();
+    void MakeDefault(wxButton* button);
+
+    void FinishLayout(wxSizer* rows);
+    void KeepMessageOnScreen();
+
+    void StartCountDown();
+    void ShowSecondsLeft();
+
+    wxTimer m_timer;
+    int64_t m_remainingSeconds;
+    wxSizer* m_messageRow = nullptr;
+    wxStaticText* m_message = nullptr;
+    wxButton* m_defaultButton = nullptr;
+};
+
+}  // namespace zeldlg

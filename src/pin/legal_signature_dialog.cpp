@@ -1,0 +1,41 @@
+#include "pin/legal_signature_dialog.h"
+
+#include <wx/statbmp.h>
+
+#include "dialogs/common/layout.h"
+#include "pin/legal_notice.h"
+#include "resources/catalogue_key.h"
+#include "resources/signature_picture.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+CLegalSignatureDialog::CLegalSignatureDialog(wxWindow* parent, const wxString& tokenLabel,
+                                             const PinLengthRule& lengthRule,
+                                             const PinFailureLines& failure)
+    : CPinPromptDialog(parent, lengthRule) {
+    AddPicture();
+    AddNotice();
+    AddHeading(tokenLabel);
+    AddFailureLines(failure);
+    AddPinField();
+    AddSignButton();
+    AddRules();
+    FinishLayout();
+}
+
+void CLegalSignatureDialog::AddPicture() {
+    Rows()->Add(new wxStaticBitmap(this, wxID_ANY, SignaturePicture()),
+                wxSizerFlags().CentreHorizontal());
+}
+
+void CLegalSignatureDialog::AddNotice() {
+    Rows()->Add(NewLegalNotice(this), wxSizerFlags().Border(wxTOP | wxBOTTOM, layout::kSectionGap));
+}
+
+void CLegalSignatureDialog::AddSignButton() {
+    wxButton* const button = AddButtons(Translate(CATALOGUE_KEY("&Sign")));
+    button->SetFont(button->GetFont().Bold());
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,59 @@
+// Shown while a reader with keys of its own collects a PIN: the step under way, a row of places
+// for the typed digits, and on request an Abort button. The PIN itself never comes here.
+#pragma once
+
+#include <wx/dialog.h>
+#include <wx/stattext.h>
+
+#include <cstdint>
+
+#include "pin/pin_pad_row.h"
+
+namespace zeldlg {
+
+struct PinPadLook {
+    bool allowAbort;    ///< With an Abort button.
+    bool verification;  ///< One step only; otherwise the steps of a change of the PIN.
+    bool legal;         ///< With the notice about a legally binding signature.
+    bool withPinRow;    ///< With the row that shows typed digits and status words.
+};
+
+/// Modeless: lives until its owner destroys it. Neither the user nor the window manager can close
+/// it.
+class CPinPadDialog : public wxDialog {
+public:
+    explicit CPinPadDialog(const PinPadLook& look);
+
+    /// Marks the next step as the current one and blanks the row.
+    void NextStep();
+
+    // The row; without effect when there is none.
+    void AddChar();
+    void DeleteChar();
+    void ClearChars();
+    /// @param words Translated.
+    void ShowStatus(const wxString& words);
+
+    /// Whether Abort has ever been pressed.
+    bool IsAbortRequested() const { return m_abortRequested; }
+
+private:
+    void AddSteps(wxSizer* rows, bool verification);
+    wxStaticText* AddStep(wxSizer* lines, const char* english);
+    void AddPinRow(wxSizer* rows);
+    void AddAbortButton(wxSizer* rows);
+    void StayUntilHidden();
+    void HighlightCurrentStep();
+    void ShowRow(bool changed);
+
+    wxStaticText* m_display = nullptr;
+    wxWindow* m_stepList = nullptr;
+    wxStaticText* m_stepEnterPin = nullptr;
+    wxStaticText* m_stepNewPin = nullptr;
+    wxStaticText* m_stepConfirmPin = nullptr;
+    uint64_t m_step = 0;
+    bool m_abortRequested = false;
+    PinPadRow m_row;
+};
+
+}  // namespace zeldlg

@@ -1,0 +1,127 @@
+#include "runtime/handlers/pin_pad_handler.h"
+
+#include <wx/app.h>
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "pin/pin_pad_dialog.h"
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+#include "runtime/request_codes.h"
+
+namespace zeldlg {
+
+namespace {
+
+// From one pad to the next, in pixels.
+const wxPoint kCascade(32, 32);
+
+struct Kind {
+    uint64_t code;
+    bool verification;
+    bool legal;
+    bool withPinRow;
+};
+
+constexpr Kind kKinds[] = {
+    {kPinPadShowVerification, true, false, true},
+    {kPinPadShowModification, false, false, true},
+    {kPinPadShowLegalVerification, true, true, true},
+    {kPinPadShowNoPinVerification, true, false, false},
+    {kPinPadShowLegalNoPinVerification, true, true, false},
+};
+
+// The toolkit's list of windows says which pads are alive, also after it has ended and has taken
+// them along: a handle is only ever compared, never followed.
+std::vector<CPinPadDialog*> LivePads() {
+    std::vector<CPinPadDialog*> pads;
+    for (wxWindow* const window : wxTopLevelWindows) {
+        auto* const pad = dynamic_cast<CPinPadDialog*>(window);
+        if (pad != nullptr && !wxTheApp->IsScheduledForDestruction(pad)) {
+            pads.push_back(pad);
+        }
+    }
+    return pads;
+}
+
+CPinPadDialog* FindPad(const void* handle) {
+    const std::vector<CPinPadDialog*> pads = LivePads();
+    const auto found = std::find(pads.begin(), pads.end(), handle);
+    return found != pads.end() ? *found : nullptr;
+}
+
+void Show(const CMessage& message, const Kind& kind) {
+    const auto place = static_cast<int>(LivePads().size());
+    auto* const pad = new CPinPadDialog({.allowAbort = static_cast<uint8_t>(message.Param1()) != 0,
+                                         .verification = kind.verification,
+                                         .legal = kind.legal,
+                                         .withPinRow = kind.withPinRow});
+    // The pads of two readers must not hide each other.
+    pad->Move(pad->GetPosition() + place * kCascade);
+    *message.Param2As<void*>() = pad;
+    pad->Show(true);
+}
+
+void Hide(CPinPadDialog& pad) {
+    pad.Show(false);
+    pad.Destroy();
+}
+
+void ShowStatus(CPinPadDialog& pad, const char* english) { pad.ShowStatus(Translate(english)); }
+
+struct Order {
+    uint64_t code;
+    void (*carryOut)(CPinPadDialog& pad);
+};
+
+constexpr Order kOrders[] = {
+    {kPinPadHide, Hide},
+    {kPinPadNextPin, [](CPinPadDialog& pad) { pad.NextStep(); }},
+    {kPinPadCancel, [](CPinPadDialog& pad) { ShowStatus(pad, CATALOGUE_KEY("Cancel Pressed")); }},
+    {kPinPadTimeout, [](CPinPadDialog& pad) { ShowStatus(pad, CATALOGUE_KEY("Timer Expired")); }},
+    {kPinPadAccept, [](CPinPadDialog& pad) { ShowStatus(pad, CATALOGUE_KEY("Ok Pressed")); }},
+    {kPinPadAddChar, [](CPinPadDialog& pad) { pad.AddChar(); }},
+    {kPinPadDelChar, [](CPinPadDialog& pad) { pad.DeleteChar(); }},
+    {kPinPadClearChars, [](CPinPadDialog& pad) { pad.ClearChars(); }},
+};
+
+void AnswerAbort(const CMessage& message) {
+    const CPinPadDialog* const pad = FindPad(message.Param1As<const void>());
+    if (pad != nullptr) {
+        *message.Param2As<bool>() = pad->IsAbortRequested();
+    }
+}
+
+template <typename Entry, size_t kSize>
+const Entry* FindCode(const Entry (&table)[kSize], uint64_t code) {
+    const auto* const found =
+        std::find_if(std::begin(table), std::end(table),
+                     [code](const Entry& entry) { return entry.code == code; });
+    return found != std::end(table) ? found : nullptr;
+}
+
+}  // namespace
+
+// A call with a handle that is not that of a live pad is carried out without effect.
+bool HandlePinPad(CMessage* message) {
+    if (const Kind* const kind = FindCode(kKinds, message->Code()); kind != nullptr) {
+        Show(*message, *kind);
+        return true;
+    }
+    if (message->Code() == kPinPadShouldAbort) {
+        AnswerAbort(*message);
+        return true;
+    }
+    const Order* const order = FindCode(kOrders, message->Code());
+    if (order == nullptr) {
+        return false;
+    }
+    if (CPinPadDialog* const pad = FindPad(message->Param1As<const void>()); pad != nullptr) {
+        order->carryOut(*pad);
+    }
+    return true;
+}
+
+}  // namespace zeldlg

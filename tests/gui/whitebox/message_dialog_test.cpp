@@ -1,0 +1,433 @@
+// The message dialog and the boxes made of it, also those that no host can reach.
+#include "dialogs/message_dialog.h"
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <wx/artprov.h>
+#include <wx/image.h>
+#include <wx/modalhook.h>
+#include <wx/statbmp.h>
+#include <wx/uiaction.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <vector>
+
+#include "dialogs/message_boxes.h"
+#include "test_app.h"
+
+namespace zeldlg {
+
+namespace {
+
+using test::PumpUntil;
+
+template <typename Control>
+Control* Find(const wxWindow& window) {
+    for (wxWindow* const child : window.GetChildren()) {
+        auto* const found = dynamic_cast<Control*>(child);
+        if (found != nullptr) {
+            return found;
+        }
+        if (auto* const below = Find<Control>(*child)) {
+            return below;
+        }
+    }
+    return nullptr;
+}
+
+wxString TextOf(const wxWindow& dialog) { return Find<wxStaticText>(dialog)->GetLabelText(); }
+
+std::vector<wxString> ButtonsOf(const wxWindow& dialog) {
+    std::vector<wxString> labels;
+    for (wxWindow* const child : dialog.GetChildren()) {
+        if (const auto* const button = dynamic_cast<wxButton*>(child)) {
+            labels.push_back(button->GetLabel());
+        }
+    }
+    return labels;
+}
+
+bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
+    const wxImage left = one.ConvertToImage();
+    const wxImage right = other.ConvertToImage();
+    const auto bytes = static_cast<size_t>(left.GetWidth()) * left.GetHeight() * 3;
+    return left.GetSize() == right.GetSize() &&
+           std::memcmp(left.GetData(), right.GetData(), bytes) == 0;
+}
+
+bool HasIcon(const wxWindow& dialog, const wxArtID& art) {
+    return SamePicture(Find<wxStaticBitmap>(dialog)->GetBitmap(),
+                       wxArtProvider::GetBitmap(art, "wxART_OTHER_C"));
+}
+
+class MessageDialog : public testing::Test {
+protected:
+    ~MessageDialog() override {
+        if (m_dialog != nullptr) {
+            m_dialog->Destroy();
+        }
+        wxTheApp->ProcessIdle();
+    }
+
+    CMessageDialog& Make(long style, int64_t seconds = 0, const wxString& text = "Some text") {
+        m_dialog = new CMessageDialog(nullptr, "Some caption", text, style, seconds);
+        return *m_dialog;
+    }
+
+    wxButton& DefaultButton() const { return dynamic_cast<wxButton&>(*m_dialog->GetDefaultItem()); }
+
+    CMessageDialog* m_dialog = nullptr;
+};
+
+TEST_F(MessageDialog, ShowsTheIconOfTheFirstFlagThatIsSet) {
+    const struct {
+        long style;
+        wxArtID art;
+    } rows[] = {{0x100, wxART_WARNING},     {0x200, wxART_ERROR},   {0x400, wxART_QUESTION},
+                {0x800, wxART_INFORMATION}, {0, wxART_INFORMATION}, {0x300, wxART_WARNING},
+                {0x600, wxART_ERROR},       {0x700, wxART_WARNING}, {0x500, wxART_WARNING}};
+    for (const auto& row : rows) {
+        EXPECT_TRUE(HasIcon(Make(row.style), row.art)) << std::hex << row.style;
+        m_dialog->Destroy();
+    }
+    m_dialog = nullptr;
+}
+
+TEST_F(MessageDialog, IconsDiffer) {
+    const CMessageDialog& dialog = Make(0x100);
+    for (const char* const other : {wxART_ERROR, wxART_QUESTION, wxART_INFORMATION}) {
+        EXPECT_FALSE(HasIcon(dialog, other));
+    }
+}
+
+TEST_F(MessageDialog, TheIconStandsOnTheDialogsColour) {
+    Make(0x400);
+    EXPECT_EQ(Find<wxStaticBitmap>(*m_dialog)->GetBackgroundColour(),
+              m_dialog->GetBackgroundColour());
+}
+
+TEST_F(MessageDialog, ButtonsFollowTheFlags) {
+    const struct {
+        long style;
+        std::vector<wxString> labels;
+    } rows[] = {{0, {"OK"}},
+                {0x800, {"OK"}},
+                {0x400, {"&Yes", "&No"}},
+                {0x600, {"&Yes", "&No"}},
+                {0x13ED, {"OK", "Cancel"}},
+                {0x1BED, {"OK", "Cancel"}},
+                {0x13EC, {"OK"}},
+                {0x03ED, {"OK"}},
+                {wxCANCEL, {"OK"}},
+                {0x17ED, {"&Yes", "&No"}}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(ButtonsOf(Make(row.style)), row.labels) << std::hex << row.style;
+        EXPECT_EQ(DefaultButton().GetId(), wxID_OK);
+        EXPECT_EQ(DefaultButton().GetLabel(), row.labels.front());
+        m_dialog->Destroy();
+    }
+    m_dialog = nullptr;
+}
+
+TEST_F(MessageDialog, HasAFixedSize) {
+    Make(0x400);
+    EXPECT_EQ(m_dialog->GetMinSize(), m_dialog->GetSize());
+    EXPECT_EQ(m_dialog->GetMaxSize(), m_dialog->GetSize());
+    EXPECT_FALSE(m_dialog->HasFlag(wxRESIZE_BORDER));
+    EXPECT_EQ(m_dialog->GetWindowStyle() & wxDEFAULT_DIALOG_STYLE, wxDEFAULT_DIALOG_STYLE);
+}
+
+TEST_F(MessageDialog, BordersAreThoseOfEachRow) {
+    Make(0x400, 0, "A text that is wider than the two buttons below it");
+    const wxRect icon = Find<wxStaticBitmap>(*m_dialog)->GetRect();
+    const wxRect text = Find<wxStaticText>(*m_dialog)->GetRect();
+    const wxRect yes = DefaultButton().GetRect();
+    const wxRect no = m_dialog->FindWindow(wxID_CANCEL)->GetRect();
+    const wxSize client = m_dialog->GetClientSize();
+    EXPECT_EQ(icon.GetTopLeft(), wxPoint(20, 20));
+    EXPECT_EQ(text.GetLeft() - icon.GetRight() - 1, 20);
+    EXPECT_EQ(client.x - text.GetRight() - 1, 20);
+    const int rowHeight = std::max(icon.height, text.height) + 40;
+    EXPECT_EQ(text.y, (rowHeight - text.height) / 2);
+    EXPECT_EQ(yes.y, rowHeight + 15 + 5);
+    EXPECT_EQ(no.GetLeft() - yes.GetRight() - 1, 10);
+    EXPECT_EQ(client.y - yes.GetBottom() - 1, 15 + 5);
+    EXPECT_NEAR((yes.GetLeft() + no.GetRight() + 1) / 2, client.x / 2, 1);
+}
+
+TEST_F(MessageDialog, ASingleOkHasItsOwnBorder) {
+    Make(0x200);
+    const wxRect icon = Find<wxStaticBitmap>(*m_dialog)->GetRect();
+    const wxRect text = Find<wxStaticText>(*m_dialog)->GetRect();
+    const wxRect ok = DefaultButton().GetRect();
+    EXPECT_EQ(ok.y, std::max(icon.height, text.height) + 40 + 20);
+    EXPECT_EQ(m_dialog->GetClientSize().y - ok.GetBottom() - 1, 20);
+}
+
+TEST_F(MessageDialog, IsNotOnTheScreenBeforeItIsShown) {
+    Make(0x400);
+    EXPECT_FALSE(m_dialog->IsShown());
+    EXPECT_FALSE(gtk_widget_get_visible(m_dialog->GetHandle()));
+}
+
+TEST_F(MessageDialog, WithoutAParentItTakesNone) {
+    auto* const other = new wxDialog(nullptr, wxID_ANY, "Another window");
+    other->Show();
+    ASSERT_TRUE(PumpUntil([&] { return gtk_widget_get_mapped(other->GetHandle()); }));
+    Make(0x400);
+    EXPECT_EQ(m_dialog->GetParent(), nullptr);
+    EXPECT_EQ(m_dialog->GetParentForModalDialog(), nullptr);
+    EXPECT_EQ(gtk_window_get_transient_for(GTK_WINDOW(m_dialog->GetHandle())), nullptr);
+    other->Destroy();
+}
+
+TEST_F(MessageDialog, BelongsToTheParentThatItIsGiven) {
+    auto* const parent = new wxDialog(nullptr, wxID_ANY, "A parent");
+    parent->Show();
+    auto* const dialog = new CMessageDialog(parent, "Some caption", "Some text", 0x400, 0);
+    EXPECT_EQ(dialog->GetParentForModalDialog(), parent);
+    parent->Destroy();
+}
+
+// Ways out
+
+/// Waits for nothing: the box may be gone before the key is released.
+void Press(int key, int modifiers = wxMOD_NONE) { wxUIActionSimulator().Char(key, modifiers); }
+
+class WaysOut : public MessageDialog {
+protected:
+    /// Shows the box, does something once it has the keyboard, and gives what the box returned.
+    int Answer(long style, const std::function<void()>& act) {
+        Make(style);
+        m_dialog->CallAfter([this, &act] {
+            EXPECT_TRUE(PumpUntil([this] { return DefaultButton().HasFocus(); }));
+            act();
+        });
+        const int result = m_dialog->ShowModal();
+        m_dialog->Destroy();
+        m_dialog = nullptr;
+        return result;
+    }
+};
+
+TEST_F(WaysOut, EscapeIsNeverOk) {
+    for (const long style : {0x200, 0x400, 0x600, 0x13ED}) {
+        EXPECT_EQ(Answer(style, [] { Press(WXK_ESCAPE); }), 5101) << std::hex << style;
+    }
+}
+
+TEST_F(WaysOut, TheCloseBoxIsNeverOk) {
+    for (const long style : {0x200, 0x400, 0x600, 0x13ED}) {
+        EXPECT_EQ(Answer(style, [this] { m_dialog->Close(); }), 5101) << std::hex << style;
+    }
+}
+
+TEST_F(WaysOut, EnterIsTheDefaultButton) {
+    for (const long style : {0x200, 0x400, 0x600, 0x13ED}) {
+        EXPECT_EQ(Answer(style, [] { Press(WXK_RETURN); }), 5100) << std::hex << style;
+    }
+}
+
+TEST_F(WaysOut, MnemonicsAnswer) {
+    EXPECT_EQ(Answer(0x400, [] { Press('Y', wxMOD_ALT); }), 5100);
+    EXPECT_EQ(Answer(0x400, [] { Press('N', wxMOD_ALT); }), 5101);
+}
+
+// The count-down
+
+constexpr int kTwoTicks = 2500;
+
+bool Waits(int milliseconds) {
+    const wxLongLong end = wxGetLocalTimeMillis() + milliseconds;
+    return PumpUntil([end] { return wxGetLocalTimeMillis() >= end; });
+}
+
+TEST_F(MessageDialog, CountsDownOnceASecondAndGoesOnBelowZero) {
+    Make(0x600, 2);
+    m_dialog->Show();
+    wxLongLong last = wxGetLocalTimeMillis();
+    EXPECT_EQ(DefaultButton().GetLabel(), "&Yes (2s)");
+    for (const char* const label : {"&Yes (1s)", "&Yes (0s)", "&Yes (-1s)"}) {
+        const wxString before = DefaultButton().GetLabel();
+        ASSERT_TRUE(PumpUntil([&] { return DefaultButton().GetLabel() != before; }));
+        EXPECT_EQ(DefaultButton().GetLabel(), label);
+        const wxLongLong now = wxGetLocalTimeMillis();
+        EXPECT_NEAR((now - last).ToDouble(), 1000, 400);
+        last = now;
+    }
+    EXPECT_TRUE(m_dialog->IsShown());
+}
+
+TEST_F(MessageDialog, WithoutYesAndNoNothingIsCountedAndNoTimerRuns) {
+    const int seen = test::GetTestApp().Seen(wxEVT_TIMER);
+    Make(0x200, 3);
+    m_dialog->Show();
+    ASSERT_TRUE(Waits(kTwoTicks));
+    EXPECT_EQ(ButtonsOf(*m_dialog), std::vector<wxString>{"OK"});
+    EXPECT_EQ(test::GetTestApp().Seen(wxEVT_TIMER), seen);
+}
+
+TEST_F(MessageDialog, AYesNoBoxWithoutACountStartsNoTimer) {
+    const int seen = test::GetTestApp().Seen(wxEVT_TIMER);
+    Make(0x400, 0);
+    m_dialog->Show();
+    ASSERT_TRUE(Waits(kTwoTicks));
+    EXPECT_EQ(DefaultButton().GetLabel(), "&Yes");
+    EXPECT_EQ(test::GetTestApp().Seen(wxEVT_TIMER), seen);
+}
+
+TEST_F(MessageDialog, TheYesButtonHasRoomForTheCount) {
+    for (const int64_t seconds : {int64_t{3}, int64_t{120}, int64_t{86400}, int64_t{INT32_MAX}}) {
+        Make(0x600, seconds);
+        EXPECT_GE(DefaultButton().GetSize().x, DefaultButton().GetBestSize().x) << seconds;
+        m_dialog->Destroy();
+    }
+    m_dialog = nullptr;
+}
+
+// What the screen is too small for
+
+wxString Lines(int count) {
+    wxString text;
+    for (int i = 0; i < count; ++i) {
+        text += wxString::Format("Line %d\n", i);
+    }
+    return text;
+}
+
+TEST_F(MessageDialog, StaysOnTheScreenWithItsButtonsWhateverTheText) {
+    const wxSize screen = wxGetClientDisplayRect().GetSize();
+    for (const wxString& text : {Lines(200), wxString('W', 4000), Lines(200) + wxString('W', 4000),
+                                 Lines(200) + wxString('W', 100), Lines(2000)}) {
+        Make(0x400, 0, text);
+        m_dialog->Show();
+        ASSERT_TRUE(PumpUntil([&] { return gtk_widget_get_mapped(m_dialog->GetHandle()); }));
+        EXPECT_LE(m_dialog->GetSize().x, screen.x);
+        EXPECT_LE(m_dialog->GetSize().y, screen.y);
+        const wxRect client(m_dialog->GetClientSize());
+        EXPECT_TRUE(client.Contains(DefaultButton().GetRect()));
+        EXPECT_TRUE(client.Contains(m_dialog->FindWindow(wxID_CANCEL)->GetRect()));
+        EXPECT_EQ(TextOf(*m_dialog), text);
+        m_dialog->Destroy();
+    }
+    m_dialog = nullptr;
+}
+
+TEST_F(MessageDialog, ATextThatFitsIsNotPutIntoAnArea) {
+    Make(0x400, 0, Lines(10));
+    EXPECT_EQ(Find<wxStaticText>(*m_dialog)->GetParent(), m_dialog);
+    EXPECT_EQ(TextOf(*m_dialog), Lines(10));
+}
+
+// The boxes. What would be shown is recorded instead.
+
+class Answering : public wxModalDialogHook {
+public:
+    explicit Answering(int answer) : m_answer(answer) { Register(); }
+    ~Answering() override { Unregister(); }
+    Answering(const Answering&) = delete;
+    Answering& operator=(const Answering&) = delete;
+
+    wxString m_caption, m_text;
+    std::vector<wxString> m_buttons;
+    wxArtID m_art;
+
+protected:
+    int Enter(wxDialog* dialog) override {
+        m_caption = dialog->GetTitle();
+        m_text = TextOf(*dialog);
+        m_buttons = ButtonsOf(*dialog);
+        for (const char* const art :
+             {wxART_WARNING, wxART_ERROR, wxART_QUESTION, wxART_INFORMATION}) {
+            if (HasIcon(*dialog, art)) {
+                m_art = art;
+            }
+        }
+        return m_answer;
+    }
+
+private:
+    int m_answer;
+};
+
+struct BoxRow {
+    void (*show)();
+    const char* caption;
+    const char* text;
+    wxArtID art;
+};
+
+class MessageBoxes : public testing::TestWithParam<BoxRow> {};
+
+TEST_P(MessageBoxes, HaveTitleIconTextAndOk) {
+    const Answering user(wxID_OK);
+    GetParam().show();
+    EXPECT_EQ(user.m_caption, GetParam().caption);
+    EXPECT_EQ(user.m_text, GetParam().text);
+    EXPECT_EQ(user.m_art, GetParam().art);
+    EXPECT_EQ(user.m_buttons, std::vector<wxString>{"OK"});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, MessageBoxes,
+    testing::Values(
+        BoxRow{[] { ShowWarningBox(nullptr, "R&D && more\n_x"); }, "Warning", "R&D && more\n_x",
+               wxART_WARNING},
+        BoxRow{[] { ShowErrorBox(nullptr, ""); }, "Error", "", wxART_ERROR},
+        BoxRow{[] { ShowInformationBox(nullptr, "100 %s %d"); }, "Information", "100 %s %d",
+               wxART_INFORMATION},
+        BoxRow{[] { ShowTokenLockedBox(nullptr, "A & B"); }, "Token locked",
+               "The token \"A & B\" is locked.\nPlease use the token manager to unlock it,\n"
+               "or contact your system administrator.",
+               wxART_ERROR},
+        BoxRow{[] { ShowBiometricError(nullptr, 0x63C0); }, "Error",
+               "Verification failed!\nThe authentication method is now blocked!", wxART_ERROR},
+        BoxRow{[] { ShowTokenErrorBox(nullptr, 164); }, "Error", "PIN locked", wxART_ERROR},
+        BoxRow{[] { ShowTokenErrorBox(nullptr, 5); }, "Error", "Device error (0x05)", wxART_ERROR},
+        BoxRow{[] { ShowUnknownErrorBox(nullptr, 0x1FF); }, "Error", "Unknown error (0x1FF)",
+               wxART_ERROR}));
+
+struct QuestionRow {
+    bool (*ask)();
+    const char* caption;
+    const char* text;
+    wxArtID art;
+};
+
+class QuestionBoxes : public testing::TestWithParam<QuestionRow> {};
+
+TEST_P(QuestionBoxes, HaveYesAndNoAndReturnTheAnswer) {
+    for (const int answer : {wxID_OK, wxID_CANCEL}) {
+        const Answering user(answer);
+        EXPECT_EQ(GetParam().ask(), answer == wxID_OK);
+        EXPECT_EQ(user.m_caption, GetParam().caption);
+        EXPECT_EQ(user.m_text, GetParam().text);
+        EXPECT_EQ(user.m_art, GetParam().art);
+        EXPECT_EQ(user.m_buttons, (std::vector<wxString>{"&Yes", "&No"}));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, QuestionBoxes,
+    testing::Values(
+        QuestionRow{[] { return ShowQuestionBox(nullptr, "Well?"); }, "Question", "Well?",
+                    wxART_QUESTION},
+        QuestionRow{[] { return AskAuthenticationRetry(nullptr); }, "Authentication failed",
+                    "Authentication to the Lumora Bio Token failed!\nWould you like to try again?",
+                    wxART_ERROR},
+        QuestionRow{[] { return AskEnrolmentRetry(nullptr); }, "Enrolment failed",
+                    "Enrolment of (new) fingerprint(s) on the Lumora Bio Token failed!\n"
+                    "Would you like to try again?",
+                    wxART_ERROR},
+        QuestionRow{[] { return ShowBiometricError(nullptr, 0x6400); }, "Error",
+                    "Device error (0x6400)\n\nWould you like to try again?", wxART_ERROR}));
+
+TEST(MessageBoxes, AnErrorThatAllowsNoRetryIsNotAnsweredWithYes) {
+    const Answering user(wxID_OK);
+    EXPECT_FALSE(ShowBiometricError(nullptr, 0x6983));
+}
+
+}  // namespace
+}  // namespace zeldlg
