@@ -36,6 +36,7 @@ extern const Command kChangeTransportPinCommand;
 extern const Command kUnblockPukCommand;
 extern const Command kChangePolicedPinCommand;
 extern const Command kPolicyCheckCommand;
+extern const Command kMessageCommand;
 extern const Command kLockedCommand;
 extern const Command kBiometricErrorCommand;
 extern const Command kRetryCommand;

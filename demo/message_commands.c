@@ -44,6 +44,19 @@ static int RunRetry(const DLG_FunctionList* dialogs, int argc, char** argv) {
     return EXIT_USAGE;
 }
 
+/* One box of each kind; no call of a host takes a text of its own. */
+static int RunMessage(const DLG_FunctionList* dialogs, int argc, char** argv) {
+    ExpectWords(1, argc, argv);
+    if (strcmp(argv[1], "error") == 0) {
+        return ReportShown(dialogs->ShowPUKIsLocked());
+    }
+    if (strcmp(argv[1], "question") == 0) {
+        return ReportShown(dialogs->ShowUnlockTokenDialog());
+    }
+    fprintf(stderr, "message: '%s' is neither error nor question\n", argv[1]);
+    return EXIT_USAGE;
+}
+
 static int RunAskUnlock(const DLG_FunctionList* dialogs, int argc, char** argv) {
     ExpectWords(0, argc, argv);
     return ReportShown(dialogs->ShowUnlockTokenDialog());
@@ -100,6 +113,14 @@ static int RunConfirmDelete(const DLG_FunctionList* dialogs, int argc, char** ar
 
 #define ANSWER_HELP \
     "The library reports that the box was shown (exit code 0), not what was answered.\n"
+
+const Command kMessageCommand = {
+    .name = "message",
+    .synopsis = "message error|question",
+    .summary = "Show a box of one kind, with one of the library's texts",
+    .options = ANSWER_HELP,
+    .run = RunMessage,
+};
 
 const Command kLockedCommand = {
     .name = "locked",

@@ -12,31 +12,49 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from stage import Screen, wait_until  # noqa: E402
 
-# File name, words of the command, title of the window, what is typed, how the dialog is ended.
+# File name, words of the command, title of the window, what is typed into each PIN field, the key
+# that ends the dialog, the program's exit code.
 SCENES = [
-    ("pin", ["pin", "--label", "Identity card", "--reveal"], "Enter PIN", "2468", "Return"),
-    ("pin-too-long", ["pin", "--label", "Identity card"], "Enter PIN", "123456789", "Escape"),
+    ("pin", ["pin", "--label", "Identity card", "--reveal"], "Enter PIN", ["2468"], "Return", 0),
+    ("pin-too-long", ["pin", "--label", "Identity card"], "Enter PIN", ["123456789"], "Escape", 1),
     ("pin-ex-tries-left", ["pin-ex", "--label", "Company badge", "--tries-left", "2"],
-     "Enter PIN", "13579", "Return"),
+     "Enter PIN", ["13579"], "Return", 0),
     ("pin-ex-last-try", ["pin-ex", "--label", "Company badge", "--tries-left", "1",
-                         "--failed-earlier"], "Enter PIN", "", "Escape"),
+                         "--failed-earlier"], "Enter PIN", [], "Escape", 1),
+    ("legal-pin", ["legal-pin", "--label", "Identity card"], "Enter PIN", ["2468"], "Return", 0),
+    ("change-pin", ["change-pin", "--label", "Identity card"], "Change transport PIN",
+     ["2468", "13579", "13579"], "Return", 0),
+    ("change-policed-pin", ["change-policed-pin", "--label", "Company badge", "--enabled", "15",
+                            "--p1-threshold", "1", "--p2-min-length", "6", "--p2-class-mask",
+                            "31", "--p4-characters", "0"], "Change transport PIN",
+     ["2468", "9800", "9800"], "Escape", 1),
+    ("confirm-delete", ["confirm-delete"], "Question", [], "Escape", 0),
+    ("biometric-error", ["biometric-error", "0x63C1"], "Error", [], "Escape", 0),
 ]
 
 
+def fill(screen, window, values):
+    fields = wait_until(lambda: (found := window.find_all("password text"))
+                        and len(found) >= len(values) and found)
+    for field, value in zip(fields, values):
+        field.focus()
+        screen.type_text(value, field)
+        wait_until(lambda: field.length == len(value), what="the typed characters")
+        print(f"  (typed {len(value)} characters)", flush=True)
+
+
 def play(screen, program, directory, scene):
-    name, words, title, typed, end = scene
+    name, words, title, values, end, _ = scene
     print(f"$ zeldlg-demo {' '.join(words)}", flush=True)
     with subprocess.Popen([program, *words]) as process:
         window = screen.find_window(title, process)
-        field = window.find("password text")
-        if typed:
-            screen.type_text(typed, field)
-            wait_until(lambda: field.length == len(typed), what="the typed characters")
-            print(f"  (typed {len(typed)} characters)", flush=True)
+        screen.wait_focused()
+        if values:
+            fill(screen, window, values)
         path = os.path.join(directory, name + ".png")
         screen.screenshot(path, window)
         print(f"  (picture {os.path.relpath(path)})", flush=True)
-        screen.key(end, field)
+        screen.key(end)
     return process.returncode
 
 
@@ -46,8 +64,7 @@ def main():
     screen = Screen()
     failed = []
     for scene in SCENES:
-        expected = 0 if scene[4] == "Return" else 1
-        if play(screen, program, directory, scene) != expected:
+        if play(screen, program, directory, scene) != scene[5]:
             failed.append(scene[0])
     screen.close()
     if failed:

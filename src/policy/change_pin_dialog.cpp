@@ -22,8 +22,8 @@ constexpr long kDialogStyle = wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | wxSTAY_O
 constexpr int kFieldHeight = 24;
 constexpr long kToolTipDelayMs = 257;
 // Room for the explanations: the policed dialog must fit a screen of 768 lines with all else.
-constexpr int kExplanationWidth = 330;
-constexpr int kPageTextHeight = 150;
+constexpr int kExplanationWidth = 400;
+constexpr int kPageTextHeight = 165;
 constexpr int kRuleTextHeight = 44;
 constexpr size_t kHeadingLines = 4;
 constexpr int kTextPadding = 6;
@@ -211,7 +211,7 @@ void CChangePinDialog::AddExplanation() {
         new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
                        wxSize(kExplanationWidth, m_pages ? kPageTextHeight : kRuleTextHeight),
                        wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
-    m_explanation->SetMargins(kTextPadding, kTextPadding);
+    layout::PadText(*m_explanation, kTextPadding);
     SetAccessibleName(*m_explanation, Translate(CATALOGUE_KEY("Explanation")));
     m_pageArea->Add(m_explanation, wxSizerFlags(1).Expand());
 }
@@ -274,9 +274,12 @@ void CChangePinDialog::Choose(size_t row) {
 
 void CChangePinDialog::ShowExplanation() {
     const wxString text = m_states[m_chosen].explain();
-    if (text != m_explanation->GetValue()) {
-        m_explanation->ChangeValue(text);
+    if (text == m_explanation->GetValue()) {
+        return;
     }
+    m_explanation->ChangeValue(text);
+    // What is wrong stands behind what is asked for.
+    m_explanation->ShowPosition(m_states[m_chosen].isMet() ? 0 : m_explanation->GetLastPosition());
 }
 
 }  // namespace zeldlg

@@ -75,6 +75,15 @@ void ReserveRoom(wxStaticText& label) {
     label.SetMinSize(context.GetMultiLineTextExtent(label.GetLabelText()));
 }
 
+// The toolkit's own margins reach single-line fields only.
+void PadText(const wxTextCtrl& field, int pixels) {
+    GtkTextView* const view = GTK_TEXT_VIEW(gtk_bin_get_child(GTK_BIN(field.GetHandle())));
+    gtk_text_view_set_left_margin(view, pixels);
+    gtk_text_view_set_right_margin(view, pixels);
+    gtk_text_view_set_top_margin(view, pixels);
+    gtk_text_view_set_bottom_margin(view, pixels);
+}
+
 ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel) {
     const ButtonRow buttons{new wxButton(parent, wxID_OK, okLabel),
                             new wxButton(parent, wxID_CANCEL, Translate(CATALOGUE_KEY("Cancel")))};

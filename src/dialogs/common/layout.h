@@ -5,6 +5,7 @@
 #include <wx/colour.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
+#include <wx/textctrl.h>
 #include <wx/toplevel.h>
 #include <wx/window.h>
 
@@ -41,6 +42,9 @@ wxStaticText* NewWarning(wxWindow* parent, const wxString& text);
 /// Gives a label at least the size of its text in the font that was set for it. The toolkit learns
 /// of that font only when the window is shown, and would lay it out for another one until then.
 void ReserveRoom(wxStaticText& label);
+
+/// Keeps the text of a multi-line field `pixels` away from its border.
+void PadText(const wxTextCtrl& field, int pixels);
 
 struct ButtonRow {
     wxButton* ok;

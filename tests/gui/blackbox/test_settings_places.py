@@ -76,6 +76,19 @@ class Places(unittest.TestCase):
         mode = os.stat(os.path.join(self.home, ".tessaly")).st_mode
         self.assertEqual(0o700, stat.S_IMODE(mode))
 
+    def test_the_shipped_example_holds_every_setting_at_its_default(self):
+        example = os.path.join(os.path.dirname(__file__), "..", "..", "..", "packaging",
+                               "registry")
+        with open(example, newline="") as file:
+            code, listed = self.run_settings("list", files={SHIPPED: file.read()})
+        self.assertEqual(0, code, listed)
+        self.assertNotIn("not set", listed)
+        for line in ("LimitPinToAscii  number 1", "ShowEnrolmentHint  number 1",
+                     "Automatic retry timeout  number 0",
+                     "Automatic default selection timeout  number 5",
+                     "Policies\\Example  P2MinLen  number 6"):
+            self.assertIn(line, listed)
+
     def test_a_user_file_is_kept_unless_the_stamps_differ(self):
         self.write_user_file(registry("mine", "1"))
         for shipped, value in ((registry("shipped"), "mine"), (registry("shipped", "1"), "mine"),
