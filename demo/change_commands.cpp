@@ -190,7 +190,7 @@ const std::string kPolicedHelp =
                 "  --old-min N, --old-max N\n"
                 "                     bounds of the old value, when they are others\n"
                 "  --tries-left N     tries remaining\n"
-                "  --initialise       the PIN is initialised\n"
+                "  --initialise       set the initialise flag (without visible effect)\n"
                 "  --no-policy        the token has no policy\n\n") +
     demo::kPolicyHelp;
 

@@ -16,11 +16,9 @@ using namespace zeldlg;
 
 void PrintMessage(const char* name, const PinPolicy& policy, PolicyStatus status,
                   std::string_view pin) {
-    if (status != kPolicyAccepted) {
-        wxString message = DescribePolicyStatus(policy, status, pin);
-        message.Replace("\n", "\n      ");
-        printf("  %s: %s\n", name, static_cast<const char*>(message.utf8_str()));
-    }
+    wxString message = DescribePolicyStatus(policy, status, pin);
+    message.Replace("\n", "\n      ");
+    printf("  %s: %s\n", name, static_cast<const char*>(message.utf8_str()));
 }
 
 // The PIN itself is not printed.
@@ -44,6 +42,9 @@ int RunPolicyCheck(const DLG_FunctionList*, int argc, char** argv) {
     bool allAccepted = true;
     std::string pin;
     for (size_t line = 1; std::getline(std::cin, pin); ++line) {
+        if (!pin.empty() && pin.back() == '\r') {
+            pin.pop_back();
+        }
         allAccepted = Judge(policy, line, pin) && allAccepted;
     }
     return allAccepted ? EXIT_CONFIRMED : EXIT_NOT_CONFIRMED;
@@ -51,8 +52,9 @@ int RunPolicyCheck(const DLG_FunctionList*, int argc, char** argv) {
 
 const std::string kHelp =
     std::string(
-        "Reads candidate PINs from standard input, one a line, and prints for each line number\n"
-        "the status of the three local policies (9000 = accepted) and what is wrong. The exit\n"
+        "Reads candidate PINs from standard input, one a line (LF or CR LF), and prints for each "
+        "line number\n"
+        "the status of the three local policies (9000 = accepted) and their messages. The exit\n"
         "code is 0 when all were accepted, else 1.\n\n") +
     demo::kPolicyHelp;
 

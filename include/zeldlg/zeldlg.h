@@ -12,7 +12,11 @@
  * user has answered; there is no time limit. Calls from several threads are served one at a time,
  * first come first served, and each gets its own result. The first call that needs the user
  * interface starts it (about 0.1 s); ::DLG_SetParameter, ::DLG_GetParameter and
- * ::DLG_GetFunctionList never do.
+ * ::DLG_GetFunctionList never do. The start sets the process's locale to that of its environment.
+ *
+ * A start fails when there is no display, or when the process already runs the same GUI toolkit or
+ * GLib's default main loop. It is tried again only after ::DLG_Finalize. A call that is made while
+ * a slow start (longer than 0.2 s) is still going to fail never returns.
  *
  * @par Ownership
  * Every pointer that a host passes stays the host's. The library reads records and texts, and
@@ -125,8 +129,8 @@ typedef struct PinChangeRequest {
 
 /** Length and place of the characters of a ::PinPolicyWire. 16 bytes. */
 typedef struct PinPolicyCharList {
-    uint32_t length;        /**< Number of bytes at #characters. */
-    uint32_t reserved;      /**< Neither read nor written. */
+    uint32_t length;        /**< Number of bytes at #characters; all are read. */
+    uint32_t reserved;      /**< Not read; 0 in what the library builds. */
     const char* characters; /**< The characters, one byte each; null only when #length is 0. */
 } PinPolicyCharList;
 
@@ -146,11 +150,11 @@ typedef struct PinPolicyWire {
     uint8_t p3CaseInsensitive; /**< Non-zero: the token compares without regard to case. */
     uint8_t p3LengthNormalize; /**< Non-zero: the threshold is squared. */
     uint8_t p3StrictOnly;      /**< Non-zero: only equal PINs are refused. */
-    uint8_t reserved1[2];      /**< Neither read nor written. */
+    uint8_t reserved1[2];      /**< Not read; 0 in what the library builds. */
     const PinPolicyCharList* charList; /**< Characters of the character restriction. */
     uint8_t lastRefusedCharacter;      /**< The character that failed the last check. */
     uint8_t p4IsWhiteList;             /**< Non-zero: only the listed characters are allowed. */
-    uint8_t reserved2[2];              /**< Neither read nor written. */
+    uint8_t reserved2[2];              /**< Not read; 0 in what the library builds. */
     int32_t source;                    /**< -4 card, -3 configuration store, -2 unknown. */
 } PinPolicyWire;
 
@@ -169,7 +173,7 @@ typedef struct PolicedPinChangeRequest {
     uint8_t noFailure;                 /**< Zero: the previous attempt failed. */
     uint8_t finalTry;                  /**< Non-zero: the next wrong value locks. */
     uint8_t changePuk;                 /**< Non-zero: it is the PUK that is changed. */
-    uint8_t initialisePin;             /**< Non-zero: the PIN is initialised. */
+    uint8_t initialisePin;             /**< Has no visible effect. */
     uint32_t triesLeft;                /**< Tries remaining; 0 = not known. */
     const PinPolicyDescriptor* policy; /**< The token's policy; null = none. */
     uint32_t oldMinLength;             /**< Bounds of the old value, in UTF-8 bytes; */
@@ -296,6 +300,10 @@ ZELDLG_EXPORT uint32_t DLG_ShowLegalPinDialogEx(const PinDialogRequestEx* reques
 /**
  * @name Change of PIN and PUK
  * Ask for an old value and, twice, for a new one.
+ *
+ * What the user reads is not what the functions are called: ::DLG_ShowChangeTransportPIN is titled
+ * "Unlock PIN" and asks for the PUK, the three others are titled "Change transport PIN" and ask for
+ * the transport PIN. With the flag for the PUK all are titled "Change PUK".
  * @return ::ZELDLG_OK, ::ZELDLG_CANCELLED, or ::ZELDLG_FAILED (also when a value does not fit its
  *         buffer).
  * @{
@@ -484,7 +492,7 @@ ZELDLG_EXPORT uint32_t DLG_SetParameter(uint64_t parameter, uint64_t value);
 /** Has no effect. @return ::ZELDLG_NOT_SUPPORTED, always. */
 ZELDLG_EXPORT uint32_t DLG_GetParameter(uint64_t parameter, uint64_t value);
 /** Start the user interface before it is needed. @return An opaque pointer, valid until
- *  ::DLG_Finalize; null when there is no memory or thread for it. */
+ *  ::DLG_Finalize; null when there is no memory for it. */
 ZELDLG_EXPORT struct GuiRunner* InitApp(void);
 /** The same as ::DLG_Finalize. */
 ZELDLG_EXPORT void QuitApp(void);

@@ -181,13 +181,11 @@ void CMessageDialog::FinishLayout(wxSizer* rows) {
     Layout();
     CentreOnScreen();
     m_defaultButton->SetFocus();
-    // Raised any earlier it would be on the screen before it is modal.
-    Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
-        if (event.IsShown()) {
-            Raise();
-        }
-        event.Skip();
-    });
+    // The toolkit's own way would put the window on the screen, before it is modal or, when it is
+    // closed at once, for good.
+    const auto raise =
+        +[](GtkWidget* window, gpointer) { gdk_window_raise(gtk_widget_get_window(window)); };
+    g_signal_connect(GetHandle(), "map", G_CALLBACK(raise), nullptr);
 }
 
 // A text that the screen is too small for goes into an area that scrolls, by keyboard too, so

@@ -36,7 +36,7 @@ wxString ChangeTransportPinText() {
 wxString EarlyUnexpirePinText(uint32_t days) {
     return FormatTranslated(CATALOGUE_KEY("The PIN on this token is about to expire in %d "
                                           "days.\nWould you like to change it now ?"),
-                            static_cast<int>(days));
+                            ShownNumber(days));
 }
 
 wxString UnblockFailedText() {

@@ -22,7 +22,7 @@ wxString WarningText(const PinFailureLines& lines) {
     wxString text = Translate(lines.warning);
     if (lines.triesLeft) {
         text += FormatTranslated(CATALOGUE_KEY("\nYou have %d tries remaining"),
-                                 static_cast<int>(*lines.triesLeft));
+                                 ShownNumber(*lines.triesLeft));
     }
     return text;
 }
@@ -80,11 +80,11 @@ void CPinPromptDialog::AddRules() {
     // kept: the limits are counted in characters although the lines say bytes.
     m_minIcon = AddRuleLine(this, m_rows,
                             FormatTranslated(CATALOGUE_KEY("Minimum PIN length %d bytes"),
-                                             static_cast<int>(m_lengthRule.MinLength())),
+                                             ShownNumber(m_lengthRule.MinLength())),
                             m_lengthRule.MinOk());
     m_maxIcon = AddRuleLine(this, m_rows,
                             FormatTranslated(CATALOGUE_KEY("Maximum PIN length %d bytes"),
-                                             static_cast<int>(m_lengthRule.MaxLength())),
+                                             ShownNumber(m_lengthRule.MaxLength())),
                             m_lengthRule.MaxOk());
 }
 

@@ -44,14 +44,14 @@ wxString WarningText(const ChangePinFailure& failure) {
     wxString text;
     if (failure.triesLeft) {
         text = FormatTranslated(CATALOGUE_KEY("\nYou have %d tries remaining"),
-                                static_cast<int>(*failure.triesLeft)) +
+                                ShownNumber(*failure.triesLeft)) +
                "\n";
     }
     return text + Translate(failure.warning);
 }
 
 wxString FormatBound(const char* format, uint32_t bound) {
-    return FormatTranslated(format, static_cast<int>(bound));
+    return FormatTranslated(format, ShownNumber(bound));
 }
 
 }  // namespace
@@ -156,8 +156,8 @@ CChangePinDialog::Row CChangePinDialog::NewRow(const wxString& rule, std::functi
 wxString CChangePinDialog::RuleText(bool ChangePinRules::*flag) const {
     const ChangePinBounds& bounds = m_prompt.bounds;
     if (flag == &ChangePinRules::oldOk) {
-        return FormatTranslated(m_texts.oldRule, static_cast<int>(bounds.oldValue.min),
-                                static_cast<int>(bounds.oldValue.max));
+        return FormatTranslated(m_texts.oldRule, ShownNumber(bounds.oldValue.min),
+                                ShownNumber(bounds.oldValue.max));
     }
     if (flag == &ChangePinRules::minOk) {
         return FormatBound(m_texts.minRule, bounds.newValue.min);

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <new>
 #include <optional>
+#include <utility>
 
 #include "platform/text_output.h"
 
@@ -29,9 +30,10 @@ FileDescriptor OpenOrMake(const std::string& directory, mode_t directoryMode) {
         return file;
     }
     ::mkdir(directory.c_str(), directoryMode);
-    file = FileDescriptor::Open(path, O_RDWR | O_CREAT, kNewFileMode);
+    file = FileDescriptor::Open(path, O_RDWR | O_CREAT | O_EXCL, kNewFileMode);
     if (!file.IsOpen()) {
-        return file;
+        // Another process may have made it meanwhile.
+        return errno == EEXIST ? FileDescriptor::Open(path, O_RDWR) : std::move(file);
     }
     if (!file.Write(kEmptyRegistry)) {
         ::unlink(path.c_str());  // a file without its first line would be refused for ever

@@ -227,7 +227,12 @@ RegistryError RegQueryValueEx(HKEY key, const wchar_t* name, std::uint32_t* type
     if (size == nullptr) {
         return kSuccess;
     }
-    const std::string bytes = ToInterface(value);
+    std::string bytes;
+    try {
+        bytes = ToInterface(value);
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    }
     const std::uint32_t capacity = std::exchange(*size, static_cast<std::uint32_t>(bytes.size()));
     if (data == nullptr) {
         return kSuccess;

@@ -132,9 +132,10 @@ void RegistryText::BuildTree() {
     }
     m_treeBuilt = true;
     // Roots that the file does not name, or keys found before: they have no place yet.
-    for (KeyNode& node : m_nodes) {
-        if (!node.deleted) {
-            Link(node);
+    // By index: linking may add nodes.
+    for (std::size_t i = 0; i < m_nodes.size(); ++i) {
+        if (!m_nodes[i].deleted) {
+            Link(m_nodes[i]);
         }
     }
 }

@@ -146,9 +146,12 @@ std::string FormatValueLine(std::string_view name, const RegistryValue& value) {
     }
 }
 
+// What the file's writer takes in one piece, without the line end.
+constexpr std::size_t kLongestLine = 16381;
+
 bool IsStorable(std::string_view name, const RegistryValue& value) {
     const std::string line = FormatValueLine(name, value);
-    if (line.find('\n') != std::string::npos) {
+    if (line.find('\n') != std::string::npos || line.size() > kLongestLine) {
         return false;
     }
     const std::optional<ValueLine> parsed = ParseValueLine(line);

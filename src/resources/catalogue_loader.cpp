@@ -13,13 +13,16 @@ namespace zeldlg {
 
 namespace {
 
+// Far beyond any catalogue: what is larger is not read into memory.
+constexpr wxFileOffset kLargestCatalogue = wxFileOffset{16} << 20;
+
 bool ReadFile(const wxString& path, std::string& bytes) {
     wxFile file;
     if (!wxFileExists(path) || !file.Open(path)) {
         return false;
     }
     const wxFileOffset size = file.Length();
-    if (size < 0) {
+    if (size < 0 || size > kLargestCatalogue) {
         return false;
     }
     bytes.resize(static_cast<size_t>(size));
@@ -48,9 +51,8 @@ wxMsgCatalog* CatalogueLoader::LoadCatalog(const wxString& domain, const wxStrin
     for (const wxString& prefix : Prefixes()) {
         const wxString folder = prefix + "/" + lang;
         for (const wxString& each : {folder + "/LC_MESSAGES", folder}) {
-            const wxString path = each + "/" + domain + ".mo";
-            if (wxFileExists(path)) {
-                return OpenChecked(path, domain);
+            if (wxMsgCatalog* const catalogue = OpenChecked(each + "/" + domain + ".mo", domain)) {
+                return catalogue;
             }
         }
     }

@@ -6,6 +6,8 @@ namespace {
 
 constexpr std::wstring_view kFlags = L"-+ #0'";
 constexpr std::wstring_view kDigits = L"0123456789";
+// A longer width would have the toolkit format gigabytes of blanks.
+constexpr size_t kLongestWidth = 3;
 constexpr std::wstring_view kLengthModifiers = L"hlLqjzt";
 
 class Parser {
@@ -48,8 +50,8 @@ private:
         if (Next() == L'*') {
             m_rest.remove_prefix(1);
             m_conversions.emplace_back("*");
-        } else {
-            Skip(kDigits);
+        } else if (Take(kDigits).size() > kLongestWidth) {
+            m_conversions.emplace_back("width");
         }
     }
 

@@ -10,7 +10,8 @@ namespace zeldlg {
 
 /// The conversions in order, each as its length modifiers and conversion character ("d", "ls",
 /// "X"); a width or precision taken from an argument counts as one more, "*". Flags and literal
-/// widths are left out, "%%" is no conversion. What cannot be parsed is listed as it stands.
+/// widths are left out (one of four digits or more counts as "width"), "%%" is no conversion. What
+/// cannot be parsed is listed as it stands.
 std::vector<std::string> FormatConversions(std::wstring_view format);
 
 /// @return Whether `translation` can be formatted with the arguments of `original`.

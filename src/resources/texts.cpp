@@ -7,11 +7,25 @@
 
 namespace zeldlg {
 
-wxString Translate(const char* english) { return wxGetTranslation(wxString::FromAscii(english)); }
+namespace {
+
+// Not wxGetTranslation: it keeps every text without translation, for each thread anew.
+wxString TranslationOf(const wxString& text) {
+    const wxTranslations* const translations = wxTranslations::Get();
+    const wxString* const translation =
+        translations != nullptr ? translations->GetTranslatedString(text) : nullptr;
+    return translation != nullptr ? *translation : text;
+}
+
+}  // namespace
+
+wxString Translate(const char* english) { return TranslationOf(wxString::FromAscii(english)); }
+
+wxString TranslateText(const wxString& text) { return TranslationOf(text); }
 
 wxString TranslateFormat(const char* english) {
     const wxString original = wxString::FromAscii(english);
-    const wxString translation = wxGetTranslation(original);
+    const wxString translation = TranslationOf(original);
     return HasSameConversions(original.ToStdWstring(), translation.ToStdWstring()) ? translation
                                                                                    : original;
 }

@@ -4,7 +4,9 @@
 
 #include <wx/string.h>
 
+#include <limits>
 #include <string>
+#include <utility>
 
 namespace zeldlg {
 
@@ -13,6 +15,15 @@ inline constexpr size_t kFormattedTextLimit = 499;
 
 /// The text in the user's language, or as it is when there is no translation.
 wxString Translate(const char* english);
+
+/// The same for any text, a host's for example.
+wxString TranslateText(const wxString& text);
+
+/// `number` for a "%d": numbers beyond those of a 32-bit integer are shown as its largest.
+template <typename Number>
+int ShownNumber(Number number) {
+    return std::in_range<int>(number) ? static_cast<int>(number) : std::numeric_limits<int>::max();
+}
 
 /// The translation for use as a format; the English text when the translation's conversions are
 /// not its own.

@@ -1,6 +1,7 @@
 #include "runtime/exit_guard.h"
 
 #include <glib.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -18,9 +19,14 @@ constexpr uint32_t kParkTimeoutMs = 1000;
 
 // Written on the GUI thread, read by the thread that exits.
 std::atomic<bool> g_guiThreadIsUp{false};
+std::atomic<pthread_t> g_guiThread{};
 
+// A host that runs the main context itself gets here too: its thread goes on.
 gboolean ParkForever(gpointer parked) {
     static_cast<ManualResetEvent*>(parked)->Set();
+    if (pthread_equal(pthread_self(), g_guiThread) == 0) {
+        return G_SOURCE_REMOVE;
+    }
     for (;;) {
         pause();
     }
@@ -52,6 +58,7 @@ private:
 
 void ParkGuiThreadAtExit() {
     static const ExitGuard kGuard;
+    g_guiThread = pthread_self();
     g_guiThreadIsUp = true;
 }
 

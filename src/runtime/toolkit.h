@@ -12,7 +12,8 @@ public:
     Toolkit& operator=(const Toolkit&) = delete;
     virtual ~Toolkit() = default;
 
-    /// @return Whether the toolkit is up. After a failure only destruction follows.
+    /// @return Whether the toolkit is up. After a failure, or an exception, only destruction
+    ///         follows.
     virtual bool Start() = 0;
     /// Serves pending events and timers without blocking. @return Whether there were any.
     virtual bool Iterate() = 0;

@@ -52,13 +52,24 @@ CWXRunner::CWXRunner(ManualResetEvent* startedEvent, ManualResetEvent* quitEvent
 
 void CWXRunner::Run(void* argument) {
     BlockAsynchronousSignals();
-    if (!m_toolkit->Start()) {
+    if (!StartToolkit()) {
         return;
     }
     m_startedEvent->Set();
     Loop(*static_cast<ManualResetEvent*>(argument));
     RefuseAll();
     m_toolkit->Stop();
+}
+
+// What goes wrong in the start must not end the process.
+bool CWXRunner::StartToolkit() {
+    try {
+        return m_toolkit->Start();
+    } catch (const abi::__forced_unwind&) {
+        throw;
+    } catch (...) {
+        return false;
+    }
 }
 
 bool CWXRunner::Queue(CMessage* message) {

@@ -36,6 +36,7 @@ public:
     void RegisterHandler(RequestHandler handler) { m_handlers.push_back(handler); }
 
 private:
+    bool StartToolkit();
     void Loop(platform::ManualResetEvent& requestEvent);
     void ServeFront(platform::ManualResetEvent& requestEvent);
     void Dispatch(CMessage& message);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "runtime/gui_runner.h"
+#include "runtime/handlers/handler_chain.h"
 #include "runtime/message.h"
 #include "runtime/thread.h"
 #include "runtime/turn.h"
@@ -232,6 +233,17 @@ TEST(Runner, ARequestThatNobodyTakesIsCompletedWithItsReplyUntouched) {
     EXPECT_EQ(reply, 42U);
 }
 
+TEST(HandlerChain, NoHandlerTakesACodeThatIsNotItsOwn) {
+    for (const uint64_t code :
+         {0x0ULL, 0x1000ULL, 0x1008ULL, 0x1300ULL, 0x1303ULL, 0x1400ULL, 0x1404ULL, 0x1700ULL,
+          0x1703ULL, 0x1980ULL, 0x1985ULL, 0x1990ULL, 0x199fULL, 0x1'0000'1301ULL}) {
+        CMessage message(code, 0, 0);
+        for (const RequestHandler handler : HandlerChain()) {
+            EXPECT_FALSE(handler(&message)) << std::hex << code;
+        }
+    }
+}
+
 TEST(Runner, AHandlersExceptionReachesItsCallerAndNobodyElse) {
     Script script;
     const auto runner = MakeRunner(script, {Throw, AddOne});
@@ -270,6 +282,15 @@ TEST(Runner, RequestsFailAtOnceAfterAFailedStart) {
     CMessage message(1, 0, 0);
     EXPECT_FALSE(runner->Send(message));
     EXPECT_FALSE(script.stopped);
+}
+
+TEST(Runner, AStartThatThrowsIsAFailedStart) {
+    Script script;
+    script.onStart = [] { throw std::bad_alloc(); };
+    const auto runner = MakeRunner(script, {AddOne});
+    ASSERT_TRUE(WaitUntil([&] { return !runner->IsRunning(); }));
+    CMessage message(1, 0, 0);
+    EXPECT_FALSE(runner->Send(message));
 }
 
 TEST(Runner, RequestsFailWhileTheToolkitBelongsToSomebodyElse) {

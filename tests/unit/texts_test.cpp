@@ -104,7 +104,10 @@ INSTANTIATE_TEST_SUITE_P(
                     ConversionsRow{L"plain", L"100%", false},
                     ConversionsRow{L"0x%04X", L"0x%X", true}, ConversionsRow{L"%d", L"%*d", false},
                     ConversionsRow{L"%d", L"%.*d", false}, ConversionsRow{L"%d", L"%-5.2d", true},
-                    ConversionsRow{L"%s", L"%n", false}, ConversionsRow{L"%c", L"%\u00E9", false}));
+                    ConversionsRow{L"%s", L"%n", false}, ConversionsRow{L"%d", L"%999d", true},
+                    ConversionsRow{L"%d", L"%1000000000d", false},
+                    ConversionsRow{L"%s", L"%.999999999s", false},
+                    ConversionsRow{L"%c", L"%\u00E9", false}));
 
 TEST(FormatConversions, ListsThemInOrder) {
     EXPECT_EQ(FormatConversions(L"%s %5.2lf %% %.*x %hhu %"),
@@ -133,6 +136,12 @@ TEST(PromptTexts, TheExpiryQuestionNamesTheDays) {
               "The PIN on this token is about to expire in 0 days.\n"
               "Would you like to change it now ?");
     EXPECT_NE(EarlyUnexpirePinText(14).Find("in 14 days."), wxNOT_FOUND);
+}
+
+TEST(ShownNumber, IsNeverNegativeForALargeOne) {
+    EXPECT_EQ(ShownNumber(8U), 8);
+    EXPECT_EQ(ShownNumber(0x7FFFFFFFU), 0x7FFFFFFF);
+    EXPECT_EQ(ShownNumber(0xFFFFFFFFU), 0x7FFFFFFF);
 }
 
 TEST(PromptTexts, FixedTexts) {

@@ -15,11 +15,17 @@ wxBitmap IconFor(bool met) { return met ? CheckIcon() : CrossIcon(); }
 }  // namespace
 
 RuleIcon::RuleIcon(wxWindow* parent, const wxString& rule, bool met)
-    : wxStaticBitmap(parent, wxID_ANY, IconFor(met), wxDefaultPosition, kIconSize), m_rule(rule) {
+    : wxStaticBitmap(parent, wxID_ANY, IconFor(met), wxDefaultPosition, kIconSize),
+      m_rule(rule),
+      m_met(met) {
     Describe(met);
 }
 
 void RuleIcon::SetMet(bool met) {
+    if (met == m_met) {
+        return;
+    }
+    m_met = met;
     SetBitmap(IconFor(met));
     SetSize(kIconSize);
     Describe(met);

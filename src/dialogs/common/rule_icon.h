@@ -11,12 +11,14 @@ public:
     /// @param rule The rule in words, translated.
     RuleIcon(wxWindow* parent, const wxString& rule, bool met);
 
+    /// Nothing is drawn again when it shows that already.
     void SetMet(bool met);
 
 private:
     void Describe(bool met);
 
     wxString m_rule;
+    bool m_met;
 };
 
 /// Adds a line with the icon and the rule in words. @return The icon.

@@ -1,7 +1,5 @@
 #include "runtime/handlers/translation_handler.h"
 
-#include <wx/translation.h>
-
 #include <string>
 
 #include "resources/texts.h"
@@ -14,14 +12,6 @@ namespace zeldlg {
 
 namespace {
 
-// A text without translation is returned as it is.
-wxString TranslationOf(const wxString& source) {
-    const wxTranslations* const translations = wxTranslations::Get();
-    const wxString* const translation =
-        translations != nullptr ? translations->GetTranslatedString(source) : nullptr;
-    return translation != nullptr ? *translation : source;
-}
-
 template <typename Unit>
 void Reply(const CMessage& message, const std::basic_string<Unit>& text) {
     auto& reply = *message.Param2As<TranslationReply>();
@@ -33,11 +23,11 @@ void Reply(const CMessage& message, const std::basic_string<Unit>& text) {
 bool HandleTranslation(CMessage* message) {
     switch (message->Code()) {
         case kTranslateUtf8:
-            Reply(*message, ToUtf8(TranslationOf(HostText(message->Param1As<const char>()))));
+            Reply(*message, ToUtf8(TranslateText(HostText(message->Param1As<const char>()))));
             return true;
         case kTranslateUtf16: {
             const auto* const source = message->Param1As<const wchar_t>();
-            Reply(*message, TranslationOf(source != nullptr ? source : L"").ToStdWstring());
+            Reply(*message, TranslateText(source != nullptr ? source : L"").ToStdWstring());
             return true;
         }
         case kGetLocale:

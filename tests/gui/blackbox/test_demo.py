@@ -135,9 +135,10 @@ class Changes(DemoCase):
         words = ["--enabled", "15", "--p1-threshold", "1", "--p2-min-length", "6",
                  "--p2-class-mask", "15", "--p4-characters", "0"]
         self.environment.pop("DISPLAY")
-        self.assertEqual("1: P1 9000  P2 9000  P4 9000\n",
-                         self.check("975311\n", *words[:8],
-                                    "--p1-full-pin-check", "1", code=0))
+        for line_end in ("\n", "\r\n"):
+            out = self.check("975311" + line_end, *words[:8], "--p1-full-pin-check", "1", code=0)
+            self.assertEqual("1: P1 9000  P2 9000  P4 9000", out.splitlines()[0])
+            self.assertEqual(3, out.count("This seems to be a valid PIN code"))
         out = self.check("1234\n9700\n", *words, code=1)
         lines = out.splitlines()
         self.assertEqual("1: P1 644F  P2 64A6  P4 9000", lines[0])

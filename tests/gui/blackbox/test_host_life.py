@@ -35,9 +35,13 @@ class StartAndEnd(LifeCase):
     def test_init_gives_the_same_runner_until_it_is_finalised(self):
         host = self.start_host()
         runner = host.run("InitApp")
+        self.cancel_pin_dialog(host)
+        threads = sorted(host.threads())
         self.assertEqual(runner, host.run("InitApp"))
-        threads = len(host.threads())
-        self.assertEqual(threads, len(host.threads()))
+        self.assertEqual(threads, sorted(host.threads()))
+        self.cancel_pin_dialog(host)
+        host.run("DLG_Finalize")
+        self.assertLess(len(host.threads()), len(threads))
 
     def test_finalise_with_nothing_started_does_nothing(self):
         host = self.start_host()
@@ -113,17 +117,21 @@ class Threads(LifeCase):
         for pin, call in calls.items():
             self.assertEqual(pin.encode(), call.value("pin"))
 
-    def test_finalise_waits_for_an_open_dialog_and_refuses_who_comes_later(self):
+    def test_finalise_waits_for_an_open_dialog_and_later_calls_start_anew(self):
         host = self.start_host()
         call, window = self.show(host, PIN, TITLE)
         end = host.call("DLG_Finalize", thread="ender")
+        later = host.call(PIN, thread="later", label="Later")
         self.screen.type_text("1234", window.find("password text"))
         self.assertFalse(end.done)
         wait_until(lambda: window.find("push button", "OK").enabled)
         self.screen.key("Return")
         self.assertEqual(OK, call.result())
         end.result()
-        self.cancel_pin_dialog(host)
+        window = wait_until(lambda: next((each for each in self.screen.windows(host)
+                                          if 'To log in to "Later"' in each.labels()), None))
+        self.screen.close_window(window)
+        self.assertEqual(CANCELLED, later.result())
 
 
 class WithoutDisplay(LifeCase):
