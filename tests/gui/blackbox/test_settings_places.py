@@ -22,6 +22,14 @@ def registry(value, stamp=None):
 
 
 class Places(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        # In a chroot whose root is no mount point there are no private mounts to be had.
+        probe = subprocess.run(["bwrap", "--bind", "/", "/", "true"], stderr=subprocess.PIPE,
+                               text=True)
+        if probe.returncode != 0:
+            raise unittest.SkipTest("no private mounts here: " + probe.stderr.strip())
+
     def setUp(self):
         self.directory = tempfile.mkdtemp(prefix="places-")
         self.addCleanup(shutil.rmtree, self.directory)
@@ -37,7 +45,7 @@ class Places(unittest.TestCase):
 
     def run_settings(self, *words, files=None, home="/home/user", user="user", read_only_home=False,
                      environment=None):
-        command = ["bwrap", "--unshare-user-try", "--bind", self.root, "/"]
+        command = ["bwrap", "--bind", self.root, "/"]
         for name in ("usr", "lib", "lib64", "bin"):
             if not os.path.islink("/" + name):
                 command += ["--ro-bind", "/" + name, "/" + name]
