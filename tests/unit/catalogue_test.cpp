@@ -11,6 +11,10 @@
 #include "resources/catalogue_check.h"
 #include "runtime/handlers/sized_text.h"
 
+// Of the leak sanitizer, where there is one.
+extern "C" __attribute__((weak)) void __lsan_disable();  // NOLINT(bugprone-reserved-identifier)
+extern "C" __attribute__((weak)) void __lsan_enable();   // NOLINT(bugprone-reserved-identifier)
+
 namespace zeldlg {
 namespace {
 
@@ -112,8 +116,26 @@ private:
     const std::string& m_file;
 };
 
+// The toolkit leaks a part of each plural expression that it cannot parse.
+class NoLeakCheck {
+public:
+    NoLeakCheck() {
+        if (__lsan_disable != nullptr) {
+            __lsan_disable();
+        }
+    }
+    ~NoLeakCheck() {
+        if (__lsan_enable != nullptr) {
+            __lsan_enable();
+        }
+    }
+    NoLeakCheck(const NoLeakCheck&) = delete;
+    NoLeakCheck& operator=(const NoLeakCheck&) = delete;
+};
+
 TEST(CatalogueCheck, WhatPassesCanBeOpenedByTheToolkit) {
     const wxLogNull noMessages;
+    const NoLeakCheck noLeakCheck;
     std::mt19937 random(20261120);
     int opened = 0;
     for (int round = 0; round < 20000; ++round) {
