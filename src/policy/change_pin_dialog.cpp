@@ -67,7 +67,7 @@ CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prom
         m_pages.emplace(prompt.policy);
     }
     CSecureTextControl::MeasureFieldWidth(this);
-    wxToolTip::SetDelay(kToolTipDelayMs);
+    wxToolTip::SetDelay(kToolTipDelayMs);  // where the toolkit heeds it: GTK 3 has its own delay
     AddHeading(prompt.tokenLabel);
     AddFailure(prompt.attempts);
     AddFields();

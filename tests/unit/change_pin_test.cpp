@@ -183,6 +183,18 @@ TEST(PolicyPages, AddWhatIsWrongAndTakeItBack) {
     EXPECT_TRUE(pages.IsMet(PolicyPage::Restriction));
 }
 
+TEST(PolicyPages, AStatusThatStaysTheSameKeepsItsText) {
+    PinPolicy policy = SomePolicy();
+    policy.enabledMask = kPolicyCharacterRestriction;
+    policy.p4CharList = "0a";
+    PolicyPages pages(policy);
+    pages.Update("0");
+    const wxString text = pages.TextOf(PolicyPage::Restriction);
+    EXPECT_TRUE(text.EndsWith("\"0\""));
+    pages.Update("a");
+    EXPECT_EQ(pages.TextOf(PolicyPage::Restriction), text);
+}
+
 TEST(PolicyPages, OfSwitchedOffPoliciesSaySo) {
     for (const auto& policy : {std::optional<PinPolicy>(), std::optional(PinPolicy())}) {
         PolicyPages pages(policy);

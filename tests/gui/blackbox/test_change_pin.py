@@ -199,6 +199,12 @@ class Rules(ChangeCase):
         self.expect_ok(True)
         self.cancel()
 
+    def test_bounds_of_the_old_value_with_one_zero_are_its_own(self):
+        self.open(POLICED, min=4, max=8, oldMin=0, oldMax=3)
+        self.assertIn("PIN length between 0 and 3 bytes", self.window.labels())
+        self.expect([True, False, True, True])
+        self.cancel()
+
     def test_with_minimum_0_an_empty_change_is_allowed(self):
         self.open(min=0, max=8)
         self.expect([True, True, True, True])
@@ -313,13 +319,32 @@ class AllCharacters(ChangeCase):
         self.assertEqual("\u00e9\u00e9\u00e9\u00e9".encode(), self.call.value("new"))
 
 
+    def test_capacities_are_bytes_for_every_request(self):
+        for export, title in ((PUK, "Change transport PIN"), (TRANSPORT, "Unlock PIN"),
+                              (CHANGE, "Change transport PIN"), (POLICED, "Change transport PIN")):
+            for capacity, result in ((4, OK), (3, FAILED)):
+                with self.subTest(export=export, capacity=capacity):
+                    self.open(export, title, min=1, max=8, newCapacity=capacity)
+                    self.type("1234", "\u00e9\u00e9", "\u00e9\u00e9")
+                    self.expect_ok(True)
+                    self.screen.key("Return", self.fields[2])
+                    self.assertEqual(result, self.call.result())
+                    if result == OK:
+                        self.assertEqual("\u00e9\u00e9".encode(), self.call.value("new"))
+                    else:
+                        self.assertTrue(self.call.untouched("old", "new"))
+
+
 class Policies(ChangeCase):
     RULES = {"enabled": 15, "p1_threshold": 1, "p2_classes": 1, "p2_population": 1,
              "p2_min_length": 6, "p2_class_mask": 31, "p3_history_size": 5, "p3_threshold": 3}
 
-    def choose(self, page):
+    def choose(self, page, before=None):
+        """Shows a page that is not the one shown now."""
+        before = self.explanation() if before is None else before
         self.ball(page).press()
-        wait_until(lambda: self.explanation(), what="an explanation")
+        wait_until(lambda: self.explanation() not in ("", before), what=f"the page {page}",
+                   seen=self.explanation)
         return self.explanation()
 
     def test_each_page_explains_its_policy_and_what_is_wrong(self):
@@ -394,8 +419,8 @@ class Policies(ChangeCase):
         x, y, width, height = before
         self.assertTrue(x >= 0 and y >= 0 and x + width <= 1024 and y + height <= 768, before)
         self.type("1234", "aaaa0", "aaaa0")
-        for page in PAGES:
-            self.choose(page)
+        shown = {self.choose(page) for page in [*PAGES[1:], PAGES[0]]}
+        self.assertEqual(len(PAGES), len(shown))
         self.assertEqual(before, self.window.extents)
         self.cancel()
 
