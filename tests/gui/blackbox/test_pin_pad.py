@@ -340,6 +340,8 @@ class Life(PadCase):
         self.hide(window, pad="other")
 
     def test_a_process_may_exit_with_a_pad_on_the_screen(self):
+        # A toolkit that is still running at the end of its process is no leak.
+        self.host = self.start_host(environment={"ASAN_OPTIONS": "detect_leaks=0"})
         window = self.show_pad()
         self.assertEqual(0, self.host.quit())
         self.screen.wait_gone(window)

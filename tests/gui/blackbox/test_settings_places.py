@@ -49,7 +49,7 @@ class Places(unittest.TestCase):
         for name in ("usr", "lib", "lib64", "bin"):
             if not os.path.islink("/" + name):
                 command += ["--ro-bind", "/" + name, "/" + name]
-        command += ["--dev", "/dev", "--dir", "/tmp", "--tmpfs", "/usr/share", "--tmpfs", "/etc",
+        command += ["--dev", "/dev", "--proc", "/proc", "--dir", "/tmp", "--tmpfs", "/usr/share", "--tmpfs", "/etc",
                     "--ro-bind" if read_only_home else "--bind", self.home, "/home/user",
                     "--ro-bind", PROGRAM, "/run/demo"]
         for path, text in (files or {}).items():
