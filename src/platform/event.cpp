@@ -41,11 +41,15 @@ struct Waiter {
 };
 
 void WakeUp(Waiter& waiter, Release release) {
-    const std::lock_guard lock(waiter.sleeper->mutex);
-    if (release != Release::None) {
-        waiter.released = release;
+    {
+        const std::lock_guard lock(waiter.sleeper->mutex);
+        if (release != Release::None) {
+            waiter.released = release;
+        }
+        ++waiter.sleeper->wakeUps;
     }
-    ++waiter.sleeper->wakeUps;
+    // Unlocked, so that the sleeper need not wait again. It lives until it is taken off the list,
+    // whose mutex the caller holds.
     waiter.sleeper->wakeUp.notify_all();
 }
 
