@@ -15,13 +15,15 @@ ALLOWED = {
     "platform": GROUND,
     "registry": GROUND | {"registry"},
     "resources": GROUND | {"resources"},
-    "dialogs": STORES | {"dialogs"},
+    "dialogs": STORES | {"dialogs", "pin"},
     "pin": STORES | {"pin", "dialogs/common"},
     "policy": STORES | {"policy", "pin", "dialogs/common"},
     "biometric": STORES | {"biometric", "dialogs"},
     "runtime": STORES | {"runtime", "dialogs", "pin", "policy", "biometric"},
     "api": STORES | {"api", "runtime", "dialogs"},
 }
+# What all dialogs share knows none of them.
+COMMON = STORES | {"dialogs/common"}
 # Dialogs share the parts in dialogs/common and know nothing of hosts: the record types of the
 # public header are for the rooms that deal with hosts.
 KNOW_HOSTS = {"api", "runtime", "policy"}
@@ -30,8 +32,8 @@ NO_TOOLKIT = {"platform", "registry"}
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]', re.MULTILINE)
 
 
-def is_allowed(room, included):
-    return any(included == each or included.startswith(each + "/") for each in ALLOWED[room])
+def is_allowed(folder, allowed):
+    return any(folder == each or folder.startswith(each + "/") for each in allowed)
 
 
 def problems(root):
@@ -43,10 +45,11 @@ def problems(root):
         if room not in rooms:
             yield f"{path}: unknown room '{room}'"
             continue
+        allowed = COMMON if "common" in path.parts else ALLOWED[room]
         for kind, name in INCLUDE.findall(path.read_text(encoding="utf-8")):
             if kind == '"':
                 folder = str(pathlib.PurePosixPath(name).parent)
-                if not is_allowed(room, folder):
+                if not is_allowed(folder, allowed):
                     yield f'{path}: room {room} must not include "{name}"'
             elif name.startswith("zeldlg/") and room not in KNOW_HOSTS:
                 yield f"{path}: room {room} must not know the records of hosts"

@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/closing.h"
 #include "dialogs/message_style.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -98,22 +99,10 @@ CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const 
     rows->Add(NewMessageRow(message, style), wxSizerFlags().CentreHorizontal());
     AddButtons(*rows, style);
     FinishLayout(rows);
-    CancelOnEscapeAndClose();
+    CancelOnEscapeAndClose(*this);
     if (MessageButtonsOf(style) == MessageButtons::YesNo && m_remainingSeconds != 0) {
         StartCountDown();
     }
-}
-
-// By itself the toolkit presses OK for both where that is the only button.
-void CMessageDialog::CancelOnEscapeAndClose() {
-    Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { EndDialog(wxID_CANCEL); });
-    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
-        if (event.GetKeyCode() == WXK_ESCAPE) {
-            Close();
-        } else {
-            event.Skip();
-        }
-    });
 }
 
 wxSizer* CMessageDialog::NewMessageRow(const wxString& message, long style) {

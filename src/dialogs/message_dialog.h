@@ -25,8 +25,6 @@ public:
                    int64_t countDownSeconds);
 
 private:
-    void CancelOnEscapeAndClose();
-
     wxSizer* NewMessageRow(const wxString& message, long style);
     void AddButtons(wxSizer& rows, long style);
     void AddButtonPair(wxSizer& rows, wxButton* confirm, const wxString& cancelLabel);

@@ -6,6 +6,7 @@
 
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/layout.h"
+#include "dialogs/common/modeless.h"
 #include "pin/legal_notice.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -13,9 +14,6 @@
 namespace zeldlg {
 
 namespace {
-
-constexpr long kDialogStyle = wxCAPTION | wxSTAY_ON_TOP | wxDIALOG_NO_PARENT;
-static_assert(kDialogStyle == 0x20008020);
 
 constexpr int kAbortId = 6228;
 
@@ -51,8 +49,8 @@ public:
 
 CPinPadDialog::CPinPadDialog(const PinPadLook& look)
     : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("PinPad")), wxDefaultPosition,
-               wxDefaultSize, kDialogStyle) {
-    StayUntilHidden();
+               wxDefaultSize, kModelessStyle) {
+    StayUntilHidden(*this);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     if (look.legal) {
         rows->Add(NewLegalNotice(this), wxSizerFlags().Border(wxBOTTOM, layout::kSectionGap));
@@ -65,19 +63,6 @@ CPinPadDialog::CPinPadDialog(const PinPadLook& look)
         AddAbortButton(rows);
     }
     layout::Finish(*this, rows);
-}
-
-void CPinPadDialog::StayUntilHidden() {
-    // Dialogs that come later must not belong to this window: they would go when it goes.
-    SetExtraStyle(GetExtraStyle() | wxWS_EX_TRANSIENT);
-    SetEscapeId(wxID_NONE);
-    Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
-        if (event.CanVeto()) {
-            event.Veto();
-        } else {
-            event.Skip();
-        }
-    });
 }
 
 void CPinPadDialog::AddSteps(wxSizer* rows, bool verification) {

@@ -42,7 +42,6 @@ private:
     wxStaticText* AddStep(wxSizer* lines, const char* english);
     void AddPinRow(wxSizer* rows);
     void AddAbortButton(wxSizer* rows);
-    void StayUntilHidden();
     void HighlightCurrentStep();
     void ShowRow(bool changed);
 

@@ -3,8 +3,8 @@
 #include <wx/button.h>
 #include <wx/statline.h>
 
-#include "dialogs/common/accessible.h"
 #include "dialogs/common/layout.h"
+#include "pin/pin_field.h"
 #include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -15,8 +15,6 @@ namespace {
 
 constexpr long kDialogStyle = wxCAPTION | wxSTAY_ON_TOP;
 static_assert(kDialogStyle == 0x20008000);
-
-constexpr int kPinFieldHeight = 24;
 
 wxString WarningText(const PinFailureLines& lines) {
     wxString text = Translate(lines.warning);
@@ -59,11 +57,7 @@ void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
 
 void CPinPromptDialog::AddPinField() {
     auto* const label = layout::NewText(this, Translate(CATALOGUE_KEY("Enter PIN:")));
-    m_pinField =
-        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                       wxSize(CSecureTextControl::GetFieldWidth(), kPinFieldHeight), wxTE_PASSWORD);
-    SetLabelFor(*label, *m_pinField);
-    MarkAsSecretField(*m_pinField);
+    m_pinField = NewPinField(this, *label);
     m_rows->Add(label, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
     m_rows->Add(m_pinField, wxSizerFlags().Border(wxTOP, layout::kLineGap));
 }

@@ -9,8 +9,8 @@
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/layout.h"
 #include "pin/ascii_filter.h"
+#include "pin/pin_field.h"
 #include "pin/secure_text_control.h"
-#include "registry/settings.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
@@ -19,7 +19,6 @@ namespace zeldlg {
 namespace {
 
 constexpr long kDialogStyle = wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | wxSTAY_ON_TOP;
-constexpr int kFieldHeight = 24;
 constexpr long kToolTipDelayMs = 257;
 // Room for the explanations: the policed dialog must fit a screen of 768 lines with all else.
 constexpr int kExplanationWidth = 400;
@@ -34,11 +33,6 @@ constexpr const char* kRequirementsMissing = CATALOGUE_KEY(
     "Warning ! Click on the red ball to check what are the password requirements missing !");
 constexpr const char* kRequirementsMet = CATALOGUE_KEY(
     "The informed password is correct and fullfilled all the password policy requirements !");
-
-// On unless the setting is there and 0.
-bool IsLimitedToAscii() {
-    return registry::ReadDword(registry::kSettingsKey, L"LimitPinToAscii", 1) != 0;
-}
 
 wxString WarningText(const ChangePinFailure& failure) {
     wxString text;
@@ -61,7 +55,7 @@ CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prom
                wxDefaultSize, kDialogStyle),
       m_prompt(prompt),
       m_texts(TextsOf(prompt.mode)),
-      m_asciiOnly(IsLimitedToAscii()),
+      m_asciiOnly(IsPinLimitedToAscii()),
       m_rows(new wxBoxSizer(wxVERTICAL)) {
     if (prompt.policed) {
         m_pages.emplace(prompt.policy);
@@ -113,11 +107,7 @@ void CChangePinDialog::AddFields() {
 
 wxTextCtrl* CChangePinDialog::AddField(wxFlexGridSizer* grid, const char* label) {
     wxStaticText* const text = layout::NewText(this, Translate(label));
-    auto* const field =
-        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                       wxSize(CSecureTextControl::GetFieldWidth(), kFieldHeight), wxTE_PASSWORD);
-    SetLabelFor(*text, *field);
-    MarkAsSecretField(*field);
+    wxTextCtrl* const field = NewPinField(this, *text);
     if (m_asciiOnly) {
         SetAsciiFilter(*field);
     }

@@ -1,11 +1,10 @@
 #include "runtime/handlers/pin_pad_handler.h"
 
-#include <wx/app.h>
-
 #include <algorithm>
 #include <iterator>
 #include <vector>
 
+#include "dialogs/common/modeless.h"
 #include "pin/pin_pad_dialog.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -33,27 +32,15 @@ constexpr Kind kKinds[] = {
     {kPinPadShowLegalNoPinVerification, true, true, false},
 };
 
-// The toolkit's list of windows says which pads are alive, also after it has ended and has taken
-// them along: a handle is only ever compared, never followed.
-std::vector<CPinPadDialog*> LivePads() {
-    std::vector<CPinPadDialog*> pads;
-    for (wxWindow* const window : wxTopLevelWindows) {
-        auto* const pad = dynamic_cast<CPinPadDialog*>(window);
-        if (pad != nullptr && !wxTheApp->IsScheduledForDestruction(pad)) {
-            pads.push_back(pad);
-        }
-    }
-    return pads;
-}
-
+// A handle is only ever compared, never followed.
 CPinPadDialog* FindPad(const void* handle) {
-    const std::vector<CPinPadDialog*> pads = LivePads();
+    const std::vector<CPinPadDialog*> pads = LiveWindows<CPinPadDialog>();
     const auto found = std::find(pads.begin(), pads.end(), handle);
     return found != pads.end() ? *found : nullptr;
 }
 
 void Show(const CMessage& message, const Kind& kind) {
-    const auto place = static_cast<int>(LivePads().size());
+    const auto place = static_cast<int>(LiveWindows<CPinPadDialog>().size());
     auto* const pad = new CPinPadDialog({.allowAbort = static_cast<uint8_t>(message.Param1()) != 0,
                                          .verification = kind.verification,
                                          .legal = kind.legal,
@@ -64,10 +51,7 @@ void Show(const CMessage& message, const Kind& kind) {
     pad->Show(true);
 }
 
-void Hide(CPinPadDialog& pad) {
-    pad.Show(false);
-    pad.Destroy();
-}
+void Hide(CPinPadDialog& pad) { RemoveWindow(pad); }
 
 void ShowStatus(CPinPadDialog& pad, const char* english) { pad.ShowStatus(Translate(english)); }
 

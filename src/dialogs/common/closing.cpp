@@ -1,0 +1,20 @@
+#include "dialogs/common/closing.h"
+
+namespace zeldlg {
+
+void CancelOnEscapeAndClose(wxDialog& dialog) {
+    dialog.Bind(wxEVT_CLOSE_WINDOW, [&dialog](wxCloseEvent&) {
+        if (dialog.IsModal()) {
+            dialog.EndModal(wxID_CANCEL);
+        }
+    });
+    dialog.Bind(wxEVT_CHAR_HOOK, [&dialog](wxKeyEvent& event) {
+        if (event.GetKeyCode() == WXK_ESCAPE) {
+            dialog.Close();
+        } else {
+            event.Skip();
+        }
+    });
+}
+
+}  // namespace zeldlg

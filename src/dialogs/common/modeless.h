@@ -1,0 +1,43 @@
+// What the windows share that a host shows and removes, while the user can do neither.
+#pragma once
+
+#include <wx/app.h>
+#include <wx/dialog.h>
+
+#include <vector>
+
+namespace zeldlg {
+
+inline constexpr long kModelessStyle = wxCAPTION | wxSTAY_ON_TOP | wxDIALOG_NO_PARENT;
+static_assert(kModelessStyle == 0x20008020);
+
+/// Makes a window deaf to every attempt of the user or the window manager to close it, and keeps
+/// later dialogs from belonging to it: they would go when it goes.
+void StayUntilHidden(wxDialog& window);
+
+/// Takes a window off the screen and has it destroyed.
+void RemoveWindow(wxDialog& window);
+
+/// The windows of a class that a host has shown and not removed, oldest first. The toolkit's own
+/// list says which are alive, also after it has ended and has taken them along: nothing is kept
+/// that could point at a dead window.
+template <typename Window>
+std::vector<Window*> LiveWindows() {
+    std::vector<Window*> found;
+    for (wxWindow* const each : wxTopLevelWindows) {
+        auto* const window = dynamic_cast<Window*>(each);
+        if (window != nullptr && !wxTheApp->IsScheduledForDestruction(window)) {
+            found.push_back(window);
+        }
+    }
+    return found;
+}
+
+/// The same for a class with one window at a time; null when there is none.
+template <typename Window>
+Window* LiveWindow() {
+    const std::vector<Window*> found = LiveWindows<Window>();
+    return found.empty() ? nullptr : found.front();
+}
+
+}  // namespace zeldlg
