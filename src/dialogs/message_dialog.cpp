@@ -12,6 +12,7 @@
 
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/closing.h"
+#include "dialogs/common/dialog_style.h"
 #include "dialogs/message_style.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -46,12 +47,6 @@ const IconLook& LookOf(MessageIcon icon) {
     };
     return *std::find_if(std::begin(kLooks), std::end(kLooks),
                          [icon](const IconLook& look) { return look.icon == icon; });
-}
-
-// Without a parent the toolkit would pick any window that is shown: a modeless one of the
-// library would drag the box along when the host removes it.
-long WindowStyle(const wxWindow* parent) {
-    return parent != nullptr ? wxDEFAULT_DIALOG_STYLE : wxDEFAULT_DIALOG_STYLE | wxDIALOG_NO_PARENT;
 }
 
 wxStaticBitmap* NewIcon(wxWindow* parent, long style) {
@@ -92,7 +87,7 @@ wxSize WithScrollBars(const wxSize& content, const wxSize& room, const wxWindow&
 
 CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const wxString& message,
                                long style, int64_t countDownSeconds)
-    : wxDialog(parent, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, WindowStyle(parent)),
+    : wxDialog(parent, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, StyleForParent(parent)),
       m_timer(this),
       m_remainingSeconds(countDownSeconds) {
     auto* const rows = new wxBoxSizer(wxVERTICAL);

@@ -29,6 +29,7 @@ wxString RuleState(const wxString& rule, bool met) {
 void SetLabelFor(wxStaticText& label, wxWindow& field) {
     gtk_label_set_mnemonic_widget(GTK_LABEL(label.GetHandle()), field.GetHandle());
     wxString name = label.GetLabelText();
+    name.Replace("\n", " ");  // from wrapping
     if (name.EndsWith(":")) {
         name.RemoveLast();
     }

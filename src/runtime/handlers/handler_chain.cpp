@@ -1,22 +1,26 @@
 #include "runtime/handlers/handler_chain.h"
 
 #include "runtime/handlers/change_pin_handler.h"
+#include "runtime/handlers/digital_id_handler.h"
 #include "runtime/handlers/legal_pin_handler.h"
 #include "runtime/handlers/message_box_handler.h"
 #include "runtime/handlers/pin_entry_handler.h"
 #include "runtime/handlers/pin_pad_handler.h"
+#include "runtime/handlers/token_selection_handler.h"
 #include "runtime/handlers/translation_handler.h"
 
 namespace zeldlg {
 
 std::span<const RequestHandler> HandlerChain() {
     static constexpr RequestHandler kChain[] = {
-        HandleMessageBox,   // 0x1001 to 0x1007
-        HandlePinEntry,     // 0x1301, 0x1302
-        HandleTranslation,  // 0x1401 to 0x1403
-        HandleLegalPin,     // 0x1701, 0x1702
-        HandleChangePin,    // 0x1981 to 0x1984
-        HandlePinPad,       // 0x1991 to 0x199e, tried last
+        HandleMessageBox,      // 0x1001 to 0x1007
+        HandleTokenSelection,  // 0x1201
+        HandlePinEntry,        // 0x1301, 0x1302
+        HandleTranslation,     // 0x1401 to 0x1403
+        HandleLegalPin,        // 0x1701, 0x1702
+        HandleDigitalId,       // 0x1801
+        HandleChangePin,       // 0x1981 to 0x1984
+        HandlePinPad,          // 0x1991 to 0x199e, tried last
     };
     return kChain;
 }

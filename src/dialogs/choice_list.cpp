@@ -1,0 +1,113 @@
+#include "dialogs/choice_list.h"
+
+#include <gtk/gtk.h>
+#include <wx/settings.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "dialogs/common/accessible.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr int kMinWidth = 320;
+constexpr int kMaxWidth = 560;
+constexpr int kMinRows = 4;
+constexpr int kMaxRows = 10;
+constexpr int kFrame = 2;
+constexpr double kScrollStep = 40;
+
+GtkTreeView* TreeOf(const wxListBox& list) {
+    return GTK_TREE_VIEW(gtk_bin_get_child(GTK_BIN(list.GetHandle())));
+}
+
+struct FreePath {
+    void operator()(GtkTreePath* path) const { gtk_tree_path_free(path); }
+};
+
+// A host's text stays one row, whatever is in it.
+void KeepRowsSingleLine(GtkTreeView* tree) {
+    GList* const cells =
+        gtk_cell_layout_get_cells(GTK_CELL_LAYOUT(gtk_tree_view_get_column(tree, 0)));
+    for (const GList* cell = cells; cell != nullptr; cell = cell->next) {
+        g_object_set(cell->data, "single-paragraph-mode", TRUE, nullptr);
+    }
+    g_list_free(cells);
+}
+
+// The toolkit's search compares with what a row begins with; "reader 2" is a way to say which, too.
+gboolean IsOtherRow(GtkTreeModel* model, gint, const gchar* typed, GtkTreeIter* row, gpointer data) {
+    const std::unique_ptr<GtkTreePath, FreePath> path(gtk_tree_model_get_path(model, row));
+    const int place = gtk_tree_path_get_indices(path.get())[0];
+    const wxString text = static_cast<const wxListBox*>(data)->GetString(place);
+    return text.Lower().Contains(wxString::FromUTF8(typed).Lower()) ? FALSE : TRUE;
+}
+
+int RowHeight(GtkTreeView* tree) {
+    int height = 0;
+    gtk_tree_view_column_cell_get_size(gtk_tree_view_get_column(tree, 0), nullptr, nullptr, nullptr,
+                                       nullptr, &height);
+    int separator = 0;
+    gtk_widget_style_get(GTK_WIDGET(tree), "vertical-separator", &separator, nullptr);
+    return height + separator;
+}
+
+}  // namespace
+
+ChoiceList::ChoiceList(wxWindow* parent, wxStaticText& label)
+    : wxListBox(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, nullptr,
+                wxLB_SINGLE | wxHSCROLL) {
+    SetLabelFor(label, *this);
+    KeepRowsSingleLine(TreeOf(*this));
+    gtk_tree_view_set_enable_search(TreeOf(*this), TRUE);
+    gtk_tree_view_set_search_equal_func(TreeOf(*this), IsOtherRow, this, nullptr);
+    // Bars that only show when the mouse is near would leave the other rows unnoticed.
+    gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(GetHandle()), FALSE);
+    Bind(wxEVT_KEY_DOWN, &ChoiceList::OnKeyDown, this);
+}
+
+void ChoiceList::Add(const wxString& text, uint64_t value) {
+    Append(text, reinterpret_cast<void*>(value));
+    SetSelection(0);
+    // From the first row on: Ctrl and a click would leave nothing selected otherwise.
+    gtk_tree_selection_set_mode(gtk_tree_view_get_selection(TreeOf(*this)), GTK_SELECTION_BROWSE);
+}
+
+void ChoiceList::Choose(unsigned int row) {
+    SetSelection(static_cast<int>(row));
+    const std::unique_ptr<GtkTreePath, FreePath> path(
+        gtk_tree_path_new_from_indices(static_cast<int>(row), -1));
+    gtk_tree_view_set_cursor(TreeOf(*this), path.get(), nullptr, FALSE);
+    gtk_tree_view_scroll_to_cell(TreeOf(*this), path.get(), nullptr, FALSE, 0, 0);
+}
+
+uint64_t ChoiceList::ChosenValue() const {
+    const int row = GetSelection();
+    return row != wxNOT_FOUND
+               ? reinterpret_cast<uint64_t>(GetClientData(static_cast<unsigned int>(row)))
+               : 0;
+}
+
+// As wide as its rows within limits; whole rows high, and the bar below them.
+wxSize ChoiceList::DoGetBestSize() const {
+    const int width = std::clamp(wxListBox::DoGetBestSize().x, kMinWidth, kMaxWidth);
+    const int rows = std::clamp(static_cast<int>(GetCount()), kMinRows, kMaxRows);
+    return {width, rows * RowHeight(TreeOf(*this)) + kFrame +
+                       wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, this)};
+}
+
+void ChoiceList::OnKeyDown(wxKeyEvent& event) {
+    const int key = event.GetKeyCode();
+    if ((key != WXK_LEFT && key != WXK_RIGHT) || event.HasModifiers()) {
+        event.Skip();
+        return;
+    }
+    GtkAdjustment* const place =
+        gtk_scrolled_window_get_hadjustment(GTK_SCROLLED_WINDOW(GetHandle()));
+    const double step = key == WXK_RIGHT ? kScrollStep : -kScrollStep;
+    gtk_adjustment_set_value(place, gtk_adjustment_get_value(place) + step);
+}
+
+}  // namespace zeldlg

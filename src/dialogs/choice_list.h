@@ -1,0 +1,33 @@
+// The list that a user picks one item from. Each row carries a number of the host; there is always
+// a selected row while there are any. Long rows scroll sideways, with the arrow keys too.
+#pragma once
+
+#include <wx/listbox.h>
+#include <wx/stattext.h>
+
+#include <cstdint>
+
+namespace zeldlg {
+
+class ChoiceList : public wxListBox {
+public:
+    /// @param label Stands for the list: its text becomes the list's name.
+    ChoiceList(wxWindow* parent, wxStaticText& label);
+
+    /// Appends a row and selects the first one.
+    void Add(const wxString& text, uint64_t value);
+
+    /// Selects a row, scrolls to it and lets the arrow keys start there.
+    void Choose(unsigned int row);
+
+    /// The number of the selected row; 0 while there are no rows.
+    uint64_t ChosenValue() const;
+
+protected:
+    wxSize DoGetBestSize() const override;
+
+private:
+    void OnKeyDown(wxKeyEvent& event);
+};
+
+}  // namespace zeldlg

@@ -1,0 +1,167 @@
+#include "dialogs/digital_id_dialog.h"
+
+#include "dialogs/common/dialog_style.h"
+#include "dialogs/common/layout.h"
+#include "dialogs/selection_texts.h"
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr int kBorder = 5;
+constexpr size_t kDirectoryLines = 3;
+
+// Room for a date with its time.
+constexpr const wchar_t* kSizingText = L"XXXXXXXX-XXXX-XXXX XX:XX:XX";
+
+wxString OkLabel() { return Translate(CATALOGUE_KEY("OK")); }
+
+wxSizerFlags Bordered() { return wxSizerFlags().Border(wxALL, kBorder); }
+
+}  // namespace
+
+CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prompt)
+    : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Select Digital ID")), wxDefaultPosition,
+               wxDefaultSize, StyleForParent(nullptr)),
+      m_prompt(prompt),
+      m_timer(this) {
+    // With nothing to select there is nothing to confirm.
+    if (prompt.autoSelect && prompt.count > 0) {
+        m_countDown.emplace(GetDefaultSelectionTimeout());
+    }
+    auto* const rows = new wxBoxSizer(wxVERTICAL);
+    AddList(rows);
+    AddDetails(rows);
+    AddDirectory(rows);
+    AddAlwaysUse(rows);
+    AddButtons(rows);
+    FillList();
+    layout::Finish(*this, rows);
+    CentreOnScreen();
+    m_list->SetFocus();
+    if (m_countDown) {
+        StartCountDown();
+    }
+}
+
+void CDigitalIDSelectionDialog::AddList(wxSizer* rows) {
+    wxStaticText* const heading = layout::NewText(
+        this, Translate(CATALOGUE_KEY("Multiple Digital IDs found; please select an appropriate "
+                                      "Digital ID from the list below:")));
+    m_list = new ChoiceList(this, *heading);
+    m_list->Bind(wxEVT_LISTBOX, &CDigitalIDSelectionDialog::OnSelected, this);
+    m_list->Bind(wxEVT_LISTBOX_DCLICK, [this](wxCommandEvent&) { EndModal(wxID_OK); });
+    m_list->Bind(wxEVT_LEFT_DOWN, &CDigitalIDSelectionDialog::OnTouched, this);
+    rows->Add(heading, Bordered());
+    rows->Add(m_list, Bordered().Proportion(1).Expand());
+}
+
+void CDigitalIDSelectionDialog::AddDetails(wxSizer* rows) {
+    auto* const grid = new wxFlexGridSizer(2, 0, 0);
+    grid->AddGrowableCol(1);
+    m_validFrom = AddDetail(grid, Translate(CATALOGUE_KEY("Valid From")));
+    m_validTo = AddDetail(grid, Translate(CATALOGUE_KEY("Valid To")));
+    rows->Add(grid, wxSizerFlags().Expand());
+}
+
+// What is longer than the window is wide is cut with an ellipsis there.
+wxStaticText* CDigitalIDSelectionDialog::AddDetail(wxSizer* grid, const wxString& caption) {
+    auto* const value = new wxStaticText(this, wxID_ANY, kSizingText, wxDefaultPosition,
+                                         wxDefaultSize, wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
+    value->SetMinSize(value->GetBestSize());
+    grid->Add(layout::NewText(this, CaptionText(caption)), Bordered());
+    grid->Add(value, wxSizerFlags().Expand().CentreVertical().Border(wxRIGHT, kBorder));
+    return value;
+}
+
+void CDigitalIDSelectionDialog::AddDirectory(wxSizer* rows) {
+    if (m_prompt.directory.empty()) {
+        return;
+    }
+    rows->Add(layout::NewText(this, Translate(CATALOGUE_KEY("This computer is a member of the "
+                                                            "following Active Directory:"))),
+              Bordered());
+    rows->Add(layout::NewHeading(this, m_prompt.directory, kDirectoryLines), Bordered());
+    auto* const grid = new wxFlexGridSizer(2, 0, 0);
+    grid->AddGrowableCol(1);
+    m_userName = AddDetail(grid, Translate(CATALOGUE_KEY("User Principal Name (UPN)")));
+    rows->Add(grid, wxSizerFlags().Expand());
+}
+
+void CDigitalIDSelectionDialog::AddAlwaysUse(wxSizer* rows) {
+    m_alwaysUse =
+        new wxCheckBox(this, wxID_ANY,
+                       Translate(CATALOGUE_KEY("Always use this Digital ID (this dialog will not "
+                                               "be displayed again)")));
+    m_alwaysUse->SetValue(m_prompt.alwaysUse);
+    rows->Add(m_alwaysUse, Bordered());
+}
+
+void CDigitalIDSelectionDialog::AddButtons(wxSizer* rows) {
+    auto* const row = new wxBoxSizer(wxVERTICAL);
+    m_okButton = layout::AddButtonRow(this, row, OkLabel()).ok;
+    rows->Add(row, Bordered().Expand());
+    m_okButton->Enable(m_prompt.count > 0);
+    if (m_countDown) {
+        // Wide enough from the start: a button that shrinks while it counts would draw the eye.
+        m_okButton->SetLabel(CountDownLabel(OkLabel(), m_countDown->Remaining()));
+        m_okButton->SetMinSize(m_okButton->GetBestSize());
+    }
+}
+
+// kept: every row shows the same name and carries the same value.
+void CDigitalIDSelectionDialog::FillList() {
+    for (uint32_t row = 0; row < m_prompt.count; ++row) {
+        m_list->Add(m_prompt.name, m_prompt.value);
+    }
+    if (m_prompt.defaultIndex < m_prompt.count) {
+        m_list->Choose(m_prompt.defaultIndex);
+    }
+    wxCommandEvent event;
+    OnSelected(event);
+}
+
+void CDigitalIDSelectionDialog::OnSelected(wxCommandEvent&) {
+    StopCountDown();
+    ShowDetail(m_validFrom, m_prompt.validFrom);
+    ShowDetail(m_validTo, m_prompt.validTo);
+    if (m_userName != nullptr && m_prompt.count > 0) {
+        ShowDetail(m_userName, m_prompt.name);
+    }
+}
+
+// A click on the row that is selected already says as much as one on another.
+void CDigitalIDSelectionDialog::OnTouched(wxMouseEvent& event) {
+    StopCountDown();
+    event.Skip();
+}
+
+void CDigitalIDSelectionDialog::ShowDetail(wxStaticText* label, const wxString& text) {
+    label->SetLabelText(text);
+    label->SetToolTip(text);
+}
+
+void CDigitalIDSelectionDialog::StartCountDown() {
+    Bind(wxEVT_TIMER, &CDigitalIDSelectionDialog::OnTick, this);
+    m_timer.Start(m_countDown->PeriodMilliseconds());
+}
+
+void CDigitalIDSelectionDialog::StopCountDown() {
+    if (m_timer.IsRunning()) {
+        m_timer.Stop();
+        m_okButton->SetLabel(OkLabel());
+    }
+}
+
+void CDigitalIDSelectionDialog::OnTick(wxTimerEvent&) {
+    const bool isOver = m_countDown->Tick();
+    m_okButton->SetLabel(CountDownLabel(OkLabel(), m_countDown->Remaining()));
+    if (isOver) {
+        m_timer.Stop();
+        wxQueueEvent(this, new wxCommandEvent(wxEVT_BUTTON, wxID_OK));
+    }
+}
+
+}  // namespace zeldlg

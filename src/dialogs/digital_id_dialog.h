@@ -1,0 +1,67 @@
+// Lets the user pick one of several digital IDs. It can confirm its default by itself after a
+// visible count-down, which ends for good as soon as the list is touched.
+#pragma once
+
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/dialog.h>
+#include <wx/timer.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "dialogs/choice_list.h"
+#include "dialogs/default_count_down.h"
+
+namespace zeldlg {
+
+/// What the digital-ID dialog is built from.
+struct DigitalIdPrompt {
+    wxString name;  ///< Of every row.
+    wxString validFrom;
+    wxString validTo;
+    uint64_t value = 0;  ///< Of every row.
+    uint32_t count = 0;  ///< Rows.
+    uint32_t defaultIndex = 0;
+    wxString directory;  ///< Empty: nothing is said about one.
+    bool alwaysUse = false;
+    bool autoSelect = false;
+};
+
+class CDigitalIDSelectionDialog : public wxDialog {
+public:
+    explicit CDigitalIDSelectionDialog(const DigitalIdPrompt& prompt);
+
+    /// The value of the selected row.
+    uint64_t GetValue() const { return m_list->ChosenValue(); }
+    bool IsAlwaysUse() const { return m_alwaysUse->GetValue(); }
+
+private:
+    void AddList(wxSizer* rows);
+    void AddDetails(wxSizer* rows);
+    wxStaticText* AddDetail(wxSizer* grid, const wxString& caption);
+    void AddDirectory(wxSizer* rows);
+    void AddAlwaysUse(wxSizer* rows);
+    void AddButtons(wxSizer* rows);
+    void FillList();
+
+    void OnSelected(wxCommandEvent& event);
+    void OnTouched(wxMouseEvent& event);
+    static void ShowDetail(wxStaticText* label, const wxString& text);
+
+    void StartCountDown();
+    void StopCountDown();
+    void OnTick(wxTimerEvent& event);
+
+    DigitalIdPrompt m_prompt;
+    ChoiceList* m_list = nullptr;
+    wxStaticText* m_validFrom = nullptr;
+    wxStaticText* m_validTo = nullptr;
+    wxStaticText* m_userName = nullptr;
+    wxCheckBox* m_alwaysUse = nullptr;
+    wxButton* m_okButton = nullptr;
+    wxTimer m_timer;
+    std::optional<DefaultCountDown> m_countDown;
+};
+
+}  // namespace zeldlg

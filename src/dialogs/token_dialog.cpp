@@ -1,0 +1,54 @@
+#include "dialogs/token_dialog.h"
+
+#include "dialogs/common/closing.h"
+#include "dialogs/common/dialog_style.h"
+#include "dialogs/common/layout.h"
+#include "dialogs/selection_texts.h"
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr int kBorder = 5;
+
+}  // namespace
+
+CTokenDialog::CTokenDialog(wxWindow* parent)
+    : wxDialog(parent, wxID_ANY, Translate(CATALOGUE_KEY("Select a token")), wxDefaultPosition,
+               wxDefaultSize, StyleForParent(parent)) {
+    wxStaticText* const label =
+        layout::NewText(this, Translate(CATALOGUE_KEY("Please select a token:")));
+    m_list = new ChoiceList(this, *label);
+    m_okButton = new wxButton(this, wxID_OK, Translate(CATALOGUE_KEY("OK")));
+    m_okButton->SetDefault();
+    m_okButton->Disable();
+    auto* const rows = new wxBoxSizer(wxVERTICAL);
+    const wxSizerFlags each = wxSizerFlags().CentreHorizontal().Border(wxALL, kBorder);
+    rows->Add(label, each);
+    rows->Add(m_list, wxSizerFlags(each).Proportion(1));
+    rows->Add(m_okButton, each);
+    auto* const margin = new wxBoxSizer(wxVERTICAL);
+    margin->Add(rows, wxSizerFlags(1).Expand().Border(wxALL, layout::kMargin - kBorder));
+    SetSizer(margin);
+    CancelOnEscapeAndClose(*this);
+    m_list->Bind(wxEVT_LISTBOX_DCLICK, [this](wxCommandEvent&) { EndModal(wxID_OK); });
+}
+
+void CTokenDialog::AddItem(const wxString& name, const wxString& detail, uint64_t identifier) {
+    AddItem(TokenRowText(name, detail), identifier);
+}
+
+void CTokenDialog::AddItem(const wxString& text, uint64_t identifier) {
+    m_list->Add(wxString(text).Trim(), identifier);
+    m_okButton->Enable();
+}
+
+void CTokenDialog::FinishLayout() {
+    GetSizer()->SetSizeHints(this);
+    CentreOnScreen();
+    m_list->SetFocus();
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,429 @@
+#!/usr/bin/python3
+"""The dialogs that let a user pick a token or a digital ID."""
+
+import time
+import unittest
+
+from stage import CANCELLED, FAILED, OK, StageTestCase, scaled, wait_until
+
+TOKENS = "DLG_ShowTokenSelectionDialog"
+DIGITAL_IDS = "DLG_ShowDigitalIDSelection"
+TOKEN_TITLE = "Select a token"
+ID_TITLE = "Select Digital ID"
+
+CARDS = [("Card A", "Reader 1", 0xFFFFFFFFFFFFFFFF), ("Card B", "Reader 2", 7),
+         ("Card C", "Reader 3", 0)]
+SCREEN = (1024, 768)
+ALWAYS = "Always use this Digital ID (this dialog will not be displayed again)"
+DIRECTORY = "This computer is a member of the following Active Directory:"
+
+
+def registry(value):
+    return ("REGEDIT4\r\n\r\n"
+            "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0\\CSP]\r\n"
+            f'"Automatic default selection timeout"={value}\r\n')
+
+
+class SelectionCase(StageTestCase):
+    registry = None
+
+    def setUp(self):
+        super().setUp()
+        self.host = self.start_host(registry=self.registry)
+
+    def open(self, export, title, **arguments):
+        self.call, self.window = self.show(self.host, export, title, **arguments)
+        self.list = self.window.find("table")
+        self.screen.wait_focused()
+
+    def open_tokens(self, *entries, **arguments):
+        self.open(TOKENS, TOKEN_TITLE, entry=list(entries), **arguments)
+
+    def open_ids(self, **arguments):
+        self.open(DIGITAL_IDS, ID_TITLE, **arguments)
+
+    def rows(self):
+        return [node.name for node in self.list.find_all("table cell")]
+
+    def selected(self):
+        return [node.name for node in self.list.find_all("table cell")
+                if "selected" in node.states]
+
+    def selected_places(self):
+        return [place for place, node in enumerate(self.list.find_all("table cell"))
+                if "selected" in node.states]
+
+    def expect_selected(self, place):
+        wait_until(lambda: self.selected_places() == [place], what=f"row {place} selected",
+                   seen=self.selected_places)
+
+    def ok(self):
+        return next(node for node in self.window.find_all("push button")
+                    if node.name.startswith("OK"))
+
+    def end(self, result, key=None):
+        if key is not None:
+            self.screen.key(key)
+        self.assertEqual(result, self.call.result())
+        self.screen.wait_gone(self.window)
+
+    def close(self):
+        self.screen.close_window(self.window)
+        self.end(CANCELLED)
+
+
+class Tokens(SelectionCase):
+    def test_what_is_shown(self):
+        self.open_tokens(*CARDS)
+        self.assertEqual(["Please select a token:", "OK"],
+                         self.window.texts(("label", "push button")))
+        self.assertEqual(["Card A (Reader 1)", "Card B (Reader 2)", "Card C (Reader 3)"],
+                         self.rows())
+        self.assertEqual("Please select a token", self.list.name)
+        self.assertEqual(self.list, self.screen.focused())
+        self.expect_selected(0)
+        self.assertIn("default", self.ok().states)
+        self.close()
+
+    def test_names_with_trailing_blanks_show_without_them(self):
+        self.open_tokens(("Card A   ", "Reader 1", 1), (" B\t\n", "  ", 2))
+        self.assertEqual(["Card A (Reader 1)", " B ()"], self.rows())
+        self.close()
+
+    def test_ok_returns_the_identifier_of_the_first_row_unless_another_is_chosen(self):
+        for downs, identifier in ((0, 0xFFFFFFFFFFFFFFFF), (1, 7), (2, 0)):
+            self.open_tokens(*CARDS)
+            for place in range(downs):
+                self.screen.key("Down")
+                self.expect_selected(place + 1)
+            self.end(OK, "Return")
+            self.assertEqual(identifier, self.call.number("identifier"))
+
+    def test_a_double_click_confirms(self):
+        self.open_tokens(*CARDS)
+        cell = self.list.find_all("table cell")[1]
+        cell.click()
+        cell.click()
+        self.end(OK)
+        self.assertEqual(7, self.call.number("identifier"))
+
+    def test_closing_by_the_title_bar_is_cancel_and_leaves_the_identifier_untouched(self):
+        self.open_tokens(*CARDS)
+        self.close()
+        self.assertTrue(self.call.untouched("identifier"))
+
+    def test_escape_is_cancel(self):
+        self.open_tokens(*CARDS)
+        self.end(CANCELLED, "Escape")
+        self.assertTrue(self.call.untouched("identifier"))
+
+    def test_ctrl_and_a_click_do_not_leave_nothing_selected(self):
+        self.open_tokens(*CARDS)
+        self.screen.key("ctrl+space")
+        self.screen.key("Down")
+        self.expect_selected(1)
+        self.end(OK, "Return")
+
+    def test_tab_goes_from_the_list_to_ok_and_back(self):
+        self.open_tokens(*CARDS)
+        for node in (self.ok(), self.list, self.ok()):
+            self.screen.key("Tab")
+            self.screen.wait_focused(node)
+        self.end(OK, "space")
+
+    def test_without_entries_ok_is_disabled(self):
+        for arguments in ({}, {"entries": None}):
+            self.open_tokens(**arguments)
+            self.assertEqual([], self.rows())
+            self.assertFalse(self.ok().enabled)
+            self.screen.key("Return")
+            self.screen.key("Escape")
+            self.end(CANCELLED)
+
+    def test_null_texts_fail_before_anything_is_shown(self):
+        for arguments in ({"entry": [(None, "x", 1)]}, {"entry": [("x", None, 1)]},
+                          {"entry": [("x", "y", 1), ("x", None, 1)]},
+                          {"entry": [("x", "y", 1)], "entries": None},
+                          {"record": None}, {"identifier": None}):
+            with self.subTest(**arguments):
+                call = self.host.call(TOKENS, **arguments)
+                self.assertEqual(FAILED, call.result())
+                self.assertEqual([], self.screen.titles(self.host))
+
+    def test_texts_are_shown_literally(self):
+        self.open_tokens(("Smith & Sons && _Co", "100%s %d", 1), ("<b>bold</b>", "&amp;", 2),
+                         (b"M\xfcller", "\U0001f511", 3), ("two\nlines", "a\tb", 4))
+        self.assertEqual(["Smith & Sons && _Co (100%s %d)", "<b>bold</b> (&amp;)",
+                          "M\ufffdller (\U0001f511)", "two\nlines (a\tb)"], self.rows())
+        cells = self.list.find_all("table cell")
+        self.assertLess(cells[3].extents[3], 1.5 * cells[0].extents[3], "a line break in a row")
+        self.close()
+
+
+class LongLists(SelectionCase):
+    ENTRIES = [(f"Card {number}", "Reader", number) for number in range(800)]
+
+    def expect_on_screen(self):
+        x, y, width, height = self.window.extents
+        self.assertTrue(x >= 0 and y >= 0 and x + width <= SCREEN[0] and y + height <= SCREEN[1],
+                        self.window.extents)
+
+    def test_hundreds_of_entries_fit_the_screen_and_the_keyboard_reaches_each(self):
+        began = time.monotonic()
+        self.open_tokens(*self.ENTRIES)
+        self.assertLess(time.monotonic() - began, scaled(10))
+        self.expect_on_screen()
+        self.screen.key("End")
+        self.screen.key("Up")
+        self.end(OK, "Return")
+        self.assertEqual(798, self.call.number("identifier"))
+
+    def test_typing_finds_an_entry(self):
+        self.open_tokens(*self.ENTRIES)
+        self.screen.type_text("Card 555")
+        wait_until(lambda: self.selected() == ["Card 555 (Reader)"], what="the typed entry",
+                   seen=self.selected)
+        self.end(OK, "Return")
+        self.assertEqual(555, self.call.number("identifier"))
+
+    def test_a_long_name_scrolls_sideways_with_the_arrow_keys(self):
+        self.open_tokens(("W" * 480, "Reader", 1), ("x", "y", 2))
+        self.expect_on_screen()
+        cell = self.list.find_all("table cell")[0]
+        place = cell.extents[0]
+        self.screen.key("Right")
+        wait_until(lambda: cell.extents[0] < place, what="the row scrolled to the left",
+                   seen=lambda: cell.extents)
+        self.screen.key("Left")
+        wait_until(lambda: cell.extents[0] == place, what="the row at its place",
+                   seen=lambda: cell.extents)
+        self.close()
+
+    def test_a_default_far_down_is_in_sight(self):
+        self.open_ids(count=500, defaultIndex=400, name="x" * 300, directory="d" * 300)
+        self.expect_on_screen()
+        self.expect_selected(self.selected_places()[0])
+        cell = next(node for node in self.list.find_all("table cell") if "selected" in node.states)
+        top, height = self.list.extents[1], self.list.extents[3]
+        self.assertTrue(top <= cell.extents[1] < top + height)
+        self.screen.key("Down")
+        self.end(OK, "Return")
+
+
+class DigitalIds(SelectionCase):
+    def test_what_is_shown(self):
+        self.open_ids(name="Jane & Co", count=2, validFrom="2024-05-06", validTo="2034-05-06")
+        self.assertEqual(
+            ["Multiple Digital IDs found; please select an appropriate\n"
+             "Digital ID from the list below:", "Valid From: ", "2024-05-06", "Valid To: ",
+             "2034-05-06", ALWAYS, "OK", "Cancel"],
+            self.window.texts(("label", "check box", "push button")))
+        self.assertEqual(["Jane & Co", "Jane & Co"], self.rows())
+        self.assertEqual(self.list, self.screen.focused())
+        self.assertIn("default", self.ok().states)
+        self.assertFalse(self.window.find("check box").checked)
+        self.close()
+
+    def test_the_directory_and_the_user_name_are_shown_when_there_is_a_directory(self):
+        self.open_ids(name="Jane", count=2, directory="corp.example")
+        texts = self.window.labels()
+        at = texts.index(DIRECTORY)
+        self.assertEqual(["corp.example", "User Principal Name (UPN): ", "Jane"],
+                         texts[at + 1:at + 4])
+        self.close()
+
+    def test_the_chosen_value_and_the_box_are_returned(self):
+        for preset, toggle, expected in ((0, False, 0), (1, False, 1), (0, True, 1), (1, True, 0),
+                                         (256, False, 1)):
+            with self.subTest(preset=preset, toggle=toggle):
+                self.open_ids(count=3, value=0xFEDCBA9876543210, alwaysUse=preset)
+                box = self.window.find("check box")
+                self.assertEqual(preset != 0, box.checked)
+                if toggle:
+                    self.screen.key("Tab")
+                    self.screen.wait_focused(box)
+                    self.screen.key("space")
+                    wait_until(lambda: box.checked == (preset == 0))
+                self.end(OK, "Return")
+                chosen = self.call.output("chosen")
+                self.assertEqual(0xFEDCBA9876543210, int.from_bytes(chosen[:8], "little"))
+                self.assertEqual(expected, chosen[8])
+
+    def test_every_way_out_without_ok_writes_nothing(self):
+        for way in (lambda: self.window.find("push button", "Cancel").press(),
+                    lambda: self.screen.key("Escape"),
+                    lambda: self.screen.close_window(self.window)):
+            self.open_ids(count=2, alwaysUse=1)
+            way()
+            self.end(CANCELLED)
+            self.assertTrue(self.call.untouched("chosen"))
+
+    def test_the_default_is_selected(self):
+        for index, selected in ((0, 0), (2, 2), (3, 0), (4, 0), (0xFFFFFFFF, 0)):
+            with self.subTest(index=index):
+                self.open_ids(count=3, defaultIndex=index)
+                self.expect_selected(selected)
+                self.close()
+
+    def test_the_arrow_keys_start_at_the_default(self):
+        self.open_ids(count=4, defaultIndex=2)
+        self.screen.key("Down")
+        self.expect_selected(3)
+        self.close()
+
+    def test_without_rows_ok_is_disabled_and_nothing_counts_down(self):
+        self.open_ids(count=0, autoSelect=1, directory="corp.example")
+        self.assertFalse(self.ok().enabled)
+        self.assertEqual("OK", self.ok().name)
+        self.screen.key("Return")
+        self.end(CANCELLED, "Escape")
+
+    def test_null_texts_fail_before_anything_is_shown(self):
+        for arguments in ({"texts": None}, {"texts": None, "count": 0}, {"name": None},
+                          {"validFrom": None}, {"validTo": None}, {"directory": None},
+                          {"record": None}, {"chosen": None}):
+            with self.subTest(**arguments):
+                self.assertEqual(FAILED, self.host.call(DIGITAL_IDS, **arguments).result())
+                self.assertEqual([], self.screen.titles(self.host))
+
+    def test_long_values_do_not_widen_the_window(self):
+        self.open_ids(count=2, directory="d.example")
+        width = self.window.extents[2]
+        self.close()
+        self.open_ids(count=2, directory="d.example", validFrom="from " * 60, validTo="W" * 300)
+        self.assertLessEqual(self.window.extents[2], width + 2)
+        self.assertIn("from " * 60, self.window.labels())
+        self.close()
+
+    def test_tab_visits_list_box_and_buttons(self):
+        self.open_ids(count=2)
+        for name in (ALWAYS, "OK", "Cancel", self.list.name):
+            self.screen.key("Tab")
+            self.assertEqual(name, wait_until(
+                lambda: (node := self.screen.focused()) and node.name == name and name,
+                what=name, seen=self.screen.focused))
+        self.close()
+
+    def test_without_the_flag_nothing_counts_down(self):
+        self.open_ids(count=2)
+        began = time.monotonic()
+        wait_until(lambda: time.monotonic() - began > 1.5 or self.ok().name != "OK", 5)
+        self.assertEqual("OK", self.ok().name)
+        self.close()
+
+
+class CountDown(SelectionCase):
+    """Without the setting: 5 seconds."""
+
+    def test_it_confirms_by_itself_after_5_seconds(self):
+        self.open_ids(count=3, defaultIndex=1, autoSelect=1, value=42)
+        seen = []
+
+        def over():
+            for name in (node.name for node in self.window.find_all("push button")):
+                if name.startswith("OK") and name not in seen:
+                    seen.append(name)
+            return self.call.done
+        wait_until(over, 15, "the end of the count-down", seen=lambda: seen)
+        self.assertEqual(OK, self.call.result())
+        self.assertAlmostEqual(5, self.call.elapsed(), delta=scaled(1.2))
+        self.assertEqual(42, int.from_bytes(self.call.output("chosen")[:8], "little"))
+        labels = [f"OK ({left}s)" for left in (5, 4, 3, 2, 1, 0)]
+        self.assertLessEqual(set(seen), set(labels))
+        self.assertGreaterEqual(len(seen), 4)
+        self.assertEqual(sorted(seen, reverse=True), seen)
+
+    def expect_stopped(self, touch):
+        self.open_ids(count=3, defaultIndex=1, autoSelect=1)
+        wait_until(lambda: self.ok().name == "OK (4s)", 10, "a second to pass", seen=self.ok)
+        touch()
+        wait_until(lambda: self.ok().name == "OK", what="the plain label", seen=self.ok)
+        began = time.monotonic()
+        wait_until(lambda: self.ok().name != "OK" or time.monotonic() - began > 1.5, 5)
+        self.assertEqual("OK", self.ok().name)
+        self.assertFalse(self.call.done)
+
+    def test_touching_the_list_ends_it_for_good(self):
+        self.expect_stopped(lambda: self.screen.key("Down"))
+        self.expect_selected(2)
+        self.end(OK, "Return")
+
+    def test_a_click_on_the_selected_row_ends_it_too(self):
+        self.expect_stopped(lambda: self.list.find_all("table cell")[1].click())
+        self.expect_selected(1)
+        self.close()
+
+    def test_a_single_row_counts_down_too_and_enter_does_not_wait(self):
+        self.open_ids(count=1, autoSelect=1)
+        wait_until(lambda: self.ok().name == "OK (4s)", 10, "a second to pass", seen=self.ok)
+        self.end(OK, "Return")
+
+    def test_cancel_while_it_counts(self):
+        self.open_ids(count=3, autoSelect=1)
+        self.assertTrue(self.ok().name.startswith("OK ("), self.ok())
+        self.end(CANCELLED, "Escape")
+
+    def test_the_button_does_not_shrink_while_it_counts(self):
+        self.open_ids(count=3, autoSelect=1)
+        width = self.ok().extents[2]
+        wait_until(lambda: self.ok().name == "OK (4s)", 10, "a second to pass", seen=self.ok)
+        self.assertEqual(width, self.ok().extents[2])
+        self.close()
+
+
+class AtOnce(SelectionCase):
+    registry = registry("dword:00000000")
+
+    def test_a_timeout_of_0_confirms_almost_at_once(self):
+        call = self.host.call(DIGITAL_IDS, count=3, defaultIndex=2, autoSelect=1, value=9)
+        self.assertEqual(OK, call.result())
+        self.assertLess(call.elapsed(), scaled(1.5))
+        self.assertEqual(9, int.from_bytes(call.output("chosen")[:8], "little"))
+
+    def test_without_the_flag_it_waits_for_the_user(self):
+        self.open_ids(count=2)
+        self.assertEqual("OK", self.ok().name)
+        self.close()
+
+
+class Setting(SelectionCase):
+    registry = registry("dword:00000003")
+
+    def test_it_is_read_once_in_the_life_of_the_process(self):
+        self.open_ids(count=2, autoSelect=1)
+        self.assertIn(self.ok().name, ("OK (3s)", "OK (2s)"))
+        self.close()
+        self.host.write_registry(registry("dword:00000064"))
+        self.host.run("DLG_Finalize")
+        self.open_ids(count=2, autoSelect=1)
+        self.assertIn(self.ok().name, ("OK (3s)", "OK (2s)"))
+        self.close()
+
+    def test_a_dialog_without_the_flag_does_not_read_it(self):
+        self.open_ids(count=2)
+        self.close()
+        self.host.write_registry(registry("dword:00000009"))
+        self.open_ids(count=2, autoSelect=1)
+        self.assertIn(self.ok().name, ("OK (9s)", "OK (8s)"))
+        self.close()
+
+    def test_a_value_of_another_type_counts_as_absent(self):
+        host = self.start_host(registry=registry('"3"'))
+        call, window = self.show(host, DIGITAL_IDS, ID_TITLE, count=2, autoSelect=1)
+        labels = [node.name for node in window.find_all("push button")]
+        self.assertTrue({"OK (5s)", "OK (4s)"} & set(labels), labels)
+        self.screen.close_window(window)
+        self.assertEqual(CANCELLED, call.result())
+
+    def test_a_large_value_has_its_room(self):
+        host = self.start_host(registry=registry("dword:ffffffff"))
+        call, window = self.show(host, DIGITAL_IDS, ID_TITLE, count=2, autoSelect=1)
+        button = next(node for node in window.find_all("push button") if "OK" in node.name)
+        self.assertEqual("OK (2147483647s)", button.name)
+        self.assertGreater(button.extents[2], 120)
+        self.screen.close_window(window)
+        self.assertEqual(CANCELLED, call.result())
+
+
+if __name__ == "__main__":
+    unittest.main()
