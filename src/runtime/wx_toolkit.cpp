@@ -1,5 +1,6 @@
 #include "runtime/wx_toolkit.h"
 
+#include <gdk/gdk.h>
 #include <glib.h>
 #include <wx/app.h>
 #include <wx/debug.h>
@@ -106,6 +107,10 @@ void WxToolkit::Stop() {
     ForgetGuiThreadAtExit();
     const CatalogueWriter catalogueWriter;
     wxEntryCleanup();
+    // The windows are destroyed, but nothing sends that to the display any more.
+    if (GdkDisplay* const display = gdk_display_get_default(); display != nullptr) {
+        gdk_display_flush(display);
+    }
     GiveMessagesBack();
 }
 

@@ -23,6 +23,7 @@
 #include "host_toolkit.h"
 #include "json_line.h"
 #include "process_state.h"
+#include "sleep_recorder.h"
 
 namespace testhost {
 
@@ -195,6 +196,7 @@ bool Host::Inspect(const Words& words, JsonLine& line) {
         {{"rss"}, ReportMemory},
         {{"threads"}, ReportThreads},
         {{"fds"}, ReportFiles},
+        {{"sleeps"}, ReportSleeps},
         {{"glib-loop", "ticks"}, [](JsonLine& l) { l.Unsigned("ticks", GlibLoopTicks()); }},
     };
     const auto report = kReports.find(words);

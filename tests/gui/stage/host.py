@@ -330,6 +330,10 @@ class Host:
         """Bytes in use on the heap."""
         return self.command("rss")["heap_bytes"]
 
+    def sleeps(self):
+        """The seconds of every sleep(), none of which took any time."""
+        return [int(seconds) for seconds in self.command("sleeps")["seconds"]]
+
     def threads(self):
         return self.command("threads")["names"]
 
