@@ -46,6 +46,8 @@ extern const Command kAskTransportPinCommand;
 extern const Command kAskExpiryCommand;
 extern const Command kCrFailedCommand;
 extern const Command kPukLockedCommand;
+extern const Command kSelectTokenCommand;
+extern const Command kSelectIdCommand;
 
 /* Prints a result code with its meaning. Returns the exit code that goes with it. */
 int ReportResult(uint32_t result);

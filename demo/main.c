@@ -19,7 +19,8 @@ static const Command* const kCommands[] = {
     &kAskUnlockCommand,   &kAskTransportPinCommand,
     &kAskExpiryCommand,   &kCrFailedCommand,
     &kPukLockedCommand,   &kBiometricErrorCommand,
-    &kRetryCommand,
+    &kRetryCommand,       &kSelectTokenCommand,
+    &kSelectIdCommand,
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 

@@ -28,6 +28,9 @@ SCENES = [
                             "--p1-threshold", "1", "--p2-min-length", "6", "--p2-class-mask",
                             "31", "--p4-characters", "0"], "Change transport PIN",
      ["2468", "9800", "9800"], "Escape", 1),
+    ("select-token", ["select-token", "--count", "5"], "Select a token", [], "Return", 0),
+    ("select-id", ["select-id", "--auto", "--directory", "corp.example"], "Select Digital ID", [],
+     "Return", 0),
     ("confirm-delete", ["confirm-delete"], "Question", [], "Escape", 0),
     ("biometric-error", ["biometric-error", "0x63C1"], "Error", [], "Escape", 0),
 ]

@@ -38,7 +38,8 @@ void KeepRowsSingleLine(GtkTreeView* tree) {
 }
 
 // The toolkit's search compares with what a row begins with; "reader 2" is a way to say which, too.
-gboolean IsOtherRow(GtkTreeModel* model, gint, const gchar* typed, GtkTreeIter* row, gpointer data) {
+gboolean IsOtherRow(GtkTreeModel* model, gint, const gchar* typed, GtkTreeIter* row,
+                    gpointer data) {
     const std::unique_ptr<GtkTreePath, FreePath> path(gtk_tree_model_get_path(model, row));
     const int place = gtk_tree_path_get_indices(path.get())[0];
     const wxString text = static_cast<const wxListBox*>(data)->GetString(place);

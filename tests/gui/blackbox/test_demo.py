@@ -52,7 +52,8 @@ class Words(DemoCase):
                       ["settings", "get", "x"], ["settings", "set", "k", "v", "bogus", "1"],
                       ["settings", "set", "k", "v", "binary", "abc"],
                       ["change-pin", "--bogus"], ["policy-check", "--enabled", "256"],
-                      ["policy-check", "--enabled"]):
+                      ["policy-check", "--enabled"], ["select-token", "--count", "1001"],
+                      ["select-token", "x"], ["select-id", "--bogus"]):
             with self.subTest(words=words):
                 self.assertIn("zeldlg-demo" if not words else "", self.run_demo(*words, code=2))
 
@@ -149,6 +150,28 @@ class Changes(DemoCase):
         self.assertIn('  P4: Pin code contains at least a disallowed characters: "0"', lines)
         self.assertNotIn("1234", out)
         self.assertNotIn("9700", out)
+
+
+class Selections(DemoCase):
+    def choose(self, *words, title, keys):
+        screen = Screen()
+        self.addCleanup(screen.close)
+        process = self.start(*words)
+        screen.find_window(title, process)
+        for key in keys:
+            screen.key(key)
+        out, err = process.communicate(timeout=60)
+        return process.returncode, out
+
+    def test_the_choice_is_printed(self):
+        words = ["select-token", "--entry", "One=Reader", "--entry", "Two=Other reader"]
+        self.assertEqual((0, "chosen: Two\nresult 0x00000000 (confirmed)\n"),
+                         self.choose(*words, title="Select a token", keys=["Down", "Return"]))
+        self.assertEqual((1, "result 0x80003001 (cancelled)\n"),
+                         self.choose(*words, title="Select a token", keys=["Escape"]))
+        self.assertEqual((0, "always use it: yes\nresult 0x00000000 (confirmed)\n"),
+                         self.choose("select-id", "--always", title="Select Digital ID",
+                                     keys=["Return"]))
 
 
 class Texts(DemoCase):
