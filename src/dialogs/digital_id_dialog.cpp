@@ -61,8 +61,8 @@ void CDigitalIDSelectionDialog::AddList(wxSizer* rows) {
 void CDigitalIDSelectionDialog::AddDetails(wxSizer* rows) {
     auto* const grid = new wxFlexGridSizer(2, 0, 0);
     grid->AddGrowableCol(1);
-    m_validFrom = AddDetail(grid, Translate(CATALOGUE_KEY("Valid From")));
-    m_validTo = AddDetail(grid, Translate(CATALOGUE_KEY("Valid To")));
+    m_validFrom = AddDetail(grid, CaptionText(Translate(CATALOGUE_KEY("Valid From"))));
+    m_validTo = AddDetail(grid, CaptionText(Translate(CATALOGUE_KEY("Valid To"))));
     rows->Add(grid, wxSizerFlags().Expand());
 }
 
@@ -71,7 +71,7 @@ wxStaticText* CDigitalIDSelectionDialog::AddDetail(wxSizer* grid, const wxString
     auto* const value = new wxStaticText(this, wxID_ANY, kSizingText, wxDefaultPosition,
                                          wxDefaultSize, wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
     value->SetMinSize(value->GetBestSize());
-    grid->Add(layout::NewText(this, CaptionText(caption)), Bordered());
+    grid->Add(layout::NewText(this, caption), Bordered());
     grid->Add(value, wxSizerFlags().Expand().CentreVertical().Border(wxRIGHT, kBorder));
     return value;
 }

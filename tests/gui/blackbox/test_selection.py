@@ -228,7 +228,7 @@ class DigitalIds(SelectionCase):
         self.open_ids(name="Jane", count=2, directory="corp.example")
         texts = self.window.labels()
         at = texts.index(DIRECTORY)
-        self.assertEqual(["corp.example", "User Principal Name (UPN): ", "Jane"],
+        self.assertEqual(["corp.example", "User Principal Name (UPN)", "Jane"],
                          texts[at + 1:at + 4])
         self.close()
 
