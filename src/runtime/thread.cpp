@@ -22,6 +22,7 @@ bool CThread::Start(void* argument) {
     }
     Join();  // a thread that has ended by itself
     m_argument = argument;
+    m_endedEvent->Reset();
     // Set before the thread exists: its body may return before the creation does.
     m_running = true;
     m_joinable = platform::CreateThread(Enter, this, &m_handle) == platform::kSuccess;
@@ -33,18 +34,34 @@ bool CThread::Start(void* argument) {
 
 void* CThread::Enter(void* thread) {
     CThread& self = *static_cast<CThread*>(thread);
-    // Also clears the flag when the thread is cancelled.
-    struct ClearRunning {
-        std::atomic<bool>& running;
-        ~ClearRunning() { running = false; }
-    } const clearRunning{self.m_running};
+    // Also when the thread is cancelled.
+    struct TellEnd {
+        CThread& thread;
+        ~TellEnd() {
+            thread.m_running = false;
+            thread.m_endedEvent->Set();
+        }
+    } const tellEnd{self};
     self.m_nativeId = gettid();
     self.Run(self.m_argument);
     return nullptr;
 }
 
+void CThread::Abandon() {
+    m_abandoned = true;
+    m_running = false;
+    m_endedEvent->Set();
+}
+
 bool CThread::Join() {
-    if (m_joinable) {
+    if (!m_joinable) {
+        return true;
+    }
+    platform::WaitForEvent(*m_endedEvent, platform::kNoTimeout);
+    if (m_abandoned) {
+        pthread_detach(m_handle);
+        m_joinable = false;
+    } else {
         m_joinable = platform::JoinThread(m_handle) != platform::kSuccess;
     }
     return !m_joinable;

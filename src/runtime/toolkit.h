@@ -2,6 +2,8 @@
 // scripted one in its place.
 #pragma once
 
+#include <functional>
+
 namespace zeldlg {
 
 /// All operations are called on the GUI thread.
@@ -12,9 +14,11 @@ public:
     Toolkit& operator=(const Toolkit&) = delete;
     virtual ~Toolkit() = default;
 
+    /// @param leave Called, on this thread, when the toolkit has lost its display and nothing of
+    ///        it can be used or ended any more. Does not return.
     /// @return Whether the toolkit is up. After a failure, or an exception, only destruction
     ///         follows.
-    virtual bool Start() = 0;
+    virtual bool Start(const std::function<void()>& leave) = 0;
     /// Serves pending events and timers without blocking. @return Whether there were any.
     virtual bool Iterate() = 0;
     /// Called around a request. @return Whether windows may be used now.

@@ -2,12 +2,15 @@
 
 #include <cxxabi.h>
 #include <pthread.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
 #include <exception>
 #include <stdexcept>
 #include <utility>
+
+#include "runtime/exit_guard.h"
 
 namespace zeldlg {
 
@@ -64,7 +67,7 @@ void CWXRunner::Run(void* argument) {
 // What goes wrong in the start must not end the process.
 bool CWXRunner::StartToolkit() {
     try {
-        return m_toolkit->Start();
+        return m_toolkit->Start([this] { LeaveToolkit(); });
     } catch (const abi::__forced_unwind&) {
         throw;
     } catch (...) {
@@ -100,6 +103,20 @@ void CWXRunner::RefuseAll() {
     m_queue.clear();
 }
 
+// In the middle of a request as a rule, deep inside the toolkit: its frames cannot be unwound and
+// its locks may be taken. So the thread stays where it is, and nobody waits for it.
+void CWXRunner::LeaveToolkit() {
+    ForgetGuiThreadAtExit();
+    RefuseAll();
+    Abandon();
+    if (CMessage* const message = std::exchange(m_served, nullptr); message != nullptr) {
+        message->Complete(std::make_exception_ptr(std::runtime_error("the display is lost")));
+    }
+    for (;;) {
+        pause();
+    }
+}
+
 void CWXRunner::Loop(ManualResetEvent& requestEvent) {
     for (bool busy = false, quit = false; !quit;) {
         // While the toolkit has work there is no pause: at one event every ten milliseconds a
@@ -126,6 +143,7 @@ void CWXRunner::ServeFront(ManualResetEvent& requestEvent) {
 // A request that no handler takes is completed with its reply untouched.
 void CWXRunner::Dispatch(CMessage& message) {
     std::exception_ptr error;
+    m_served = &message;
     try {
         const InToolkit inToolkit(*m_toolkit);
         static_cast<void>(
@@ -136,6 +154,7 @@ void CWXRunner::Dispatch(CMessage& message) {
     } catch (...) {
         error = std::current_exception();
     }
+    m_served = nullptr;
     message.Complete(std::move(error));
 }
 

@@ -42,11 +42,13 @@ private:
     void Dispatch(CMessage& message);
     CMessage* TakeFront();
     void RefuseAll();
+    [[noreturn]] void LeaveToolkit();
 
     platform::ManualResetEvent* m_startedEvent;
     platform::ManualResetEvent* m_quitEvent;
     std::unique_ptr<Toolkit> m_toolkit;
     std::vector<RequestHandler> m_handlers;
+    CMessage* m_served = nullptr;  // GUI thread only
 
     std::mutex m_queueMutex;  // guards the two members below
     std::deque<CMessage*> m_queue;

@@ -12,6 +12,7 @@
 #include <cstdio>
 
 #include "resources/catalogue_access.h"
+#include "runtime/display_loss.h"
 #include "runtime/dll_app.h"
 #include "runtime/exit_guard.h"
 
@@ -81,7 +82,7 @@ bool StartWx() {
 
 }  // namespace
 
-bool WxToolkit::Start() {
+bool WxToolkit::Start(const std::function<void()>& leave) {
     if (wxAppConsole::GetInstance() != nullptr || !Enter()) {
         return false;
     }
@@ -89,6 +90,7 @@ bool WxToolkit::Start() {
     const bool started = StartWx();
     if (started) {
         ParkGuiThreadAtExit();
+        WatchDisplay(leave);
     } else {
         wxImage::CleanUpHandlers();  // a failed start keeps them
         GiveMessagesBack();
@@ -111,6 +113,7 @@ void WxToolkit::Stop() {
     if (GdkDisplay* const display = gdk_display_get_default(); display != nullptr) {
         gdk_display_flush(display);
     }
+    ForgetDisplay();
     GiveMessagesBack();
 }
 

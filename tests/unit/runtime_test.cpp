@@ -1,6 +1,7 @@
 // The way of a request through queue, loop and handlers, with a scripted toolkit.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <functional>
@@ -43,18 +44,24 @@ struct Script {
     std::atomic<int> iterations{0};
     std::atomic<int> busyIterations{0};  // that many iterations dispatch something
     std::atomic<bool> stopped{false};
+    std::atomic<bool> displayLost{false};  // the next iteration finds out
+    std::function<void()> leave;           // what the toolkit was given for that
     std::atomic<int> depth{0};
 };
 
 class ScriptedToolkit : public Toolkit {
 public:
     explicit ScriptedToolkit(Script& script) : m_script(script) {}
-    bool Start() override {
+    bool Start(const std::function<void()>& leave) override {
+        m_script.leave = leave;
         m_script.onStart();
         return m_script.starts;
     }
     bool Iterate() override {
         ++m_script.iterations;
+        if (m_script.displayLost) {
+            m_script.leave();
+        }
         return m_script.busyIterations-- > 0;
     }
     bool Enter() override {
@@ -291,6 +298,65 @@ TEST(Runner, AStartThatThrowsIsAFailedStart) {
     ASSERT_TRUE(WaitUntil([&] { return !runner->IsRunning(); }));
     CMessage message(1, 0, 0);
     EXPECT_FALSE(runner->Send(message));
+}
+
+// What the GUI thread goes on with when it has left the toolkit may outlive a test's own objects.
+Script& ScriptOfAThreadThatStays() {
+    static auto* const scripts = new std::vector<std::unique_ptr<Script>>;
+    return *scripts->emplace_back(std::make_unique<Script>());
+}
+
+bool LoseDisplayWhileServing(CMessage* message) {
+    if (message->Code() == 3) {
+        message->Param1As<Script>()->leave();
+    }
+    return false;
+}
+
+TEST(Runner, ADisplayThatIsLostWhileARequestIsServedFailsIt) {
+    Script& script = ScriptOfAThreadThatStays();
+    const auto runner = MakeRunner(script, {LoseDisplayWhileServing, AddOne});
+    uint64_t reply = 0;
+    CMessage losing(3, reinterpret_cast<uint64_t>(&script), 0);
+    EXPECT_THROW(runner->Send(losing), std::runtime_error);
+    EXPECT_FALSE(runner->IsRunning());
+    CMessage later(1, 0, reinterpret_cast<uint64_t>(&reply));
+    EXPECT_FALSE(runner->Send(later));
+    runner->Stop();
+    EXPECT_EQ(reply, 0U);
+    EXPECT_FALSE(script.stopped);
+}
+
+TEST(Runner, ADisplayThatIsLostBetweenRequestsFailsTheNext) {
+    Script& script = ScriptOfAThreadThatStays();
+    const auto runner = MakeRunner(script, {AddOne});
+    script.displayLost = true;
+    ASSERT_TRUE(WaitUntil([&] { return !runner->IsRunning(); }));
+    uint64_t reply = 0;
+    CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
+    EXPECT_FALSE(runner->Send(message));
+}
+
+// The toolkit's end is one more moment in which its connection can break.
+TEST(Thread, JoinEndsWhenTheThreadAbandonsItself) {
+    class Stray : public CThread {
+    public:
+        void Run(void* mayStray) override {
+            WaitForEvent(*static_cast<ManualResetEvent*>(mayStray), kLongMs);
+            Abandon();
+            for (;;) {
+                pause();
+            }
+        }
+    };
+    // Never destroyed: the thread stays in its body.
+    auto* const thread = new Stray;
+    EventHandle mayStray = EventHandle::Create();
+    ASSERT_TRUE(thread->Start(mayStray.Get()));
+    std::thread joiner([&] { EXPECT_TRUE(thread->Join()); });
+    mayStray->Set();
+    joiner.join();
+    EXPECT_FALSE(thread->IsRunning());
 }
 
 TEST(Runner, RequestsFailWhileTheToolkitBelongsToSomebodyElse) {
