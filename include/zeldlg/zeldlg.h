@@ -18,6 +18,13 @@
  * GLib's default main loop. It is tried again only after ::DLG_Finalize. A call that is made while
  * a slow start (longer than 0.2 s) is still going to fail never returns.
  *
+ * When the X server goes away, the calls that are waiting fail, and every later one at once; the
+ * user interface cannot be started again in that process. (On Wayland the toolkit ends the
+ * process.)
+ *
+ * @par Child processes
+ * A child that is forked after the first call cannot use the library: its calls fail at once.
+ *
  * @par Ownership
  * Every pointer that a host passes stays the host's. The library reads records and texts, and
  * writes outputs, only during the call; nothing is kept afterwards. What a call writes is written
@@ -492,7 +499,7 @@ ZELDLG_EXPORT uint32_t DLG_SetParameter(uint64_t parameter, uint64_t value);
 /** Has no effect. @return ::ZELDLG_NOT_SUPPORTED, always. */
 ZELDLG_EXPORT uint32_t DLG_GetParameter(uint64_t parameter, uint64_t value);
 /** Start the user interface before it is needed. @return An opaque pointer, valid until
- *  ::DLG_Finalize; null when there is no memory for it. */
+ *  ::DLG_Finalize; null when there is no memory for it, and in a child process (see above). */
 ZELDLG_EXPORT struct GuiRunner* InitApp(void);
 /** The same as ::DLG_Finalize. */
 ZELDLG_EXPORT void QuitApp(void);

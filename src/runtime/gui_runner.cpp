@@ -1,6 +1,10 @@
 #include "runtime/gui_runner.h"
 
+#include <unistd.h>
+
+#include <atomic>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
 
 #include "runtime/current_parent.h"
@@ -73,12 +77,26 @@ ProcessRunner& Process() {
     return *process;
 }
 
+// The process that started the toolkit; 0 before the first start.
+std::atomic<pid_t> g_starter{0};
+
+// A child of it has no GUI thread, shares its parent's connection to the display, and must not
+// touch the locks, which other threads may have held when it was made.
+bool IsForkedChild() {
+    const pid_t starter = g_starter;
+    return starter != 0 && starter != getpid();
+}
+
 }  // namespace
 
 GuiRunner* GetGuiRunner() {
+    if (IsForkedChild()) {
+        throw std::runtime_error("the toolkit belongs to the parent process");
+    }
     ProcessRunner& process = Process();
     const std::lock_guard lock(process.mutex);
     if (process.runner == nullptr) {
+        g_starter = getpid();
         process.runner = std::make_shared<GuiRunner>(std::make_unique<WxToolkit>());
         for (const RequestHandler handler : HandlerChain()) {
             process.runner->RegisterHandler(handler);
@@ -92,6 +110,9 @@ void RegisterHandler(GuiRunner* runner, RequestHandler handler) {
 }
 
 bool SendRequest(GuiRunner* runner, CMessage* message) {
+    if (IsForkedChild()) {
+        return false;
+    }
     ProcessRunner& process = Process();
     std::shared_ptr<GuiRunner> held;
     {
@@ -102,6 +123,9 @@ bool SendRequest(GuiRunner* runner, CMessage* message) {
 }
 
 void DestroyGuiRunner() {
+    if (IsForkedChild()) {
+        return;
+    }
     ProcessRunner& process = Process();
     const std::lock_guard lock(process.mutex);
     if (process.runner != nullptr) {

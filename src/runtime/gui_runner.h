@@ -47,7 +47,8 @@ private:
 
 namespace zeldlg {
 
-/// The process's runner; created, with its handlers, by the first call. Throws std::bad_alloc.
+/// The process's runner; created, with its handlers, by the first call. Throws std::bad_alloc, and
+/// std::runtime_error in a child that was forked after that.
 GuiRunner* GetGuiRunner();
 
 /// Appends a handler to the runner's chain. Before the first request only.

@@ -233,6 +233,70 @@ class NullArguments(LifeCase):
         self.assertEqual([], self.screen.titles(host))
 
 
+class Forking(LifeCase):
+    """The child asks for the locale, finalises, and asks again."""
+
+    def test_before_first_use_the_child_starts_a_user_interface_of_its_own(self):
+        host = self.start_host(strict=False)
+        answer = host.command("fork")
+        self.assertEqual((OK, OK), (answer["first"], answer["second"]))
+        self.cancel_pin_dialog(host)
+
+    def test_after_first_use_the_childs_calls_fail_at_once(self):
+        host = self.start_host()
+        self.cancel_pin_dialog(host)
+        answer = host.command("fork")
+        self.assertEqual((FAILED, FAILED), (answer["first"], answer["second"]))
+        self.cancel_pin_dialog(host)
+
+    def test_also_while_a_dialog_is_open(self):
+        host = self.start_host()
+        call, window = self.show(host, PIN, TITLE)
+        answer = host.command("fork")
+        self.assertEqual((FAILED, FAILED), (answer["first"], answer["second"]))
+        self.assertFalse(call.done)
+        self.screen.close_window(window)
+        self.assertEqual(CANCELLED, call.result())
+
+    def test_after_finalise_too(self):
+        host = self.start_host()
+        self.cancel_pin_dialog(host)
+        host.run("DLG_Finalize")
+        answer = host.command("fork")
+        self.assertEqual((FAILED, FAILED), (answer["first"], answer["second"]))
+        self.cancel_pin_dialog(host)
+
+
+class Unloading(LifeCase):
+    def test_after_finalise_the_library_stays_mapped_and_can_be_opened_again(self):
+        host = self.start_host()
+        self.cancel_pin_dialog(host)
+        host.run("DLG_Finalize")
+        self.reopen(host)
+
+    def test_without_finalise_too(self):
+        host = self.start_host()
+        self.cancel_pin_dialog(host)
+        self.assertEqual(1, host.run("DLG_PinPadShowVerificationDialog"))
+        self.reopen(host)
+
+    def test_while_a_dialog_is_open(self):
+        host = self.start_host()
+        call, window = self.show(host, PIN, TITLE)
+        host.command("dlclose")
+        self.screen.close_window(window)
+        self.assertEqual(CANCELLED, call.result())
+        host.command("dlopen")
+        self.cancel_pin_dialog(host)
+
+    def reopen(self, host):
+        for _ in range(3):
+            host.command("dlclose")
+            self.assertTrue(host.command("mapped")["mapped"])
+            host.command("dlopen")
+            self.cancel_pin_dialog(host)
+
+
 class Neighbours(LifeCase):
     def test_a_host_that_runs_a_glib_loop_gets_failures_and_goes_on(self):
         host = self.start_host()
@@ -267,6 +331,13 @@ class Neighbours(LifeCase):
         self.assertTrue(window.showing)
         host.command("toolkit stop")
         self.screen.wait_gone(window)
+        self.cancel_pin_dialog(host)
+
+    def test_a_host_that_has_started_gtk_itself_is_served(self):
+        host = self.start_host()
+        self.assertTrue(host.command("gtk-init")["started"])
+        self.cancel_pin_dialog(host)
+        host.run("DLG_Finalize")
         self.cancel_pin_dialog(host)
 
     def test_signal_dispositions_stay_the_hosts_own(self):

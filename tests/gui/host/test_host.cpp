@@ -18,8 +18,10 @@
 #include <thread>
 
 #include "arguments.h"
+#include "child_process.h"
 #include "export_calls.h"
 #include "glib_loop.h"
+#include "gtk_start.h"
 #include "host_toolkit.h"
 #include "json_line.h"
 #include "process_state.h"
@@ -231,6 +233,10 @@ bool Host::Change(const Words& words, JsonLine& line) {
         StartGlibLoop();
     } else if (words == Words{"glib-loop", "stop"}) {
         StopGlibLoop();
+    } else if (words == Words{"fork"}) {
+        ReportForkedCalls(FindSymbol("DLG_GetLocale"), FindSymbol("DLG_Finalize"), line);
+    } else if (words == Words{"gtk-init"}) {
+        line.Flag("started", StartGtk());
     } else if (words == Words{"toolkit", "start"}) {
         line.Flag("started", StartToolkit());
     } else if (words == Words{"toolkit", "stop"}) {
