@@ -7,7 +7,6 @@ a moment and take it back race with the program that has to look the key up.
 
 import contextlib
 import ctypes
-import struct
 import subprocess
 
 from .wait import StageError
@@ -19,12 +18,23 @@ c_atom = ctypes.c_ulong
 MODIFIERS = {"shift": "Shift_L", "ctrl": "Control_L", "alt": "Alt_L", "super": "Super_L"}
 CLIENT_MESSAGE = 33
 FORMAT_SIZES = {8: 1, 16: 2, 32: ctypes.sizeof(ctypes.c_long)}
+ALL_PLANES = ctypes.c_ulong(-1).value
+Z_PIXMAP = 2
 
 
 class _ClientMessage(ctypes.Structure):
     _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
                 ("display", c_display), ("window", c_window), ("message_type", c_atom),
                 ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("pad", ctypes.c_long * 24)]
+
+
+class _Image(ctypes.Structure):  # as far as it is looked at
+    _fields_ = [("width", ctypes.c_int), ("height", ctypes.c_int), ("xoffset", ctypes.c_int),
+                ("format", ctypes.c_int), ("data", ctypes.c_void_p),
+                ("byte_order", ctypes.c_int), ("bitmap_unit", ctypes.c_int),
+                ("bitmap_bit_order", ctypes.c_int), ("bitmap_pad", ctypes.c_int),
+                ("depth", ctypes.c_int), ("bytes_per_line", ctypes.c_int),
+                ("bits_per_pixel", ctypes.c_int)]
 
 
 def _load(name, prototypes):
@@ -60,6 +70,8 @@ _x11 = _load("libX11.so.6", {
     "XGetInputFocus": (_int, c_display, _pointer(c_window), _pointer(_int)),
     "XQueryTree": (_int, c_display, c_window, _pointer(c_window), _pointer(c_window),
                    _pointer(_void_p), _pointer(_uint)),
+    "XGetImage": (_pointer(_Image), c_display, c_window, _int, _int, _uint, _uint, _ulong, _int),
+    "XDestroyImage": (_int, _pointer(_Image)),
     "XDisplayKeycodes": (_int, c_display, _pointer(_int), _pointer(_int)),
     "XGetKeyboardMapping": (_void_p, c_display, ctypes.c_ubyte, _int, _pointer(_int)),
     "XChangeKeyboardMapping": (_int, c_display, _int, _int, _pointer(_ulong), _int),
@@ -268,28 +280,40 @@ class X11:
 
     def screenshot(self, path, area=None):
         """Writes a PNG file of the screen, or of the area (x, y, width, height) of it."""
-        crop = []
-        if area is not None:
-            crop = ["-crop", f"{area[2]}x{area[3]}{area[0]:+d}{area[1]:+d}", "+repage"]
-        subprocess.run(["convert", "xwd:-", *crop, f"png:{path}"], input=self._dump(), check=True)
+        width, height, pixels = self._read(area or self.geometry(self.root))
+        subprocess.run(["convert", "-size", f"{width}x{height}", "-depth", "8", "rgb:-",
+                        f"png:{path}"], input=pixels, check=True)
 
     def pixels(self, area):
         """The (red, green, blue) of every pixel of the screen in the area, row by row."""
-        dump = self._dump()
-        header = struct.unpack(">25I", dump[:100])
-        header_size, depth, width, height = (header[at] for at in (0, 3, 4, 5))
-        bits, line, colours = (header[at] for at in (11, 12, 19))
-        if depth != 24 or bits not in (24, 32):
-            raise StageError(f"cannot read a screen with {depth} bits of colour in {bits}")
-        start, size = header_size + 12 * colours, bits // 8
-        left, right = max(area[0], 0), min(area[0] + area[2], width)
-        found = []
-        for y in range(max(area[1], 0), min(area[1] + area[3], height)):
-            at = start + y * line
-            row = dump[at + size * left:at + size * right]
-            found += zip(row[2::size], row[1::size], row[0::size])
-        return found
+        pixels = self._read(area)[2]
+        return list(zip(pixels[0::3], pixels[1::3], pixels[2::3]))
 
-    def _dump(self):
-        return subprocess.run(["xwd", "-silent", "-root", "-display", self.name],
-                              stdout=subprocess.PIPE, check=True).stdout
+    def _read(self, area):
+        """(width, height, three bytes for each pixel) of what the area has on the screen.
+
+        The screen's own memory is read. Tools that put a picture together from the windows show
+        black for one that stands inside another and has a different visual.
+        """
+        screen = self.geometry(self.root)
+        left, top = max(area[0], 0), max(area[1], 0)
+        width = min(area[0] + area[2], screen[2]) - left
+        height = min(area[1] + area[3], screen[3]) - top
+        if width <= 0 or height <= 0:
+            return 0, 0, b""
+        image = _x11.XGetImage(self._display, self.root, left, top, width, height, ALL_PLANES,
+                               Z_PIXMAP)
+        if not image:
+            raise StageError(f"cannot read the screen at {area}")
+        try:
+            content = image.contents
+            if (content.depth, content.bits_per_pixel) != (24, 32):
+                raise StageError(f"cannot read a screen with {content.depth} bits of colour in "
+                                 f"{content.bits_per_pixel}")
+            data = ctypes.string_at(content.data, content.bytes_per_line * height)
+        finally:
+            _x11.XDestroyImage(image)
+        pixels = bytearray(3 * width * height)
+        for place in range(3):  # blue comes first in memory
+            pixels[place::3] = data[2 - place::4]
+        return width, height, bytes(pixels)
