@@ -5,7 +5,7 @@
 #include "dialogs/common/layout.h"
 #include "pin/legal_notice.h"
 #include "resources/catalogue_key.h"
-#include "resources/signature_picture.h"
+#include "resources/pictures.h"
 #include "resources/texts.h"
 
 namespace zeldlg {

@@ -9,4 +9,7 @@ namespace zeldlg {
 /// src/resources/art/signature.png
 std::span<const uint8_t> SignaturePng();
 
+/// src/resources/art/bio_token.png
+std::span<const uint8_t> BioTokenPng();
+
 }  // namespace zeldlg

@@ -22,12 +22,15 @@ struct Unref {
 }  // namespace
 
 wxString WrapText(wxWindow& window, const wxString& text, int width) {
+    return WrapText(window, window.GetFont(), text, width);
+}
+
+wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, int width) {
     const wxScopedCharBuffer utf8 = text.utf8_str();
     const std::unique_ptr<PangoLayout, Unref> layout(
         gtk_widget_create_pango_layout(window.GetHandle(), utf8));
     // The widget itself learns of a font that was set only when it is shown.
-    pango_layout_set_font_description(layout.get(),
-                                      window.GetFont().GetNativeFontInfo()->description);
+    pango_layout_set_font_description(layout.get(), font.GetNativeFontInfo()->description);
     pango_layout_set_width(layout.get(), width * PANGO_SCALE);
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     wxString wrapped;

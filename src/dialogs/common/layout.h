@@ -3,6 +3,7 @@
 
 #include <wx/button.h>
 #include <wx/colour.h>
+#include <wx/font.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
@@ -28,6 +29,9 @@ inline wxColour WarningColour() { return {255, 0, 0, 255}; }
 /// The text with line breaks where it would be wider than `width` pixels in the window's font;
 /// a word that is wider than that is broken as well.
 wxString WrapText(wxWindow& window, const wxString& text, int width = kTextWidth);
+/// The same in a font that the window itself does not use.
+wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text,
+                  int width = kTextWidth);
 
 /// A label that shows `text` literally (an ampersand is an ampersand), wrapped.
 wxStaticText* NewText(wxWindow* parent, const wxString& text);

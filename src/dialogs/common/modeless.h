@@ -11,8 +11,8 @@ namespace zeldlg {
 inline constexpr long kModelessStyle = wxCAPTION | wxSTAY_ON_TOP | wxDIALOG_NO_PARENT;
 static_assert(kModelessStyle == 0x20008020);
 
-/// Makes a window deaf to every attempt of the user or the window manager to close it, and keeps
-/// later dialogs from belonging to it: they would go when it goes.
+/// Makes a window deaf to every attempt of the user or the window manager to close it. Later
+/// dialogs open above it, but do not belong to it: they would go when it goes.
 void StayUntilHidden(wxDialog& window);
 
 /// Takes a window off the screen and has it destroyed.

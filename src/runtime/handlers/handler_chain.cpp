@@ -1,7 +1,10 @@
 #include "runtime/handlers/handler_chain.h"
 
+#include "runtime/handlers/biometric_notification_handler.h"
 #include "runtime/handlers/change_pin_handler.h"
 #include "runtime/handlers/digital_id_handler.h"
+#include "runtime/handlers/enrolment_hint_handler.h"
+#include "runtime/handlers/key_generation_handler.h"
 #include "runtime/handlers/legal_pin_handler.h"
 #include "runtime/handlers/message_box_handler.h"
 #include "runtime/handlers/pin_entry_handler.h"
@@ -13,14 +16,17 @@ namespace zeldlg {
 
 std::span<const RequestHandler> HandlerChain() {
     static constexpr RequestHandler kChain[] = {
-        HandleMessageBox,      // 0x1001 to 0x1007
-        HandleTokenSelection,  // 0x1201
-        HandlePinEntry,        // 0x1301, 0x1302
-        HandleTranslation,     // 0x1401 to 0x1403
-        HandleLegalPin,        // 0x1701, 0x1702
-        HandleDigitalId,       // 0x1801
-        HandleChangePin,       // 0x1981 to 0x1984
-        HandlePinPad,          // 0x1991 to 0x199e, tried last
+        HandleMessageBox,             // 0x1001 to 0x1007
+        HandleBiometricNotification,  // 0x1101 to 0x1104
+        HandleTokenSelection,         // 0x1201
+        HandlePinEntry,               // 0x1301, 0x1302
+        HandleTranslation,            // 0x1401 to 0x1403
+        HandleEnrolmentHint,          // 0x1501
+        HandleKeyGeneration,          // 0x1601, 0x1602
+        HandleLegalPin,               // 0x1701, 0x1702
+        HandleDigitalId,              // 0x1801
+        HandleChangePin,              // 0x1981 to 0x1984
+        HandlePinPad,                 // 0x1991 to 0x199e, tried last
     };
     return kChain;
 }

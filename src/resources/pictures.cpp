@@ -1,4 +1,4 @@
-#include "resources/signature_picture.h"
+#include "resources/pictures.h"
 
 #include <wx/image.h>
 #include <wx/mstream.h>
@@ -7,12 +7,19 @@
 
 namespace zeldlg {
 
-wxBitmap SignaturePicture() {
-    const auto file = SignaturePng();
+namespace {
+
+wxBitmap DecodePng(std::span<const uint8_t> file) {
     wxMemoryInputStream stream(file.data(), file.size());
     wxImage image;
     image.LoadFile(stream, wxBITMAP_TYPE_PNG);
     return {image};
 }
+
+}  // namespace
+
+wxBitmap SignaturePicture() { return DecodePng(SignaturePng()); }
+
+wxBitmap BioTokenPicture() { return DecodePng(BioTokenPng()); }
 
 }  // namespace zeldlg
