@@ -48,6 +48,8 @@ extern const Command kCrFailedCommand;
 extern const Command kPukLockedCommand;
 extern const Command kSelectTokenCommand;
 extern const Command kSelectIdCommand;
+extern const Command kUnblockMethodCommand;
+extern const Command kUnblockCrCommand;
 
 /* Prints a result code with its meaning. Returns the exit code that goes with it. */
 int ReportResult(uint32_t result);

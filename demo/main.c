@@ -20,7 +20,8 @@ static const Command* const kCommands[] = {
     &kAskExpiryCommand,   &kCrFailedCommand,
     &kPukLockedCommand,   &kBiometricErrorCommand,
     &kRetryCommand,       &kSelectTokenCommand,
-    &kSelectIdCommand,
+    &kSelectIdCommand,    &kUnblockMethodCommand,
+    &kUnblockCrCommand,
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 

@@ -12,8 +12,8 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 
 from stage import Screen, wait_until  # noqa: E402
 
-# File name, words of the command, title of the window, what is typed into each PIN field, the key
-# that ends the dialog, the program's exit code.
+# File name, words of the command, title of the window, what is typed into each field, the key that
+# ends the dialog, the program's exit code.
 SCENES = [
     ("pin", ["pin", "--label", "Identity card", "--reveal"], "Enter PIN", ["2468"], "Return", 0),
     ("pin-too-long", ["pin", "--label", "Identity card"], "Enter PIN", ["123456789"], "Escape", 1),
@@ -31,14 +31,19 @@ SCENES = [
     ("select-token", ["select-token", "--count", "5"], "Select a token", [], "Return", 0),
     ("select-id", ["select-id", "--auto", "--directory", "corp.example"], "Select Digital ID", [],
      "Return", 0),
+    ("unblock-method", ["unblock-method", "--no-puk"], "Unlock PIN", [], "Return", 0),
+    ("unblock-cr", ["unblock-cr", "--label", "Identity card", "--new-pin"], "Unlock PIN",
+     ["a1b2 c3d4 e5f6 0789", "13579", "13579"], "Return", 0),
     ("confirm-delete", ["confirm-delete"], "Question", [], "Escape", 0),
     ("biometric-error", ["biometric-error", "0x63C1"], "Error", [], "Escape", 0),
 ]
 
 
 def fill(screen, window, values):
-    fields = wait_until(lambda: (found := window.find_all("password text"))
-                        and len(found) >= len(values) and found)
+    def editable():
+        found = [node for node in window.walk() if "editable" in node.states]
+        return found if len(found) >= len(values) else None
+    fields = wait_until(editable, what=f"{len(values)} fields")
     for field, value in zip(fields, values):
         field.focus()
         screen.type_text(value, field)

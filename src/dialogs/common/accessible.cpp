@@ -9,10 +9,12 @@ namespace zeldlg {
 
 namespace {
 
-// What has the keyboard focus: of a control that scrolls, the widget inside.
+// What has the keyboard focus: of a control that scrolls or drops down, the widget inside.
 GtkWidget* FocusedWidget(const wxWindow& window) {
     GtkWidget* const widget = window.GetHandle();
-    return GTK_IS_SCROLLED_WINDOW(widget) ? gtk_bin_get_child(GTK_BIN(widget)) : widget;
+    return GTK_IS_SCROLLED_WINDOW(widget) || GTK_IS_COMBO_BOX(widget)
+               ? gtk_bin_get_child(GTK_BIN(widget))
+               : widget;
 }
 
 }  // namespace

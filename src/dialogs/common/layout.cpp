@@ -47,22 +47,35 @@ wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, in
     return wrapped;
 }
 
-wxStaticText* NewText(wxWindow* parent, const wxString& text) {
-    return new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(WrapText(*parent, text)));
-}
-
-wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
-    const wxArrayString lines = wxSplit(WrapText(*parent, text), '\n', '\0');
+ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines) {
+    const wxString wrapped = WrapText(window, text);
+    const wxArrayString lines = wxSplit(wrapped, '\n', '\0');
     if (lines.size() <= maxLines) {
-        return NewText(parent, text);
+        return {wrapped, false};
     }
     wxString shown;
     for (size_t line = 0; line < maxLines; ++line) {
         shown += lines[line] + (line + 1 < maxLines ? L"\n" : L"\u2026");
     }
-    auto* const heading = new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(shown));
-    heading->SetToolTip(text);
-    SetAccessibleName(*heading, text);
+    return {shown, true};
+}
+
+void TellWhole(wxWindow& window, const wxString& text) {
+    window.SetToolTip(text);
+    SetAccessibleName(window, text);
+}
+
+wxStaticText* NewText(wxWindow* parent, const wxString& text) {
+    return new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(WrapText(*parent, text)));
+}
+
+wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
+    const ElidedText elided = ElideText(*parent, text, maxLines);
+    auto* const heading =
+        new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(elided.shown));
+    if (elided.isCut) {
+        TellWhole(*heading, text);
+    }
     return heading;
 }
 

@@ -33,6 +33,16 @@ wxString WrapText(wxWindow& window, const wxString& text, int width = kTextWidth
 wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text,
                   int width = kTextWidth);
 
+/// A wrapped text of a limited number of lines; an ellipsis ends one that was cut.
+struct ElidedText {
+    wxString shown;
+    bool isCut;
+};
+ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines);
+
+/// Makes the whole of a text known that `window` shows cut: as tool tip and accessible name.
+void TellWhole(wxWindow& window, const wxString& text);
+
 /// A label that shows `text` literally (an ampersand is an ampersand), wrapped.
 wxStaticText* NewText(wxWindow* parent, const wxString& text);
 

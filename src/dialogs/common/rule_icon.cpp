@@ -33,14 +33,19 @@ void RuleIcon::SetMet(bool met) {
 
 void RuleIcon::Describe(bool met) { SetAccessibleName(*this, RuleState(m_rule, met)); }
 
-RuleIcon* AddRuleLine(wxWindow* parent, wxSizer* sizer, const wxString& rule, bool met) {
+RuleLine NewRuleLine(wxWindow* parent, const wxString& rule, bool met) {
     auto* const icon = new RuleIcon(parent, rule, met);
     auto* const line = new wxBoxSizer(wxHORIZONTAL);
     line->Add(icon, wxSizerFlags().CentreVertical());
     line->AddSpacer(layout::kLineGap * 2);
     line->Add(layout::NewText(parent, rule), wxSizerFlags().CentreVertical());
-    sizer->Add(line, wxSizerFlags().Border(wxTOP, layout::kLineGap));
-    return icon;
+    return {icon, line};
+}
+
+RuleIcon* AddRuleLine(wxWindow* parent, wxSizer* sizer, const wxString& rule, bool met) {
+    const RuleLine added = NewRuleLine(parent, rule, met);
+    sizer->Add(added.line, wxSizerFlags().Border(wxTOP, layout::kLineGap));
+    return added.icon;
 }
 
 }  // namespace zeldlg

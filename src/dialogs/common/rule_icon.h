@@ -21,7 +21,15 @@ private:
     bool m_met;
 };
 
-/// Adds a line with the icon and the rule in words. @return The icon.
+struct RuleLine {
+    RuleIcon* icon;
+    wxSizer* line;
+};
+
+/// Makes a line of the icon and the rule in words.
+RuleLine NewRuleLine(wxWindow* parent, const wxString& rule, bool met);
+
+/// Adds such a line below what `sizer` holds. @return The icon.
 RuleIcon* AddRuleLine(wxWindow* parent, wxSizer* sizer, const wxString& rule, bool met);
 
 }  // namespace zeldlg

@@ -1,6 +1,7 @@
 #include "runtime/handlers/handler_chain.h"
 
 #include "runtime/handlers/biometric_notification_handler.h"
+#include "runtime/handlers/challenge_response_handler.h"
 #include "runtime/handlers/change_pin_handler.h"
 #include "runtime/handlers/digital_id_handler.h"
 #include "runtime/handlers/enrolment_hint_handler.h"
@@ -11,6 +12,7 @@
 #include "runtime/handlers/pin_pad_handler.h"
 #include "runtime/handlers/token_selection_handler.h"
 #include "runtime/handlers/translation_handler.h"
+#include "runtime/handlers/unblock_method_handler.h"
 
 namespace zeldlg {
 
@@ -25,7 +27,9 @@ std::span<const RequestHandler> HandlerChain() {
         HandleKeyGeneration,          // 0x1601, 0x1602
         HandleLegalPin,               // 0x1701, 0x1702
         HandleDigitalId,              // 0x1801
+        HandleUnblockMethod,          // 0x1901
         HandleChangePin,              // 0x1981 to 0x1984
+        HandleChallengeResponse,      // 0x19f1
         HandlePinPad,                 // 0x1991 to 0x199e, tried last
     };
     return kChain;

@@ -53,7 +53,11 @@ class Words(DemoCase):
                       ["settings", "set", "k", "v", "binary", "abc"],
                       ["change-pin", "--bogus"], ["policy-check", "--enabled", "256"],
                       ["policy-check", "--enabled"], ["select-token", "--count", "1001"],
-                      ["select-token", "x"], ["select-id", "--bogus"]):
+                      ["select-token", "x"], ["select-id", "--bogus"],
+                      ["unblock-method", "x"], ["unblock-method", "--algorithm", "-1"],
+                      ["unblock-cr", "--bogus"], ["unblock-cr", "x"],
+                      ["unblock-cr", "--challenge", "abc"], ["unblock-cr", "--challenge", "0g"],
+                      ["unblock-cr", "--length", "2147483648"]):
             with self.subTest(words=words):
                 self.assertIn("zeldlg-demo" if not words else "", self.run_demo(*words, code=2))
 
@@ -172,6 +176,51 @@ class Selections(DemoCase):
         self.assertEqual((0, "always use it: yes\nresult 0x00000000 (confirmed)\n"),
                          self.choose("select-id", "--always", title="Select Digital ID",
                                      keys=["Return"]))
+
+
+class Unblocking(DemoCase):
+    def start_unlock(self, *words):
+        screen = Screen()
+        self.addCleanup(screen.close)
+        process = self.start(*words)
+        return screen, process, screen.find_window("Unlock PIN", process)
+
+    def test_method_and_algorithm_are_printed(self):
+        for words, keys, code, out in (
+                ([], ["Return"], 0,
+                 "result 0x00000000 (confirmed)\nmethod 1 (PUK)\nalgorithm at index 0\n"),
+                (["--no-puk", "--algorithm", "1", "--algorithm", "0"], ["Tab", "Down", "Return"], 0,
+                 "result 0x00000000 (confirmed)\nmethod 2 (off-line)\nalgorithm at index 1\n"),
+                (["--no-algorithms"], ["Escape"], 1, "result 0x80003001 (cancelled)\n")):
+            screen, process, _ = self.start_unlock("unblock-method", *words)
+            for key in keys:
+                screen.key(key)
+            self.assertEqual(out, process.communicate(timeout=60)[0])
+            self.assertEqual(code, process.returncode)
+
+    def unlock(self, *words, values):
+        screen, process, window = self.start_unlock("unblock-cr", *words)
+        fields = [window.find("text", "Response"), *window.find_all("password text")]
+        for field, value in zip(fields, values, strict=True):
+            field.focus()
+            screen.type_text(value, field)
+            wait_until(lambda: field.length == len(value))
+        wait_until(lambda: window.find("push button", "OK").enabled)
+        screen.key("Return", fields[-1])
+        out, err = process.communicate(timeout=60)
+        return process.returncode, out
+
+    def test_lengths_are_printed_and_values_only_when_asked_for(self):
+        confirmed = "result 0x00000000 (confirmed)\n"
+        self.assertEqual((0, confirmed + "response of 8 bytes\n"),
+                         self.unlock("--challenge", "00ff", values=["0123456789ABCDEF"]))
+        self.assertEqual((0, confirmed + "response of 2 bytes\nnew PIN of 5 bytes\n"),
+                         self.unlock("--length", "2", "--new-pin", values=["a1b2", *["73915"] * 2]))
+        self.assertEqual((0, confirmed + "response of 2 bytes: a1b2\nnew PIN of 5 bytes: 73915\n"),
+                         self.unlock("--length", "2", "--new-pin", "--reveal",
+                                     values=["A1B2", *["73915"] * 2]))
+        self.assertEqual((1, "result 0x80003000 (failed)\n"),
+                         self.unlock("--length", "2", "--capacity", "1", values=["a1b2"]))
 
 
 class Texts(DemoCase):

@@ -6,9 +6,11 @@ object, or a program, that does not answer any more raises Gone, which `wait_unt
 """
 
 import os
+import subprocess
 import time
 
 from .bus import Bus
+from .servers import dying_with_parent
 from .wait import Gone, StageError, scaled, wait_until
 from .x11 import X11
 
@@ -130,9 +132,18 @@ class Node:
         return self._get("Text", "CharacterCount")
 
     @property
+    def caret(self):
+        """Where the caret of an entry is, in characters."""
+        return self._get("Text", "CaretOffset")
+
+    @property
     def extents(self):
         """(x, y, width, height) on the screen, in pixels; a window's with its frame."""
         return tuple(self._call(ATSPI + "Component", "GetExtents", "(u)", ON_SCREEN)[0])
+
+    def character_extents(self, place):
+        """(x, y, width, height) of a character of a text on the screen, in pixels."""
+        return self._call(ATSPI + "Text", "GetCharacterExtents", "(iu)", place, ON_SCREEN)
 
     @property
     def process_id(self):
@@ -257,8 +268,10 @@ class Screen:
                 raise StageError(f"not on a stage: {name} is not set (use run_on_stage)")
         self.x11 = X11(environment["DISPLAY"])
         self.bus = Bus(environment["AT_SPI_BUS_ADDRESS"])
+        self._clipboard = None
 
     def close(self):
+        self._drop_clipboard()
         self.bus.close()
         self.x11.close()
 
@@ -338,6 +351,10 @@ class Screen:
                        if self.x11.geometry(number, frame=True) == place]
         return numbers[0] if len(numbers) == 1 else None
 
+    def belongs_to(self, window):
+        """The number of the window that this one belongs to, None when it stands on its own."""
+        return self.x11.transient_for(self.x11_window(window))
+
     def close_window(self, window):
         """Sends what the window manager sends for the close button, close box or not."""
         self.x11.send_delete(self.x11_window(window))
@@ -376,6 +393,33 @@ class Screen:
         """Presses for example `Tab`, `Return`, `Escape`, `shift+Tab`, `alt+s`, `ctrl+v`."""
         self.wait_focused(into)
         self.x11.key(combination)
+
+    # ---- clipboard
+
+    def set_clipboard(self, text):
+        """Offers the text for pasting, until the next one."""
+        self._drop_clipboard()
+        self._clipboard = subprocess.Popen(self._xclip("-quiet"), stdin=subprocess.PIPE,
+                                           stderr=subprocess.DEVNULL)
+        with self._clipboard.stdin as pipe:
+            pipe.write(text.encode())
+        wait_until(lambda: self.clipboard() == text, 10, "the text in the clipboard")
+
+    def clipboard(self):
+        """What can be pasted; None when nothing can."""
+        read = subprocess.run(self._xclip("-out"), stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL)
+        return read.stdout.decode() if read.returncode == 0 else None
+
+    def _xclip(self, *words):
+        return dying_with_parent(["xclip", "-display", self.x11.name, "-selection", "clipboard",
+                                  *words])
+
+    def _drop_clipboard(self):
+        if self._clipboard is not None:
+            self._clipboard.terminate()
+            self._clipboard.wait()
+            self._clipboard = None
 
     # ---- pictures
 

@@ -1,0 +1,121 @@
+#include "dialogs/select_unblock_method_dialog.h"
+
+#include <gtk/gtk.h>
+#include <wx/button.h>
+#include <wx/statline.h>
+
+#include "dialogs/common/accessible.h"
+#include "dialogs/common/dialog_style.h"
+#include "dialogs/common/layout.h"
+#include "dialogs/unblock_method.h"
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr long kDialogStyle = wxDEFAULT_DIALOG_STYLE | wxSTAY_ON_TOP;
+
+constexpr wxWindowID kPukId = 6402;
+constexpr wxWindowID kOfflineId = 6403;
+
+// What belongs to a choice stands below its text.
+constexpr int kIndent = 24;
+
+// The arrow of the list is no stop of its own for the Tab key: assistive technology does not know
+// of it, and Alt with Down does the same from the list's text.
+void SkipArrow(const wxComboBox& list) {
+    GtkWidget* const text = gtk_bin_get_child(GTK_BIN(list.GetHandle()));
+    const auto skip = +[](GtkWidget* part, gpointer) {
+        if (GTK_IS_BUTTON(part)) {
+            gtk_widget_set_can_focus(part, FALSE);
+        }
+    };
+    gtk_container_forall(GTK_CONTAINER(gtk_widget_get_parent(text)), skip, nullptr);
+}
+
+}  // namespace
+
+CSelectUnblockMethodDialog::CSelectUnblockMethodDialog(bool pukOffered,
+                                                       const std::vector<uint32_t>& algorithms)
+    : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Unlock PIN")), wxDefaultPosition,
+               wxDefaultSize, StyleForParent(nullptr, kDialogStyle)),
+      m_rows(new wxBoxSizer(wxVERTICAL)) {
+    AddPukChoice(pukOffered);
+    AddOfflineChoice(!algorithms.empty());
+    AddExplanation();
+    AddAlgorithms(algorithms);
+    AddButtons(pukOffered || !algorithms.empty());
+    (pukOffered || algorithms.empty() ? m_puk : m_offline)->SetValue(true);
+    ShowWhetherOffline();
+    Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { ShowWhetherOffline(); });
+    layout::Finish(*this, m_rows);
+}
+
+uint32_t CSelectUnblockMethodDialog::Method() const {
+    return UnblockMethodOf(m_puk->GetValue(), m_offline->GetValue());
+}
+
+uint32_t CSelectUnblockMethodDialog::AlgorithmIndex() const {
+    return AlgorithmIndexOf(m_algorithms->GetSelection());
+}
+
+// The toolkit wants one button of a group to be set: where nothing is offered it is this one,
+// unseen.
+void CSelectUnblockMethodDialog::AddPukChoice(bool offered) {
+    m_puk = new wxRadioButton(this, kPukId, Translate(CATALOGUE_KEY("Unlock PIN using the PUK")),
+                              wxDefaultPosition, wxDefaultSize, wxRB_GROUP);
+    m_puk->Show(offered);
+    if (offered) {
+        m_rows->Add(m_puk);
+        m_rows->Add(new wxStaticLine(this),
+                    wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, layout::kSectionGap));
+    }
+}
+
+void CSelectUnblockMethodDialog::AddOfflineChoice(bool offered) {
+    m_offline = new wxRadioButton(this, kOfflineId,
+                                  Translate(CATALOGUE_KEY("Unlock PIN via off-line PIN unlock")));
+    m_offline->Enable(offered);
+    m_rows->Add(m_offline);
+}
+
+void CSelectUnblockMethodDialog::AddExplanation() {
+    const wxString text =
+        Translate(CATALOGUE_KEY("Please select the unlocking algorithm from the drop-down box "
+                                "below. Your helpdesk can tell you which algorithm you should "
+                                "select."));
+    m_explanation = new CTextPanel(this, layout::WrapText(*this, text), GetFont());
+    m_rows->AddSpacer(layout::kSectionGap);
+    m_rows->Add(m_explanation, wxSizerFlags().Border(wxLEFT, kIndent));
+}
+
+void CSelectUnblockMethodDialog::AddAlgorithms(const std::vector<uint32_t>& algorithms) {
+    wxArrayString names;
+    for (const uint32_t code : algorithms) {
+        names.Add(AlgorithmName(code));
+    }
+    m_algorithms = new wxComboBox(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
+                                  names, wxCB_READONLY);
+    if (!names.empty()) {
+        m_algorithms->SetSelection(0);
+    }
+    SkipArrow(*m_algorithms);
+    SetAccessibleName(*m_algorithms, Translate(CATALOGUE_KEY("Unlocking algorithm")));
+    m_rows->AddSpacer(layout::kLineGap * 2);
+    m_rows->Add(m_algorithms, wxSizerFlags().Expand().Border(wxLEFT, kIndent));
+}
+
+void CSelectUnblockMethodDialog::AddButtons(bool anyOffered) {
+    const layout::ButtonRow buttons =
+        layout::AddButtonRow(this, m_rows, Translate(CATALOGUE_KEY("OK")));
+    buttons.ok->Enable(anyOffered);
+}
+
+void CSelectUnblockMethodDialog::ShowWhetherOffline() {
+    m_explanation->Enable(m_offline->GetValue());
+    m_algorithms->Enable(m_offline->GetValue());
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,46 @@
+// Asks how a blocked PIN shall be unblocked: with the PUK, or off-line with the help desk and one
+// of its algorithms.
+#pragma once
+
+#include <wx/combobox.h>
+#include <wx/dialog.h>
+#include <wx/radiobut.h>
+#include <wx/sizer.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "dialogs/text_panel.h"
+
+namespace zeldlg {
+
+class CSelectUnblockMethodDialog : public wxDialog {
+public:
+    /// Opens with the first method that is offered.
+    /// @param algorithms Codes, in the order of the list; the off-line unlock is offered when there
+    ///                   is one.
+    CSelectUnblockMethodDialog(bool pukOffered, const std::vector<uint32_t>& algorithms);
+
+    /// 1 for the PUK, 2 for the off-line unlock.
+    uint32_t Method() const;
+
+    /// Place of the selected algorithm, 0 for the first; also when the PUK is chosen.
+    uint32_t AlgorithmIndex() const;
+
+private:
+    void AddPukChoice(bool offered);
+    void AddOfflineChoice(bool offered);
+    void AddExplanation();
+    void AddAlgorithms(const std::vector<uint32_t>& algorithms);
+    void AddButtons(bool anyOffered);
+
+    void ShowWhetherOffline();
+
+    wxBoxSizer* m_rows;
+    wxRadioButton* m_puk = nullptr;
+    wxRadioButton* m_offline = nullptr;
+    CTextPanel* m_explanation = nullptr;
+    wxComboBox* m_algorithms = nullptr;
+};
+
+}  // namespace zeldlg

@@ -1,0 +1,216 @@
+#include "dialogs/unlock_with_cr_dialog.h"
+
+#include <gtk/gtk.h>
+#include <wx/arrstr.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "dialogs/challenge_text.h"
+#include "dialogs/common/accessible.h"
+#include "dialogs/common/dialog_style.h"
+#include "dialogs/common/layout.h"
+#include "dialogs/response_decoder.h"
+#include "dialogs/text_panel.h"
+#include "pin/ascii_filter.h"
+#include "pin/pin_field.h"
+#include "pin/secure_text_control.h"
+#include "resources/catalogue_key.h"
+#include "resources/texts.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr long kDialogStyle = wxDEFAULT_DIALOG_STYLE | wxSTAY_ON_TOP;
+constexpr size_t kHeadingLines = 4;
+constexpr size_t kSerialNumberLines = 4;
+constexpr size_t kChallengeLines = 4;
+// Challenge and response are read out and typed digit by digit: they are shown larger.
+constexpr double kCodeFontScale = 1.2;
+constexpr size_t kCodeDigits = 36;
+constexpr int kCodePadding = 6;
+// What the border of a field and a bar that scrolls it may take besides.
+constexpr int kFieldFrame = 20;
+
+// What a field takes to show so many lines of a code.
+wxSize CodeSize(const wxWindow& field, int lines) {
+    return {field.GetTextExtent(wxString('0', kCodeDigits)).x + 2 * kCodePadding + kFieldFrame,
+            lines * field.GetCharHeight() + 2 * kCodePadding + 2};
+}
+
+// Long challenges are wrapped, very long ones scroll.
+int ChallengeLines(wxTextCtrl& field) {
+    const wxString shown = field.GetValue().Left(kChallengeLines * kCodeDigits);
+    const int width = field.GetTextExtent(wxString('0', kCodeDigits)).x;
+    const size_t lines = wxSplit(layout::WrapText(field, shown, width), '\n', '\0').size();
+    return static_cast<int>(std::max<size_t>(lines, 1));
+}
+
+}  // namespace
+
+CUnlockWithCRDialog::CUnlockWithCRDialog(const UnlockWithCRPrompt& prompt)
+    : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Unlock PIN")), wxDefaultPosition,
+               wxDefaultSize, StyleForParent(nullptr, kDialogStyle)),
+      m_prompt(prompt),
+      m_asciiOnly(IsPinLimitedToAscii()),
+      m_rows(new wxBoxSizer(wxVERTICAL)),
+      m_grid(new wxFlexGridSizer(2, layout::kLineGap * 2, layout::kSectionGap)) {
+    CSecureTextControl::MeasureFieldWidth(this);
+    AddHeading();
+    m_rows->Add(m_grid, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+    AddChallenge();
+    AddSerialNumber();
+    AddResponse();
+    if (m_prompt.askNewPin) {
+        AddNewPin();
+    }
+    AddButtons();
+    Revalidate();
+    Bind(wxEVT_TEXT, &CUnlockWithCRDialog::OnText, this);
+    layout::Finish(*this, m_rows);
+    m_responseField->SetFocus();
+}
+
+std::string CUnlockWithCRDialog::Response() const {
+    return DecodeResponse(m_responseField->GetValue().ToStdWstring());
+}
+
+std::string CUnlockWithCRDialog::NewPin() const {
+    return m_prompt.askNewPin ? ToUtf8(m_pinField->GetValue()) : std::string();
+}
+
+void CUnlockWithCRDialog::AddHeading() {
+    const wxString text =
+        FormatTranslated(CATALOGUE_KEY("Unlocking the PIN for \"%s\":"), m_prompt.tokenLabel);
+    const layout::ElidedText elided = layout::ElideText(*this, text, kHeadingLines);
+    auto* const heading = new CTextPanel(this, elided.shown, GetFont());
+    if (elided.isCut) {
+        layout::TellWhole(*heading, text);
+    }
+    m_rows->Add(heading);
+}
+
+void CUnlockWithCRDialog::AddChallenge() {
+    wxStaticText* const label = NewLabel(CATALOGUE_KEY("Challenge:"));
+    auto* const field =
+        new wxTextCtrl(this, wxID_ANY, ChallengeText(m_prompt.challenge), wxDefaultPosition,
+                       wxDefaultSize, wxTE_MULTILINE | wxTE_READONLY | wxTE_CHARWRAP);
+    field->SetFont(CodeFont());
+    layout::PadText(*field, kCodePadding);
+    field->SetBackgroundColour(GetBackgroundColour());  // it looks as little editable as it is
+    field->SetMinSize(CodeSize(*field, ChallengeLines(*field)));
+    field->ShowPosition(0);
+    // A bar that only shows when the mouse is near would leave the rest unnoticed.
+    gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(field->GetHandle()), FALSE);
+    SetLabelFor(*label, *field);
+    AddRow(label, field);
+}
+
+void CUnlockWithCRDialog::AddSerialNumber() {
+    wxStaticText* const label = NewLabel(CATALOGUE_KEY("Token serial number:"));
+    AddRow(label, layout::NewHeading(this, m_prompt.serialNumber, kSerialNumberLines));
+}
+
+void CUnlockWithCRDialog::AddResponse() {
+    wxStaticText* const label = NewLabel(CATALOGUE_KEY("Response:"));
+    m_responseField = new ResponseField(this);
+    m_responseField->SetFont(CodeFont());
+    wxSize size = CodeSize(*m_responseField, 1);
+    size.IncTo({wxDefaultCoord, m_responseField->GetBestSize().y});
+    m_responseField->SetMinSize(size);
+    SetLabelFor(*label, *m_responseField);
+    const RuleLine rule = NewRuleLine(
+        this, FormatTranslated(CATALOGUE_KEY("Response is %d bytes long"), m_prompt.responseLength),
+        m_responseOk);
+    m_responseIcon = rule.icon;
+    auto* const row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(m_responseField, wxSizerFlags().CentreVertical());
+    row->AddSpacer(layout::kSectionGap);
+    row->Add(rule.line, wxSizerFlags().CentreVertical());
+    m_grid->Add(label, wxSizerFlags().CentreVertical());
+    m_grid->Add(row);
+}
+
+void CUnlockWithCRDialog::AddNewPin() {
+    m_grid->AddSpacer(layout::kLineGap);
+    m_grid->AddSpacer(layout::kLineGap);
+    m_pinField = AddPinField(CATALOGUE_KEY("Enter new PIN:"));
+    m_confirmField = AddPinField(CATALOGUE_KEY("Confirm new PIN:"));
+    AddPinRules();
+}
+
+wxTextCtrl* CUnlockWithCRDialog::AddPinField(const char* text) {
+    wxStaticText* const label = NewLabel(text);
+    wxTextCtrl* const field = NewPinField(this, *label);
+    if (m_asciiOnly) {
+        SetAsciiFilter(*field);
+    }
+    AddRow(label, field);
+    return field;
+}
+
+void CUnlockWithCRDialog::AddPinRules() {
+    auto* const rules = new wxBoxSizer(wxVERTICAL);
+    const NewPinBounds& bounds = m_prompt.newPinBounds;
+    m_minIcon = AddRuleLine(
+        this, rules, FormatTranslated(CATALOGUE_KEY("Minimum PIN length %d bytes"), bounds.min),
+        false);
+    m_maxIcon = AddRuleLine(
+        this, rules, FormatTranslated(CATALOGUE_KEY("Maximum PIN length %d bytes"), bounds.max),
+        false);
+    m_equalIcon =
+        AddRuleLine(this, rules, Translate(CATALOGUE_KEY("PIN equal to Confirmed PIN")), false);
+    m_grid->AddSpacer(0);
+    m_grid->Add(rules);
+}
+
+void CUnlockWithCRDialog::AddButtons() {
+    m_okButton = layout::AddButtonRow(this, m_rows, Translate(CATALOGUE_KEY("OK"))).ok;
+}
+
+void CUnlockWithCRDialog::AddRow(wxStaticText* label, wxWindow* field) {
+    m_grid->Add(label, wxSizerFlags().CentreVertical());
+    m_grid->Add(field, wxSizerFlags().CentreVertical());
+}
+
+wxStaticText* CUnlockWithCRDialog::NewLabel(const char* text) {
+    return layout::NewText(this, Translate(text));
+}
+
+wxFont CUnlockWithCRDialog::CodeFont() const {
+    const double size = GetFont().GetFractionalPointSize() * kCodeFontScale;
+    return wxFontInfo(size).Family(wxFONTFAMILY_TELETYPE);
+}
+
+void CUnlockWithCRDialog::OnText(wxCommandEvent& event) {
+    if (m_asciiOnly) {
+        RemoveNonAscii(*static_cast<wxTextCtrl*>(event.GetEventObject()));
+    }
+    Revalidate();
+}
+
+void CUnlockWithCRDialog::Revalidate() {
+    if (m_prompt.askNewPin) {
+        CheckPins();
+    }
+    CheckResponse();
+    m_okButton->Enable(m_responseOk && m_pinLengthOk && m_pinsEqual);
+}
+
+void CUnlockWithCRDialog::CheckPins() {
+    const NewPinRules rules = CheckNewPin(m_prompt.newPinBounds, ToUtf8(m_pinField->GetValue()),
+                                          ToUtf8(m_confirmField->GetValue()));
+    m_pinLengthOk = rules.LengthOk();
+    m_pinsEqual = rules.equal;
+    m_minIcon->SetMet(rules.minOk);
+    m_maxIcon->SetMet(rules.maxOk);
+    m_equalIcon->SetMet(rules.equal);
+}
+
+void CUnlockWithCRDialog::CheckResponse() {
+    m_responseOk = std::cmp_equal(Response().size(), m_prompt.responseLength);
+    m_responseIcon->SetMet(m_responseOk);
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,69 @@
+#include "runtime/handlers/challenge_response_handler.h"
+
+#include <zeldlg/zeldlg.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "dialogs/common/window_ptr.h"
+#include "dialogs/unlock_with_cr_dialog.h"
+#include "resources/texts.h"
+#include "runtime/handlers/delivery.h"
+#include "runtime/reply_block.h"
+#include "runtime/request_codes.h"
+
+namespace zeldlg {
+
+namespace {
+
+std::string BytesOf(const ByteBuffer* buffer) {
+    if (buffer == nullptr || (buffer->data == nullptr && buffer->length != 0)) {
+        throw std::invalid_argument("no challenge");
+    }
+    return {buffer->data, buffer->data + buffer->length};
+}
+
+UnlockWithCRPrompt PromptOf(const ChallengeResponseRequest& request) {
+    return {.tokenLabel = HostText(request.tokenLabel),
+            .challenge = BytesOf(request.challenge),
+            .serialNumber = HostText(request.serialNumber),
+            .responseLength = request.responseLength,
+            .newPinBounds = {.min = request.minPinLength, .max = request.maxPinLength},
+            .askNewPin = request.askNewPin != 0};
+}
+
+// Both values or neither; the PIN fields are left alone when no new PIN was asked for.
+int32_t DeliverUnlock(const CUnlockWithCRDialog& dialog, bool askNewPin,
+                      ChallengeResponseBuffers& buffers) {
+    const std::string response = dialog.Response();
+    const std::string newPin = dialog.NewPin();
+    if (!Fits(response, buffers.response, buffers.responseLength) ||
+        (askNewPin && !Fits(newPin, buffers.newPin, buffers.newPinLength))) {
+        return kNotDelivered;
+    }
+    Deliver(response, buffers.response, buffers.responseLength);
+    if (askNewPin) {
+        Deliver(newPin, buffers.newPin, buffers.newPinLength);
+    }
+    return wxID_OK;
+}
+
+}  // namespace
+
+bool HandleChallengeResponse(CMessage* message) {
+    if (message->Code() != kUnblockThroughCr) {
+        return false;
+    }
+    const UnlockWithCRPrompt prompt =
+        PromptOf(*message->Param1As<const ChallengeResponseRequest>());
+    auto& reply = *message->Param2As<ChangeReply>();
+    const auto dialog = MakeWindow<CUnlockWithCRDialog>(prompt);
+    reply.returnCode = dialog->ShowModal();
+    if (reply.returnCode == wxID_OK) {
+        reply.returnCode = DeliverUnlock(*dialog, prompt.askNewPin,
+                                         *reinterpret_cast<ChallengeResponseBuffers*>(reply.extra));
+    }
+    return true;
+}
+
+}  // namespace zeldlg

@@ -1,0 +1,72 @@
+// The response field against what only the toolkit's inside brings about: texts that an input
+// method puts in, and repaints.
+#include "dialogs/unlock_with_cr_dialog.h"
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include "test_app.h"
+
+namespace zeldlg {
+
+namespace {
+
+using test::PumpUntil;
+
+class UnlockWithCr : public testing::Test {
+protected:
+    UnlockWithCr()
+        : m_dialog(new CUnlockWithCRDialog({.tokenLabel = "Card",
+                                            .challenge = "\x01",
+                                            .serialNumber = "1",
+                                            .responseLength = 8,
+                                            .newPinBounds = {.min = 4, .max = 8},
+                                            .askNewPin = false})) {
+        for (wxWindow* const child : m_dialog->GetChildren()) {
+            auto* const field = dynamic_cast<wxTextCtrl*>(child);
+            if (field != nullptr && field->IsEditable()) {
+                m_field = field;
+            }
+        }
+    }
+    ~UnlockWithCr() override {
+        m_dialog->Destroy();
+        wxTheApp->ProcessIdle();
+    }
+
+    // What an input method does with a finished text, at any time.
+    void Commit(const char* text) {
+        g_signal_emit_by_name(m_field->GetHandle(), "insert-at-cursor", text);
+        wxTheApp->ProcessPendingEvents();
+    }
+
+    CUnlockWithCRDialog* m_dialog;
+    wxTextCtrl* m_field = nullptr;
+};
+
+TEST_F(UnlockWithCr, ATextOfAnInputMethodIsTakenBackWithoutMovingTheCaret) {
+    m_field->SetValue("112233");
+    m_field->SetInsertionPoint(2);
+    Commit("aB ");
+    EXPECT_EQ(m_field->GetValue(), "11aB 2233");
+    EXPECT_EQ(m_field->GetInsertionPoint(), 5);
+    for (const char* const text : {"g", "12g34", "\xE6\xBC\xA2"}) {
+        Commit(text);
+        EXPECT_EQ(m_field->GetValue(), "11aB 2233") << text;
+        EXPECT_EQ(m_field->GetInsertionPoint(), 5) << text;
+    }
+}
+
+TEST_F(UnlockWithCr, WhatIsTypedAfterARefusedTextStaysInOrder) {
+    m_field->SetValue("1122");
+    m_field->SetInsertionPoint(2);
+    for (const char* const text : {"g", "3", "x", "4"}) {
+        g_signal_emit_by_name(m_field->GetHandle(), "insert-at-cursor", text);
+    }
+    wxTheApp->ProcessPendingEvents();
+    EXPECT_EQ(m_field->GetValue(), "113422");
+}
+
+}  // namespace
+
+}  // namespace zeldlg
