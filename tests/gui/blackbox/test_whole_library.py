@@ -53,17 +53,22 @@ class Walk(StageTestCase):
                 field.focus()
                 self.screen.type_text(value, field)
                 wait_until(lambda: field.length == len(value), what="the typed characters")
-            wait_until(lambda: window.find("push button", "OK").enabled, what="OK enabled",
+            wait_until(lambda: self.confirm_button(window).enabled, what="OK enabled",
                        seen=window.dump)
             self.screen.key("Return", fields[-1])
         return answer
+
+    @staticmethod
+    def confirm_button(window):
+        return next(button for button in window.find_all("push button")
+                    if button.name in ("OK", "Sign"))
 
     def respond(self, digits):
         def answer(window):
             field = window.find_all("text")[-1]
             field.focus()
             self.screen.type_text(digits, field)
-            wait_until(lambda: window.find("push button", "OK").enabled, what="OK enabled",
+            wait_until(lambda: self.confirm_button(window).enabled, what="OK enabled",
                        seen=window.dump)
             self.screen.key("Return", field)
         return answer
