@@ -151,10 +151,12 @@ const Command kConfirmDeleteCommand = {
     .synopsis = "confirm-delete [OPTION...]",
     .summary = "Ask whether a certificate may be deleted",
     .options =
-        "  --application TEXT name of the application\n"
-        "  --label TEXT       label of the token\n"
-        "  --issued-to TEXT   --issued-by TEXT\n"
-        "  --from DATE        --to DATE\n" ANSWER_HELP,
+        "  --application TEXT  name of the application\n"
+        "  --label TEXT        label of the token\n"
+        "  --issued-to TEXT, --issued-by TEXT\n"
+        "                      names in the certificate\n"
+        "  --from DATE, --to DATE\n"
+        "                      bounds of its validity\n" ANSWER_HELP,
     .run = RunConfirmDelete,
 };
 
