@@ -1,4 +1,5 @@
-# Where a Debian user expects things: library, header, pkg-config file, CMake package, program.
+# Where a Debian user expects things: library, header, pkg-config file, CMake package, program,
+# shipped settings. Each component is a package (Packages.cmake); catalogues belong to `runtime`.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zeldlglib EXPORT zeldlgTargets
@@ -6,8 +7,12 @@ install(TARGETS zeldlglib EXPORT zeldlgTargets
                 NAMELINK_COMPONENT development
         INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/zeldlg DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+# The library reads /usr/share/tessaly/registry: under another prefix the file is a sample.
+install(FILES packaging/registry DESTINATION ${CMAKE_INSTALL_DATADIR}/tessaly COMPONENT runtime)
 if(ZELDLG_BUILD_DEMO)
     install(TARGETS zeldlg-demo DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+    install(FILES $<TARGET_PROPERTY:zeldlg-demo,MANUAL>
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
 endif()
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zeldlg)

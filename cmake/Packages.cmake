@@ -1,0 +1,105 @@
+# Debian packages, one for each component: library, development files, demonstration. script/package
+# makes them.
+set(ZELDLG_MAINTAINER "libzeldlglib maintainers <maintainers@zeldlg.example>" CACHE STRING
+    "Maintainer of the Debian packages")
+
+set(package_runtime libzeldlglib${PROJECT_VERSION_MAJOR})
+set(package_development libzeldlglib-dev)
+set(package_tools zeldlg-tools)
+set(components runtime development)
+if(ZELDLG_BUILD_DEMO)
+    list(APPEND components tools)
+endif()
+set(packaging_dir ${PROJECT_SOURCE_DIR}/packaging)
+set(generated_dir ${PROJECT_BINARY_DIR}/packaging)
+
+# What every package has under share/doc.
+function(compress input output)
+    add_custom_command(OUTPUT ${generated_dir}/${output}.gz
+        COMMAND ${CMAKE_COMMAND} -E copy ${input} ${generated_dir}/${output}
+        COMMAND gzip -9nf ${generated_dir}/${output}
+        DEPENDS ${input} VERBATIM)
+endfunction()
+compress(${packaging_dir}/changelog changelog.Debian)
+compress(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog)
+set(changelogs ${generated_dir}/changelog.Debian.gz ${generated_dir}/changelog.gz)
+add_custom_target(zeldlg-changelogs ALL DEPENDS ${changelogs})
+foreach(component IN LISTS components)
+    install(FILES ${packaging_dir}/copyright ${changelogs}
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_${component}}
+            COMPONENT ${component})
+    install(FILES ${packaging_dir}/lintian-overrides
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+            RENAME ${package_${component}} COMPONENT ${component})
+endforeach()
+
+set(CPACK_PACKAGE_NAME zeldlg)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_COMPONENTS_ALL ${components})
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+# Each package has a summary of its own.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+set(CPACK_DEBIAN_PACKAGE_SOURCE zeldlg)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${ZELDLG_MAINTAINER})
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(same_version "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+set(common_description
+    "libzeldlglib shows the dialogs of a smart-card and security-token middleware:
+PIN entry, change of PIN and PUK, PIN-pad prompts, selection of tokens and
+digital IDs, unblocking, questions and notices.")
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${package_runtime})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
+    "dialogs of a smart-card and security-token middleware
+${common_description}
+.
+This package has the shared library and the shipped settings.")
+file(WRITE ${generated_dir}/shlibs
+     "libzeldlglib ${PROJECT_VERSION_MAJOR} ${package_runtime} (>= ${PROJECT_VERSION})\n")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+    ${packaging_dir}/control/symbols ${packaging_dir}/control/triggers ${generated_dir}/shlibs
+    # Two files that are not there keep CPack from writing scripts that call ldconfig: the trigger
+    # does that.
+    ${packaging_dir}/control/postinst ${packaging_dir}/control/postrm)
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ${package_development})
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${package_runtime} ${same_version}")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+    "dialogs of a smart-card middleware (development files)
+${common_description}
+.
+This package has what a host is built with: header, CMake package, pkg-config
+file, and examples of hosts.")
+
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${package_tools})
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
+# The program loads the library at run time, which shlibdeps cannot see, and reads the same
+# settings file.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${package_runtime} ${same_version}")
+set(CPACK_DEBIAN_TOOLS_DESCRIPTION
+    "dialogs of a smart-card middleware (demonstration)
+${common_description}
+.
+This package has zeldlg-demo, which shows each dialog and prints what a host
+receives, and which reads and changes the settings.")
+
+include(CPack)
+
+# The packages of an older version would be taken for those of this one.
+set(packages_dir ${PROJECT_BINARY_DIR}/packages)
+add_custom_target(zeldlg-packages
+    COMMAND ${CMAKE_COMMAND} -E rm -rf ${packages_dir}
+    COMMAND ${CMAKE_CPACK_COMMAND} -G DEB -B ${packages_dir}
+    VERBATIM)
+set_target_properties(zeldlg-packages PROPERTIES PACKAGES_DIR ${packages_dir})
