@@ -33,6 +33,11 @@ foreach(component IN LISTS components)
             RENAME ${package_${component}} COMPONENT ${component})
 endforeach()
 
+install(FILES docs/settings.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_runtime}
+        COMPONENT runtime)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_development}
+        COMPONENT development)
+
 set(CPACK_PACKAGE_NAME zeldlg)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_COMPONENTS_ALL ${components})

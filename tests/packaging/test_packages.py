@@ -36,12 +36,14 @@ def documents(package):
 
 CONTENTS = {
     LIBRARY: {f"{LIB}/libzeldlglib.so.3", f"{LIB}/libzeldlglib.so.3.0.0",
-              "usr/share/tessaly/registry"},
+              "usr/share/tessaly/registry", f"usr/share/doc/{LIBRARY}/settings.md"},
     DEVELOPMENT: {f"{LIB}/libzeldlglib.so", "usr/include/zeldlg/zeldlg.h",
                   f"{LIB}/cmake/zeldlg/zeldlgConfig.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgConfigVersion.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgTargets-relwithdebinfo.cmake",
-                  f"{LIB}/cmake/zeldlg/zeldlgTargets.cmake", f"{LIB}/pkgconfig/zeldlg.pc"},
+                  f"{LIB}/cmake/zeldlg/zeldlgTargets.cmake", f"{LIB}/pkgconfig/zeldlg.pc",
+                  *(f"usr/share/doc/{DEVELOPMENT}/examples/{name}"
+                    for name in os.listdir(f"{ROOT}/examples"))},
     TOOLS: {"usr/bin/zeldlg-demo", "usr/share/man/man1/zeldlg-demo.1.gz"},
 }
 CONTROL = {LIBRARY: {"control", "md5sums", "shlibs", "symbols", "triggers"},

@@ -1,0 +1,188 @@
+#!/usr/bin/python3
+"""The example hosts, built here and as a stranger would, used by a person at the keyboard."""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from stage import Screen, wait_until
+
+BUILD = os.environ["ZELDLG_BUILD"]
+LIBRARY = os.environ["ZELDLG_LIBRARY"]
+EXAMPLES = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", "examples"))
+WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Werror"]
+
+
+class ExampleCase(unittest.TestCase):
+    def setUp(self):
+        self.screen = Screen()
+        self.addCleanup(self.screen.close)
+
+    def start(self, *command, **environment):
+        variables = {name: value for name, value in {**os.environ, **environment}.items() if value}
+        process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                   text=True, env=variables)
+        self.addCleanup(process.communicate)
+        self.addCleanup(process.kill)
+        return process
+
+    def answer(self, process, title, *values, key="Return"):
+        """Types the values into the fields of the window, and presses the key."""
+        window = self.screen.find_window(title, process)
+        fields = wait_until(lambda: len(found := window.find_all("password text")) >= len(values)
+                            and found, what="the fields") if values else []
+        for field, value in zip(fields, values):
+            field.focus()
+            self.screen.type_text(value, field)
+            wait_until(lambda: field.length == len(value), what="the typed characters")
+        if key == "Return":
+            wait_until(lambda: any("default" in button.states and button.enabled
+                                   for button in window.find_all("push button")),
+                       what="a default button that can be pressed", seen=window.dump)
+        texts = window.texts()
+        self.screen.key(key)
+        self.screen.wait_gone(window)
+        return texts
+
+    def ends(self, process, code, *said):
+        out, err = process.communicate(timeout=60)
+        self.assertEqual(code, process.returncode, out + err)
+        for text in said:
+            self.assertIn(text, out + err)
+        return out + err
+
+
+class Linked(ExampleCase):
+    """What holds for the C and the C++ host however they were built."""
+
+    directory = os.path.join(BUILD, "bin", "examples")
+    library_path = None
+
+    def start_host(self, name, **environment):
+        return self.start(os.path.join(self.directory, name),
+                          LD_LIBRARY_PATH=self.library_path, **environment)
+
+    def test_the_login_goes_on_until_the_pin_is_right(self):
+        process = self.start_host("login")
+        self.answer(process, "Enter PIN", "1357")
+        self.assertIn("PIN incorrect", self.answer(process, "Enter PIN", "2468"))
+        self.assertNotIn("2468", self.ends(process, 0, "logged in"))
+
+    def test_the_pin_is_changed_while_the_main_thread_goes_on(self):
+        process = self.start_host("change_pin")
+        self.answer(process, "Change transport PIN", "2468", "blue17", "blue17")
+        said = self.ends(process, 0, "to be changed: 4 bytes to 6 bytes")
+        self.assertGreater(int(said.split()[-1]), 1)
+        self.assertNotIn("blue17", said)
+
+
+class BuiltHere(Linked):
+    def test_cancel_ends_them(self):
+        for name, title in (("login", "Enter PIN"), ("change_pin", "Change transport PIN")):
+            process = self.start_host(name)
+            self.answer(process, title, key="Escape")
+            self.ends(process, 1, "cancelled")
+
+    def test_three_wrong_pins_lock_the_token(self):
+        process = self.start_host("login")
+        for _ in range(3):
+            self.answer(process, "Enter PIN", "1357")
+        self.answer(process, "Token locked")
+        self.ends(process, 1, "locked")
+
+    def test_the_longest_pin_fits(self):
+        process = self.start_host("login")
+        self.answer(process, "Enter PIN", "\u6f22" * 8)
+        self.assertIn("PIN incorrect", self.answer(process, "Enter PIN", key="Escape"))
+        self.ends(process, 1, "cancelled")
+
+    def test_without_a_display_they_say_so(self):
+        for name in ("login", "change_pin"):
+            self.ends(self.start_host(name, DISPLAY=""), 2, "Is there a display?")
+
+
+class Python(ExampleCase):
+    def start_host(self, **environment):
+        return self.start(sys.executable, os.path.join(EXAMPLES, "sign.py"), LIBRARY,
+                          **environment)
+
+    def test_it_signs_with_the_pin(self):
+        process = self.start_host()
+        self.answer(process, "Enter PIN", "975310")
+        self.assertNotIn("975310", self.ends(process, 0, "signing with a PIN of 6 bytes"))
+
+    def test_cancel_ends_it(self):
+        process = self.start_host()
+        self.answer(process, "Enter PIN", key="Escape")
+        self.ends(process, 1, "cancelled")
+
+    def test_without_a_display_it_says_so(self):
+        self.ends(self.start_host(DISPLAY=""), 2, "is there a display?")
+
+
+class Installed(Linked):
+    """Built against an installation under another prefix; without tests of its own."""
+
+    @classmethod
+    def setUpClass(cls):
+        scratch = tempfile.TemporaryDirectory(prefix="zeldlg-installed-")
+        cls.addClassCleanup(scratch.cleanup)
+        cls.directory = os.path.join(scratch.name, "build")
+        cls.prefix = os.path.join(scratch.name, "prefix")
+        for component in ("runtime", "development"):
+            cls.command("cmake", "--install", BUILD, "--prefix", cls.prefix, "--component",
+                        component)
+        cls.build()
+
+    @staticmethod
+    def command(*words, **environment):
+        result = subprocess.run(words, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                                env={**os.environ, **environment})
+        if result.returncode != 0:
+            raise AssertionError(f"{' '.join(words)}\n{result.stdout}")
+        return result.stdout
+
+    def used_library(self, name):
+        lines = self.command("ldd", os.path.join(self.directory, name),
+                             LD_LIBRARY_PATH=self.library_path or "").splitlines()
+        return next(line.split()[2] for line in lines if "libzeldlglib" in line)
+
+    def test_the_installed_library_is_used(self):
+        for name in ("login", "change_pin"):
+            self.assertTrue(self.used_library(name).startswith(self.prefix + "/"))
+
+
+class FoundByCMake(Installed):
+    @classmethod
+    def build(cls):
+        cls.command("cmake", "-G", "Ninja", "-S", EXAMPLES, "-B", cls.directory,
+                    f"-DCMAKE_PREFIX_PATH={cls.prefix}",
+                    f"-DCMAKE_C_FLAGS={' '.join(WARNINGS)}",
+                    f"-DCMAKE_CXX_FLAGS={' '.join(WARNINGS)}")
+        cls.command("cmake", "--build", cls.directory)
+
+
+class FoundByPkgConfig(Installed):
+    @classmethod
+    def build(cls):
+        os.mkdir(cls.directory)
+        configs = [os.path.join(directory, "pkgconfig")
+                   for directory, folders, _ in os.walk(cls.prefix) if "pkgconfig" in folders]
+        flags = cls.command("pkg-config", "--cflags", "--libs", "zeldlg",
+                            PKG_CONFIG_PATH=":".join(configs)).split()
+        cls.library_path = next(flag[2:] for flag in flags if flag.startswith("-L"))
+        for compiler, source, name in (("cc -std=c11", "login.c", "login"),
+                                       ("c++ -std=c++20", "change_pin.cpp", "change_pin")):
+            cls.command(*compiler.split(), *WARNINGS, os.path.join(EXAMPLES, source), "-o",
+                        os.path.join(cls.directory, name), *flags)
+
+
+def load_tests(loader, _tests, _pattern):
+    cases = (BuiltHere, Python, FoundByCMake, FoundByPkgConfig)
+    return unittest.TestSuite(map(loader.loadTestsFromTestCase, cases))
+
+
+if __name__ == "__main__":
+    unittest.main()
