@@ -113,9 +113,9 @@ typedef struct PinDialogRequestEx {
 /**
  * Where a typed PIN goes. 16 bytes.
  *
- * On ::ZELDLG_OK the PIN's UTF-8 bytes stand at #pin, without a terminating zero, and #pinLength
- * holds their number. On any other result neither the buffer nor #pinLength was changed. A PIN
- * that does not fit the buffer counts as cancelled (::ZELDLG_CANCELLED).
+ * On ::ZELDLG_OK the PIN's UTF-8 bytes stand at PinBuffer::pin, without a terminating zero, and
+ * PinBuffer::pinLength holds their number. On any other result neither the buffer nor its length
+ * was changed. A PIN that does not fit the buffer counts as cancelled (::ZELDLG_CANCELLED).
  */
 typedef struct PinBuffer {
     uint8_t* pin;       /**< Buffer of the host. May be null when #pinLength is 0. */
@@ -272,13 +272,17 @@ typedef struct DigitalIdResult {
     uint8_t alwaysUse; /**< 1 when the always-use box was checked, else 0. */
 } DigitalIdResult;
 
-/** Algorithm codes of ::DLG_ShowSelectUnblockMethod. */
-#define ZELDLG_ALGORITHM_3DES_CHALLENGE 0u
-#define ZELDLG_ALGORITHM_3DES_WITNESS 1u
+/** @name Algorithm codes of ::DLG_ShowSelectUnblockMethod
+ * @{ */
+#define ZELDLG_ALGORITHM_3DES_CHALLENGE 0u /**< Triple DES, with a challenge. */
+#define ZELDLG_ALGORITHM_3DES_WITNESS 1u   /**< Triple DES, with a witness. */
+/** @} */
 
-/** Methods that ::DLG_ShowSelectUnblockMethod stores. */
-#define ZELDLG_UNBLOCK_WITH_PUK 1u
-#define ZELDLG_UNBLOCK_OFFLINE 2u
+/** @name Methods that ::DLG_ShowSelectUnblockMethod stores
+ * @{ */
+#define ZELDLG_UNBLOCK_WITH_PUK 1u /**< With the PUK. */
+#define ZELDLG_UNBLOCK_OFFLINE 2u  /**< Off-line, by challenge and response. */
+/** @} */
 
 /* ---------------------------------------------------------------- Function table */
 
@@ -357,6 +361,7 @@ ZELDLG_EXPORT uint32_t DLG_ShowUnblockThroughCR(const ChallengeResponseRequest* 
  * @{ */
 /**
  * Let the user choose a token.
+ * @param list       The tokens.
  * @param identifier Receives TokenChoiceEntry::identifier of the choice, on ::ZELDLG_OK only.
  * @return ::ZELDLG_OK, ::ZELDLG_CANCELLED or ::ZELDLG_FAILED.
  */
@@ -514,55 +519,104 @@ ZELDLG_EXPORT void TestApp(void);
  */
 typedef struct DLG_FunctionList {
     uint64_t version; /**< ::ZELDLG_FUNCTION_LIST_VERSION. */
+    /** ::DLG_ShowPinDialog */
     uint32_t (*ShowPinDialog)(const PinDialogRequest*, PinBuffer*);
+    /** ::DLG_ShowLockedDialog */
     uint32_t (*ShowLockedDialog)(const char*);
+    /** ::DLG_GetTranslationUTF8 */
     uint32_t (*GetTranslationUTF8)(const char*, char*, uint32_t*);
+    /** ::DLG_GetFunctionList */
     const struct DLG_FunctionList* (*GetFunctionList)(void);
+    /** ::DLG_ShowTokenSelectionDialog */
     uint32_t (*ShowTokenSelectionDialog)(const TokenChoiceList*, uint64_t*);
+    /** ::DLG_GetTranslationUTF16 */
     uint32_t (*GetTranslationUTF16)(const wchar_t*, wchar_t*, uint32_t*);
+    /** ::DLG_GetLocale */
     uint32_t (*GetLocale)(wchar_t*, uint32_t*);
+    /** ::DLG_ShowSupertokenAuthDlg */
     uint32_t (*ShowSupertokenAuthDlg)(uint64_t*);
+    /** ::DLG_ShowSupertokenEnrolDlg */
     uint32_t (*ShowSupertokenEnrolDlg)(uint64_t*);
+    /** ::DLG_HideSupertokenDlg */
     uint32_t (*HideSupertokenDlg)(void);
+    /** ::DLG_AuthFailRetryDialog */
     uint32_t (*AuthFailRetryDialog)(void);
+    /** ::DLG_EnrolFailRetryDialog */
     uint32_t (*EnrolFailRetryDialog)(void);
+    /** ::DLG_UpdateSuperTokenEnrolDlg */
     uint32_t (*UpdateSuperTokenEnrolDlg)(void);
+    /** ::DLG_ShowSupertokenError */
     uint32_t (*ShowSupertokenError)(uint64_t);
+    /** ::DLG_ShowKeyGenerationProgressDialog */
     uint32_t (*ShowKeyGenerationProgressDialog)(void);
+    /** ::DLG_HideKeyGenerationProgressDialog */
     uint32_t (*HideKeyGenerationProgressDialog)(void);
+    /** ::DLG_ShowPinDialogEx */
     uint32_t (*ShowPinDialogEx)(const PinDialogRequestEx*, PinBuffer*);
+    /** ::DLG_ShowLegalPinDialog */
     uint32_t (*ShowLegalPinDialog)(const PinDialogRequest*, PinBuffer*);
+    /** ::DLG_ShowLegalPinDialogEx */
     uint32_t (*ShowLegalPinDialogEx)(const PinDialogRequestEx*, PinBuffer*);
+    /** ::DLG_ShowConfirmDeleteCertificate */
     uint32_t (*ShowConfirmDeleteCertificate)(const char*, const char*, const char*, const char*,
                                              const char*, const char*);
+    /** ::DLG_ShowDigitalIDSelection */
     uint32_t (*ShowDigitalIDSelection)(const DigitalIdChoice*, DigitalIdResult*);
+    /** ::DLG_ShowUnlockTokenDialog */
     uint32_t (*ShowUnlockTokenDialog)(void);
+    /** ::DLG_AskChangeTransportPIN */
     uint32_t (*AskChangeTransportPIN)(void);
+    /** ::DLG_ShowSelectUnblockMethod */
     uint32_t (*ShowSelectUnblockMethod)(int32_t, const uint32_t*, uint32_t, uint32_t*, uint32_t*);
+    /** ::DLG_ShowUnblockThroughPUK */
     uint32_t (*ShowUnblockThroughPUK)(const PinChangeRequest*, PinChangeBuffers*);
+    /** ::DLG_ShowUnblockThroughCR */
     uint32_t (*ShowUnblockThroughCR)(const ChallengeResponseRequest*, ChallengeResponseBuffers*);
+    /** ::DLG_ShowChangeTransportPIN */
     uint32_t (*ShowChangeTransportPIN)(const PinChangeRequest*, PinChangeBuffers*);
+    /** ::DLG_ShowCRUnblockFailed */
     uint32_t (*ShowCRUnblockFailed)(void);
+    /** ::DLG_ShowPUKIsLocked */
     uint32_t (*ShowPUKIsLocked)(void);
+    /** ::DLG_PinPadShowVerificationDialog */
     uint32_t (*PinPadShowVerificationDialog)(void**, uint8_t);
+    /** ::DLG_PinPadShowModificationDialog */
     uint32_t (*PinPadShowModificationDialog)(void**, uint8_t);
+    /** ::DLG_PinPadHideDialog */
     void (*PinPadHideDialog)(void*);
+    /** ::DLG_PinPadKeyboardInputNextPin */
     void (*PinPadKeyboardInputNextPin)(void*);
+    /** ::DLG_PinPadKeyboardInputCancel */
     void (*PinPadKeyboardInputCancel)(void*);
+    /** ::DLG_PinPadKeyboardInputTimeout */
     void (*PinPadKeyboardInputTimeout)(void*);
+    /** ::DLG_PinPadKeyboardInputAccept */
     void (*PinPadKeyboardInputAccept)(void*);
+    /** ::DLG_PinPadKeyboardInputAddChar */
     void (*PinPadKeyboardInputAddChar)(void*);
+    /** ::DLG_PinPadKeyboardInputDelChar */
     void (*PinPadKeyboardInputDelChar)(void*);
+    /** ::DLG_PinPadKeyboardInputClearChars */
     void (*PinPadKeyboardInputClearChars)(void*);
+    /** ::DLG_PinPadKeyboardInputShouldAbort */
     uint32_t (*PinPadKeyboardInputShouldAbort)(void*);
+    /** ::DLG_Finalize */
     void (*Finalize)(void);
+    /** ::DLG_SetParameter */
     uint32_t (*SetParameter)(uint64_t, uint64_t);
+    /** ::DLG_GetParameter */
     uint32_t (*GetParameter)(uint64_t, uint64_t);
+    /** ::DLG_PinPadShowLegalVerificationDialog */
     uint32_t (*PinPadShowLegalVerificationDialog)(void**, uint8_t);
+    /** ::DLG_PinPadShowNoPinVerificationDialog */
     uint32_t (*PinPadShowNoPinVerificationDialog)(void**, uint8_t);
+    /** ::DLG_PinPadShowLegalNoPinVerificationDialog */
     uint32_t (*PinPadShowLegalNoPinVerificationDialog)(void**, uint8_t);
+    /** ::DLG_AskEarlyUnexpirePin */
     uint32_t (*AskEarlyUnexpirePin)(uint32_t);
+    /** ::DLG_ShowChangePinDialog */
     uint32_t (*ShowChangePinDialog)(const PinChangeRequest*, PinChangeBuffers*);
+    /** ::DLG_ShowChangePolicedPinDialog_func */
     uint32_t (*ShowChangePolicedPinDialog_func)(const PolicedPinChangeRequest*, PinChangeBuffers*);
 } DLG_FunctionList;
 
@@ -571,6 +625,8 @@ typedef struct DLG_FunctionList {
 #endif
 
 /* ---------------------------------------------------------------- Layout */
+
+/** @cond */
 
 #if defined(__cplusplus)
 #define ZELDLG_STATIC_ASSERT(condition, text) static_assert(condition, text)
@@ -719,5 +775,6 @@ ZELDLG_ASSERT_OFFSET(DLG_FunctionList, ShowChangePolicedPinDialog_func, 392);
 #undef ZELDLG_ASSERT_SIZE
 #undef ZELDLG_ASSERT_OFFSET
 #undef ZELDLG_STATIC_ASSERT
+/** @endcond */
 
 #endif /* ZELDLG_ZELDLG_H */
