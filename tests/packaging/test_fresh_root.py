@@ -1,0 +1,137 @@
+#!/usr/bin/python3
+"""The Debian packages in fresh systems: installed, used on a real screen, removed without a trace.
+
+Started by script/test-packages.
+"""
+
+import glob
+import os
+import subprocess
+import tempfile
+import unittest
+
+from fresh_root import FreshRoot, run, say
+from stage import wait_until
+from stage.x11 import X11
+
+PACKAGES = os.environ["ZELDLG_PACKAGES"]
+CACHE = os.environ["ZELDLG_FRESH_CACHE"]
+LIBRARY, DEVELOPMENT, TOOLS = "libzeldlglib3", "libzeldlglib-dev", "zeldlg-tools"
+COMPILERS = ["gcc", "g++", "libc6-dev", "cmake", "make", "pkg-config", "python3"]
+HOME = "/tmp/home"
+
+
+def path_of(package):
+    paths = glob.glob(os.path.join(PACKAGES, f"{package}_*.deb"))
+    if len(paths) != 1:
+        raise AssertionError(f"not one file of {package}: {paths}")
+    return paths[0]
+
+
+def dependencies(*packages):
+    """Names of what the packages depend on, without these packages themselves."""
+    fields = [run("dpkg-deb", "--field", path_of(package), "Depends").strip()
+              for package in packages]
+    return {entry.split()[0] for field in fields if field
+            for entry in field.split(", ")} - set(packages)
+
+
+class InFreshRoot(unittest.TestCase):
+    def make_root(self, name, packages, tools=()):
+        place = tempfile.mkdtemp(prefix="zeldlg-root-", dir=os.environ["ZELDLG_STAGE"])
+        self.root = FreshRoot(CACHE, place, name, [*dependencies(*packages), *tools])
+        self.addCleanup(run, "umount", "--recursive", place)
+        self.x11 = X11(os.environ["DISPLAY"])
+        self.addCleanup(self.x11.close)
+        before = self.root.state()
+        self.root.run("install", "-d", "-o", "nobody", HOME)
+        say(f"installing {' and '.join(packages)}")
+        self.root.install(*map(path_of, packages))
+        self.assertEqual("", self.root.run("dpkg", "--audit") + self.root.run(
+            "dpkg", "--verify", *packages))
+        self.assertIn("libzeldlglib.so.3 ", self.root.run("ldconfig", "-p"))
+        return before
+
+    def end(self, before, packages):
+        say("removing them")
+        self.root.run("rm", "-r", HOME)
+        self.root.purge(*packages)
+        after = self.root.state()
+        self.assertEqual([], sorted(path for path in {*before, *after}
+                                    if before.get(path) != after.get(path)))
+
+    def use(self, *command, title, keys, code=0):
+        """Runs a program as a user without an own desktop session; types into its window."""
+        process = self.root.start_as_user(*command, HOME=HOME, DISPLAY=os.environ["DISPLAY"],
+                                          NO_AT_BRIDGE="1")
+        self.addCleanup(process.communicate)
+        self.addCleanup(process.kill)
+
+        def window_with_keyboard():
+            if process.poll() is not None:
+                raise AssertionError(f"ended with {process.returncode}: {process.stdout.read()}")
+            return any(each == title and self.x11.holds_focus(number)
+                       for number, _, each in self.x11.windows())
+        wait_until(window_with_keyboard, 30, f"the window {title!r}", seen=self.x11.windows)
+        self.x11.type_text(keys)
+        try:
+            output, _ = process.communicate(timeout=30)
+        except subprocess.TimeoutExpired:
+            raise AssertionError(f"{command} does not end; windows {self.x11.windows()}") from None
+        self.assertEqual(code, process.returncode, output)
+        return output
+
+
+class User(InFreshRoot):
+    def test_the_demonstration_works_and_leaves_nothing_behind(self):
+        packages = [LIBRARY, TOOLS]
+        before = self.make_root("user", packages)
+        say("zeldlg-demo: help, settings, dialogs")
+        self.assertIn("Commands:\n  pin ", self.root.run_as_user("zeldlg-demo", "--help"))
+        self.assertTrue(os.path.exists(f"{self.root.path}/usr/share/man/man1/zeldlg-demo.1.gz"))
+        listed = self.root.run_as_user("zeldlg-demo", "settings", "list", HOME=HOME)
+        self.assertIn("2.0  LimitPinToAscii  number 1\n", listed)
+        with open(f"{self.root.path}/usr/share/tessaly/registry", "rb") as shipped, \
+                open(f"{self.root.path}{HOME}/.tessaly/registry", "rb") as copy:
+            self.assertEqual(shipped.read(), copy.read())
+        self.assertEqual(
+            "result 0x00000000 (confirmed)\nPIN of 4 bytes\n",
+            self.use("zeldlg-demo", "pin", title="Enter PIN", keys="2468\n"))
+        self.use("zeldlg-demo", "message", "question", title="Question", keys="\n")
+        self.end(before, packages)
+
+
+class Developer(InFreshRoot):
+    def build(self):
+        self.root.run_as_user("cp", "-r", f"/usr/share/doc/{DEVELOPMENT}/examples", HOME)
+        # Debian's /bin is /usr/bin: the package is to be found by either name.
+        self.root.run_as_user("env", "PATH=/bin:/usr/bin", "cmake", "-S", f"{HOME}/examples", "-B",
+                              f"{HOME}/found-by-cmake")
+        self.assertIn("zeldlg_DIR:PATH=/lib/", self.root.run(
+            "grep", "zeldlg_DIR", f"{HOME}/found-by-cmake/CMakeCache.txt"))
+        self.root.run_as_user("cmake", "--build", f"{HOME}/found-by-cmake")
+        flags = self.root.run("pkg-config", "--cflags", "--libs", "zeldlg").split()
+        self.root.run_as_user("gcc", f"{HOME}/examples/login.c", *flags, "-o", f"{HOME}/login")
+        self.root.run_as_user("g++", "-std=c++20", f"{HOME}/examples/change_pin.cpp", *flags, "-o",
+                              f"{HOME}/change_pin")
+
+    def test_hosts_are_built_and_work_and_nothing_is_left_behind(self):
+        packages = [LIBRARY, DEVELOPMENT]
+        before = self.make_root("developer", packages, COMPILERS)
+        say("building the examples with find_package and pkg-config")
+        self.build()
+        say("using the examples")
+        for directory in ("", "found-by-cmake/"):
+            self.assertEqual("logged in\n", self.use(f"{HOME}/{directory}login",
+                                                     title="Enter PIN", keys="2468\n"))
+            self.assertIn("4 bytes to 6 bytes", self.use(
+                f"{HOME}/{directory}change_pin", title="Change transport PIN",
+                keys="2468\tblue17\tblue17\n"))
+        self.assertEqual("signing with a PIN of 6 bytes\n",
+                         self.use("python3", f"{HOME}/examples/sign.py", title="Enter PIN",
+                                  keys="975310\n"))
+        self.end(before, packages)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
