@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <clocale>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
@@ -85,6 +86,16 @@ void ReportFiles(JsonLine& line) {
     }
     line.Unsigned("count", targets.size());
     line.List("targets", targets);
+}
+
+void ReportLocale(JsonLine& line) { line.Text("locale", setlocale(LC_ALL, nullptr)); }
+
+void ReportEnvironment(JsonLine& line) {
+    std::vector<std::string> variables;
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        variables.emplace_back(*variable);
+    }
+    line.List("variables", variables);
 }
 
 bool IsMapped(const std::string& path) {

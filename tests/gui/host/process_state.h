@@ -12,6 +12,9 @@ void ReportSignals(JsonLine& line);
 void ReportMemory(JsonLine& line);
 void ReportThreads(JsonLine& line);
 void ReportFiles(JsonLine& line);
+/// The process's locale, all categories, and its environment variables.
+void ReportLocale(JsonLine& line);
+void ReportEnvironment(JsonLine& line);
 /// Whether the file is part of the process's memory map.
 bool IsMapped(const std::string& path);
 /// Makes the host ignore, handle or not handle the signal; `how` is ignore, handler or default.

@@ -198,6 +198,8 @@ bool Host::Inspect(const Words& words, JsonLine& line) {
         {{"rss"}, ReportMemory},
         {{"threads"}, ReportThreads},
         {{"fds"}, ReportFiles},
+        {{"locale"}, ReportLocale},
+        {{"environment"}, ReportEnvironment},
         {{"sleeps"}, ReportSleeps},
         {{"glib-loop", "ticks"}, [](JsonLine& l) { l.Unsigned("ticks", GlibLoopTicks()); }},
     };

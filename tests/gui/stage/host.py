@@ -340,6 +340,14 @@ class Host:
     def fds(self):
         return self.command("fds")["targets"]
 
+    def locale(self):
+        """The process's locale; several categories' locales when they differ."""
+        return self.command("locale")["locale"]
+
+    def environment(self):
+        """The process's environment variables."""
+        return dict(each.split("=", 1) for each in self.command("environment")["variables"])
+
     def table(self):
         return self.command("table")
 
