@@ -35,6 +35,9 @@ endforeach()
 
 install(FILES docs/settings.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_runtime}
         COMPONENT runtime)
+install(FILES docs/hosting.md docs/settings.md
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_development}/docs
+        COMPONENT development)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_development}
         COMPONENT development)
 

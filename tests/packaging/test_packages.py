@@ -26,6 +26,7 @@ def run(*command, code=0):
 ARCHITECTURE = run("dpkg", "--print-architecture")
 LIB = "usr/lib/" + run("dpkg-architecture", "-qDEB_HOST_MULTIARCH")
 VERSION = run("dpkg-parsechangelog", "-l", f"{ROOT}/packaging/changelog", "-S", "Version")
+UPSTREAM = VERSION.rsplit("-", 1)[0]
 
 
 def documents(package):
@@ -35,13 +36,15 @@ def documents(package):
 
 
 CONTENTS = {
-    LIBRARY: {f"{LIB}/libzeldlglib.so.3", f"{LIB}/libzeldlglib.so.3.0.0",
+    LIBRARY: {f"{LIB}/libzeldlglib.so.3", f"{LIB}/libzeldlglib.so.{UPSTREAM}",
               "usr/share/tessaly/registry", f"usr/share/doc/{LIBRARY}/settings.md"},
     DEVELOPMENT: {f"{LIB}/libzeldlglib.so", "usr/include/zeldlg/zeldlg.h",
                   f"{LIB}/cmake/zeldlg/zeldlgConfig.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgConfigVersion.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgTargets-relwithdebinfo.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgTargets.cmake", f"{LIB}/pkgconfig/zeldlg.pc",
+                  f"usr/share/doc/{DEVELOPMENT}/docs/hosting.md",
+                  f"usr/share/doc/{DEVELOPMENT}/docs/settings.md",
                   *(f"usr/share/doc/{DEVELOPMENT}/examples/{name}"
                     for name in os.listdir(f"{ROOT}/examples"))},
     TOOLS: {"usr/bin/zeldlg-demo", "usr/share/man/man1/zeldlg-demo.1.gz"},
@@ -101,7 +104,7 @@ class Packages(unittest.TestCase):
                              set(os.listdir(os.path.join(self.tree(package), "DEBIAN"))))
 
     def test_links_and_owners_and_modes(self):
-        self.assertEqual("libzeldlglib.so.3.0.0",
+        self.assertEqual(f"libzeldlglib.so.{UPSTREAM}",
                          os.readlink(f"{self.tree(LIBRARY)}/{LIB}/libzeldlglib.so.3"))
         self.assertEqual("libzeldlglib.so.3",
                          os.readlink(f"{self.tree(DEVELOPMENT)}/{LIB}/libzeldlglib.so"))
@@ -158,12 +161,11 @@ class Packages(unittest.TestCase):
             return file.read()
 
     def test_dependents_of_the_library_learn_its_version(self):
-        upstream = VERSION.rsplit("-", 1)[0]
-        self.assertEqual(f"libzeldlglib 3 {LIBRARY} (>= {upstream})\n", self.read_control("shlibs"))
+        self.assertEqual(f"libzeldlglib 3 {LIBRARY} (>= {UPSTREAM})\n", self.read_control("shlibs"))
         self.assertEqual("activate-noawait ldconfig\n", self.read_control("triggers"))
 
     def test_the_symbols_are_the_52_exports(self):
-        library = f"{self.tree(LIBRARY)}/{LIB}/libzeldlglib.so.3.0.0"
+        library = f"{self.tree(LIBRARY)}/{LIB}/libzeldlglib.so.{UPSTREAM}"
         self.assertIn("SONAME libzeldlglib.so.3",
                       " ".join(run("objdump", "-p", library).split()))
         listed = re.findall(r"^ (\S+)@ZELDLG_3 \S+$", self.read_control("symbols"), re.MULTILINE)
