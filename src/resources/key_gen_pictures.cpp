@@ -1,5 +1,7 @@
 #include "resources/key_gen_pictures.h"
 
+#include "resources/xpm_bitmap.h"
+
 namespace zeldlg {
 
 namespace {
@@ -13,7 +15,7 @@ namespace {
 }  // namespace
 
 std::array<wxBitmap, 3> KeyGenPictures() {
-    return {wxBitmap(token_red_xpm), wxBitmap(token_neutral_xpm), wxBitmap(token_green_xpm)};
+    return {XpmBitmap(token_red_xpm), XpmBitmap(token_neutral_xpm), XpmBitmap(token_green_xpm)};
 }
 
 }  // namespace zeldlg

@@ -1,5 +1,7 @@
 #include "resources/rule_icons.h"
 
+#include "resources/xpm_bitmap.h"
+
 namespace zeldlg {
 
 namespace {
@@ -13,12 +15,12 @@ namespace {
 
 }  // namespace
 
-wxBitmap CheckIcon() { return {check_xpm}; }
+wxBitmap CheckIcon() { return XpmBitmap(check_xpm); }
 
-wxBitmap CrossIcon() { return {cross_xpm}; }
+wxBitmap CrossIcon() { return XpmBitmap(cross_xpm); }
 
-wxBitmap MetBall() { return {ball_met_xpm}; }
+wxBitmap MetBall() { return XpmBitmap(ball_met_xpm); }
 
-wxBitmap RedBall() { return {ball_red_xpm}; }
+wxBitmap RedBall() { return XpmBitmap(ball_red_xpm); }
 
 }  // namespace zeldlg
