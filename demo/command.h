@@ -50,6 +50,9 @@ extern const Command kSelectTokenCommand;
 extern const Command kSelectIdCommand;
 extern const Command kUnblockMethodCommand;
 extern const Command kUnblockCrCommand;
+extern const Command kBiometricCommand;
+extern const Command kKeygenCommand;
+extern const Command kAllCommand;
 
 /* Prints a result code with its meaning. Returns the exit code that goes with it. */
 int ReportResult(uint32_t result);

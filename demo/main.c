@@ -21,7 +21,8 @@ static const Command* const kCommands[] = {
     &kPukLockedCommand,   &kBiometricErrorCommand,
     &kRetryCommand,       &kSelectTokenCommand,
     &kSelectIdCommand,    &kUnblockMethodCommand,
-    &kUnblockCrCommand,
+    &kUnblockCrCommand,   &kBiometricCommand,
+    &kKeygenCommand,      &kAllCommand,
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 

@@ -13,7 +13,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from stage import Screen, wait_until  # noqa: E402
 
 # File name, words of the command, title of the window, what is typed into each field, the key that
-# ends the dialog, the program's exit code.
+# ends the dialog (none: it ends by itself), the program's exit code.
 SCENES = [
     ("pin", ["pin", "--label", "Identity card", "--reveal"], "Enter PIN", ["2468"], "Return", 0),
     ("pin-too-long", ["pin", "--label", "Identity card"], "Enter PIN", ["123456789"], "Escape", 1),
@@ -36,7 +36,14 @@ SCENES = [
      ["a1b2 c3d4 e5f6 0789", "13579", "13579"], "Return", 0),
     ("confirm-delete", ["confirm-delete"], "Question", [], "Escape", 0),
     ("biometric-error", ["biometric-error", "0x63C1"], "Error", [], "Escape", 0),
+    ("biometric-auth", ["biometric", "auth", "--seconds", "2"], "Lumora Bio Token", [], None, 0),
+    ("enrolment-hint", ["biometric", "enrol", "--scans", "1", "--seconds", "2"],
+     "Fingerprint enrolment information", [], "Return", 0),
+    ("keygen", ["keygen", "--seconds", "2"], "Generating key-pair", [], None, 0),
 ]
+
+# Scenes in which another window comes by itself: its file name and title.
+FOLLOWED = {"enrolment-hint": ("biometric-enrol", "Lumora Bio Token - enrolling finger (scan 1)")}
 
 
 def fill(screen, window, values):
@@ -51,6 +58,13 @@ def fill(screen, window, values):
         print(f"  (typed {len(value)} characters)", flush=True)
 
 
+def photograph(screen, window, directory, name):
+    screen.pixels(window)  # waits until it is painted
+    path = os.path.join(directory, name + ".png")
+    screen.screenshot(path, window)
+    print(f"  (picture {os.path.relpath(path)})", flush=True)
+
+
 def play(screen, program, directory, scene):
     name, words, title, values, end, _ = scene
     print(f"$ zeldlg-demo {' '.join(words)}", flush=True)
@@ -59,10 +73,12 @@ def play(screen, program, directory, scene):
         screen.wait_focused()
         if values:
             fill(screen, window, values)
-        path = os.path.join(directory, name + ".png")
-        screen.screenshot(path, window)
-        print(f"  (picture {os.path.relpath(path)})", flush=True)
-        screen.key(end)
+        photograph(screen, window, directory, name)
+        if end is not None:
+            screen.key(end)
+        if name in FOLLOWED:
+            following, title = FOLLOWED[name]
+            photograph(screen, screen.find_window(title, process), directory, following)
     return process.returncode
 
 

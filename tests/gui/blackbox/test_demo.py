@@ -3,6 +3,7 @@
 
 import os
 import shutil
+import signal
 import subprocess
 import tempfile
 import unittest
@@ -57,7 +58,10 @@ class Words(DemoCase):
                       ["unblock-method", "x"], ["unblock-method", "--algorithm", "-1"],
                       ["unblock-cr", "--bogus"], ["unblock-cr", "x"],
                       ["unblock-cr", "--challenge", "abc"], ["unblock-cr", "--challenge", "0g"],
-                      ["unblock-cr", "--length", "2147483648"]):
+                      ["unblock-cr", "--length", "2147483648"], ["biometric"],
+                      ["biometric", "x"], ["biometric", "auth", "enrol"],
+                      ["biometric", "enrol", "--scans", "0"], ["keygen", "x"],
+                      ["keygen", "--scans", "2"], ["all", "x"]):
             with self.subTest(words=words):
                 self.assertIn("zeldlg-demo" if not words else "", self.run_demo(*words, code=2))
 
@@ -221,6 +225,50 @@ class Unblocking(DemoCase):
                                      values=["A1B2", *["73915"] * 2]))
         self.assertEqual((1, "result 0x80003000 (failed)\n"),
                          self.unlock("--length", "2", "--capacity", "1", values=["a1b2"]))
+
+
+class Windows(DemoCase):
+    def setUp(self):
+        super().setUp()
+        self.run_demo("settings", "set", KEY, "ShowEnrolmentHint", "number", "0")
+        self.screen = Screen()
+        self.addCleanup(self.screen.close)
+
+    def test_a_window_stays_for_its_time_and_the_scans_are_counted(self):
+        out = self.run_demo("biometric", "enrol", "--scans", "4", "--seconds", "0")
+        self.assertEqual("scan 1\nscan 2\nscan 3\nscan 4\nhidden\n", out)
+        for words in (["biometric", "auth"], ["keygen"]):
+            self.assertEqual("shown\nhidden\n", self.run_demo(*words, "--seconds", "0"))
+
+    def test_an_interruption_removes_the_window(self):
+        for words, title, said in (
+                (["biometric", "auth"], "Lumora Bio Token", "shown\n"),
+                (["biometric", "enrol"], "Lumora Bio Token - enrolling finger (scan 1)", "scan 1\n"),
+                (["keygen"], "Generating key-pair", "shown\n")):
+            process = self.start(*words, "--seconds", "600")
+            self.screen.find_window(title, process)
+            self.assertEqual(said, process.stdout.readline())
+            process.send_signal(signal.SIGINT)
+            out, _ = process.communicate(timeout=60)
+            self.assertEqual((1, "interrupted\n"), (process.returncode, out))
+
+    def test_the_scans_are_shown(self):
+        process = self.start("biometric", "enrol", "--scans", "3", "--seconds", "3")
+        for scan in (1, 2, 3):
+            self.screen.find_window(f"Lumora Bio Token - enrolling finger (scan {scan})", process)
+        out, _ = process.communicate(timeout=60)
+        self.assertEqual((0, "scan 1\nscan 2\nscan 3\nhidden\n"), (process.returncode, out))
+
+    def test_the_explanation_comes_first_unless_it_is_switched_off(self):
+        self.run_demo("settings", "set", KEY, "ShowEnrolmentHint", "number", "1")
+        process = self.start("biometric", "enrol", "--seconds", "0")
+        window = self.screen.find_window("Fingerprint enrolment information", process)
+        window.find("check box").press()
+        wait_until(lambda: not window.find("check box").checked)
+        self.screen.key("Return", window.find("push button", "OK"))
+        process.communicate(timeout=60)
+        self.assertEqual(0, process.returncode)
+        self.assertEqual("number 0\n", self.run_demo("settings", "get", KEY, "ShowEnrolmentHint"))
 
 
 class Texts(DemoCase):
