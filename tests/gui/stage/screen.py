@@ -124,7 +124,10 @@ class Node:
     @property
     def text_attributes(self):
         """Attributes of the first character, for example `fg-color`, `weight`, `size`."""
-        return self._call(ATSPI + "Text", "GetAttributes", "(i)", 0)[0]
+        return self.text_attributes_at(0)
+
+    def text_attributes_at(self, place):
+        return self._call(ATSPI + "Text", "GetAttributes", "(i)", place)[0]
 
     @property
     def length(self):

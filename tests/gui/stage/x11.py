@@ -72,6 +72,7 @@ _x11 = _load("libX11.so.6", {
                    _pointer(_void_p), _pointer(_uint)),
     "XGetImage": (_pointer(_Image), c_display, c_window, _int, _int, _uint, _uint, _ulong, _int),
     "XDestroyImage": (_int, _pointer(_Image)),
+    "XMoveWindow": (_int, c_display, c_window, _int, _int),
     "XDisplayKeycodes": (_int, c_display, _pointer(_int), _pointer(_int)),
     "XGetKeyboardMapping": (_void_p, c_display, ctypes.c_ubyte, _int, _pointer(_int)),
     "XChangeKeyboardMapping": (_int, c_display, _int, _int, _pointer(_ulong), _int),
@@ -188,6 +189,15 @@ class X11:
             left, right, top, bottom = self._property(window, "_NET_FRAME_EXTENTS") or [0] * 4
         return (x.value - left, y.value - top, width.value + left + right,
                 height.value + top + bottom)
+
+    def stacking(self):
+        """The managed windows from the lowest to the topmost."""
+        return self._property(self.root, "_NET_CLIENT_LIST_STACKING") or []
+
+    def move(self, window, x, y):
+        """Asks the window manager to put the window, with its frame, there."""
+        _x11.XMoveWindow(self._display, window, x, y)
+        self._sync()
 
     def send_delete(self, window):
         """What a window manager sends when its close button is pressed."""
