@@ -39,12 +39,12 @@ static const Stop kStops[] = {
     {&kAskTransportPinCommand, {NULL}},
     {&kAskExpiryCommand, {"3"}},
     {&kConfirmDeleteCommand, {NULL}},
-    {&kBiometricCommand, {"auth"}},
-    {&kBiometricCommand, {"enrol"}},
+    {&kBiometricCommand, {"auth", "--seconds", "3"}},
+    {&kBiometricCommand, {"enrol", "--seconds", "3"}},
     {&kBiometricErrorCommand, {"0x63C1"}},
     {&kRetryCommand, {"auth"}},
     {&kRetryCommand, {"enrol"}},
-    {&kKeygenCommand, {NULL}},
+    {&kKeygenCommand, {"--seconds", "3"}},
 };
 enum { kStopCount = sizeof kStops / sizeof kStops[0] };
 

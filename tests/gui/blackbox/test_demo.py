@@ -271,6 +271,32 @@ class Windows(DemoCase):
         self.assertEqual("number 0\n", self.run_demo("settings", "get", KEY, "ShowEnrolmentHint"))
 
 
+class Tour(DemoCase):
+    TITLES = {"Enter PIN", "PinPad", "Change transport PIN", "Change PUK", "Unlock PIN",
+              "Select a token", "Select Digital ID", "Error", "Question", "Token locked",
+              "Lumora Bio Token", "Fingerprint enrolment information",
+              "Lumora Bio Token - enrolling finger (scan 3)", "Authentication failed",
+              "Enrolment failed", "Generating key-pair"}
+
+    def test_it_shows_every_dialog_and_goes_on_after_each(self):
+        screen = Screen()
+        self.addCleanup(screen.close)
+        process = self.start("all")
+        seen = set()
+
+        def walk():
+            for window in screen.windows(process):
+                seen.add(window.name)
+                if "modal" in window.states and screen.focused(process) is not None:
+                    screen.x11.key("Escape")
+            return process.poll() is not None
+        wait_until(walk, 120, "the end of the tour", seen=lambda: screen.dump(process))
+        out, err = process.communicate()
+        self.assertEqual(0, process.returncode, err)
+        self.assertLessEqual(self.TITLES, seen)
+        self.assertIn("28/28  ", out)
+
+
 class Texts(DemoCase):
     def test_translate_and_locale(self):
         self.assertEqual("Nothing translates this\n",
