@@ -52,7 +52,7 @@ CONTENTS = {
 CONTROL = {LIBRARY: {"control", "md5sums", "shlibs", "symbols", "triggers"},
            DEVELOPMENT: {"control", "md5sums"}, TOOLS: {"control", "md5sums"}}
 # Their number grows with every language.
-CATALOGUE = re.compile(r"usr/share/locale/\w+/LC_MESSAGES/tokenutils\.mo")
+CATALOGUE = re.compile(r"usr/share/locale/[\w@]+/LC_MESSAGES/tokenutils\.mo")
 
 
 class Packages(unittest.TestCase):
