@@ -45,13 +45,8 @@ FileDescriptor OpenOrMake(const std::string& directory, mode_t directoryMode) {
 }  // namespace
 
 FileDescriptor OpenForReading(const RegistryPlaces& places) {
-    for (const std::optional<std::string>& directory :
-         {UserDirectory(places), UserTemporaryDirectory(places),
-          std::optional(places.shippedDirectory), std::optional(places.systemDirectory)}) {
-        if (!directory) {
-            continue;
-        }
-        FileDescriptor file = FileDescriptor::Open(RegistryPath(*directory), O_RDONLY);
+    for (const std::string& directory : ReadingDirectories(places)) {
+        FileDescriptor file = FileDescriptor::Open(RegistryPath(directory), O_RDONLY);
         if (file.IsOpen()) {
             return file;
         }

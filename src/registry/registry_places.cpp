@@ -49,6 +49,18 @@ std::string SharedTemporaryDirectory(const RegistryPlaces& places) {
     return TemporaryDirectory(places, "nobody");
 }
 
+std::vector<std::string> ReadingDirectories(const RegistryPlaces& places) {
+    std::vector<std::string> directories;
+    for (const std::optional<std::string>& directory :
+         {UserDirectory(places), UserTemporaryDirectory(places),
+          std::optional(places.shippedDirectory), std::optional(places.systemDirectory)}) {
+        if (directory) {
+            directories.push_back(*directory);
+        }
+    }
+    return directories;
+}
+
 std::string RegistryPath(const std::string& directory) { return directory + "/registry"; }
 
 }  // namespace zeldlg::registry

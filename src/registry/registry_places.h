@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zeldlg::registry {
 
@@ -32,6 +33,10 @@ std::optional<std::string> UserTemporaryDirectory(const RegistryPlaces& places);
 
 /// The temporary directory for everyone.
 std::string SharedTemporaryDirectory(const RegistryPlaces& places);
+
+/// Where a registry is looked for, in this order: the user's directory, the user's temporary
+/// directory, the shipped one and the system's.
+std::vector<std::string> ReadingDirectories(const RegistryPlaces& places);
 
 /// The registry file in a directory.
 std::string RegistryPath(const std::string& directory);

@@ -89,30 +89,38 @@ RegistryStamp ReadStamp(const std::string& path) {
     return stamp;
 }
 
-void RefreshUserFile(const RegistryPlaces& places) {
+Refresh PlanRefresh(const RegistryPlaces& places) {
     const std::optional<std::string> directory = UserDirectory(places);
     if (!directory) {
+        return Refresh::None;
+    }
+    const std::string userPath = RegistryPath(*directory);
+    if (!Exists(userPath)) {
+        return Refresh::Make;
+    }
+    const RegistryStamp shipped = ReadStamp(RegistryPath(places.shippedDirectory));
+    if (!shipped.text) {
+        return Refresh::None;
+    }
+    const RegistryStamp user = ReadStamp(userPath);
+    return user.opened && user.text != shipped.text ? Refresh::Replace : Refresh::None;
+}
+
+void RefreshUserFile(const RegistryPlaces& places) {
+    const Refresh refresh = PlanRefresh(places);
+    if (refresh == Refresh::None) {
         return;
     }
-    const std::string shippedPath = RegistryPath(places.shippedDirectory);
-    const std::string userPath = RegistryPath(*directory);
-    const bool missing = !Exists(userPath);
-    if (!missing) {
-        const RegistryStamp shipped = ReadStamp(shippedPath);
-        if (!shipped.text) {
-            return;
-        }
-        const RegistryStamp user = ReadStamp(userPath);
-        if (!user.opened || user.text == shipped.text) {
-            return;
-        }
-    }
-    const FileDescriptor shipped = FileDescriptor::Open(shippedPath, O_RDONLY);
+    const FileDescriptor shipped =
+        FileDescriptor::Open(RegistryPath(places.shippedDirectory), O_RDONLY);
     if (!shipped.IsOpen()) {
         return;
     }
+    const std::string directory = UserDirectory(places).value_or("");
+    const std::string userPath = RegistryPath(directory);
+    const bool missing = refresh == Refresh::Make;
     if (missing) {
-        ::mkdir(directory->c_str(), kDirectoryMode);
+        ::mkdir(directory.c_str(), kDirectoryMode);
     }
     const FileDescriptor user = FileDescriptor::Open(userPath, O_WRONLY | O_CREAT, kCopyMode);
     if (user.IsOpen() && !CopyContent(shipped, user) && missing) {

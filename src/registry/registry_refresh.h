@@ -19,6 +19,15 @@ struct RegistryStamp {
 
 RegistryStamp ReadStamp(const std::string& path);
 
+enum class Refresh {
+    None,
+    Make,     ///< there is no user file: one is made of the shipped file, if there is such
+    Replace,  ///< the stamps differ: the shipped file is copied over the user's
+};
+
+/// What RefreshUserFile() is going to do. Changes nothing.
+Refresh PlanRefresh(const RegistryPlaces& places);
+
 /// Copies the shipped file over the user's when the user has none, or when the shipped file has
 /// a stamp and the user's differs. Makes the user's directory first when it is missing (mode
 /// 0700). Failures change nothing and are not reported.
