@@ -61,6 +61,8 @@ ChoiceList::ChoiceList(wxWindow* parent, wxStaticText& label)
     : wxListBox(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, nullptr,
                 wxLB_SINGLE | wxHSCROLL) {
     SetLabelFor(label, *this);
+    // The rows take the keyboard, not the frame around them.
+    gtk_widget_set_can_focus(GetHandle(), FALSE);
     KeepRowsSingleLine(TreeOf(*this));
     gtk_tree_view_set_enable_search(TreeOf(*this), TRUE);
     gtk_tree_view_set_search_equal_func(TreeOf(*this), IsOtherRow, this, nullptr);

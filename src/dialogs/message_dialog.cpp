@@ -162,6 +162,7 @@ void CMessageDialog::FinishLayout(wxSizer* rows) {
     rows->Fit(this);
     SetMinSize(GetSize());
     SetMaxSize(GetSize());
+    DescribeWindow(*this, WindowRole::Alert);
     Layout();
     CentreOnScreen();
     m_defaultButton->SetFocus();

@@ -1,5 +1,6 @@
 #include "dialogs/token_dialog.h"
 
+#include "dialogs/common/accessible.h"
 #include "dialogs/common/closing.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
@@ -47,6 +48,7 @@ void CTokenDialog::AddItem(const wxString& text, uint64_t identifier) {
 
 void CTokenDialog::FinishLayout() {
     GetSizer()->SetSizeHints(this);
+    DescribeWindow(*this, WindowRole::Dialog);
     CentreOnScreen();
     m_list->SetFocus();
 }

@@ -2,6 +2,7 @@
 
 #include <wx/statbmp.h>
 
+#include "dialogs/common/accessible.h"
 #include "dialogs/common/layout.h"
 #include "pin/legal_notice.h"
 #include "resources/catalogue_key.h"
@@ -25,8 +26,9 @@ CLegalSignatureDialog::CLegalSignatureDialog(wxWindow* parent, const wxString& t
 }
 
 void CLegalSignatureDialog::AddPicture() {
-    Rows()->Add(new wxStaticBitmap(this, wxID_ANY, SignaturePicture()),
-                wxSizerFlags().CentreHorizontal());
+    auto* const picture = new wxStaticBitmap(this, wxID_ANY, SignaturePicture());
+    MarkAsDecoration(*picture);
+    Rows()->Add(picture, wxSizerFlags().CentreHorizontal());
 }
 
 void CLegalSignatureDialog::AddNotice() {

@@ -134,6 +134,9 @@ void CPinPadDialog::HighlightCurrentStep() {
     }
     // Which step it is must not be told by colours alone.
     SetAccessibleName(*m_stepList, current);
+    if (!current.empty()) {
+        Announce(*m_stepList, current);
+    }
 }
 
 void CPinPadDialog::AddChar() { ShowRow(m_row.AddChar()); }
@@ -144,6 +147,7 @@ void CPinPadDialog::ClearChars() { ShowRow(m_row.Clear()); }
 
 void CPinPadDialog::ShowStatus(const wxString& words) {
     ShowRow(m_row.ShowStatus(words.ToStdWstring()));
+    Announce(*this, words);
 }
 
 void CPinPadDialog::ShowRow(bool changed) {

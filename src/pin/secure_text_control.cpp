@@ -123,8 +123,6 @@ void CSecureTextControl::BlockNativeEditing() {
     GtkEntry* const entry = GTK_ENTRY(GetHandle());
     gtk_entry_set_invisible_char(entry, kMaskCharacter);
     MarkAsSecretField(*this);
-    // The emoji chooser keeps a history of what was chosen.
-    gtk_entry_set_input_hints(entry, GTK_INPUT_HINT_NO_EMOJI);
     // SetDropTarget() knows nothing of the target that each GtkEntry has from birth.
     gtk_drag_dest_unset(GTK_WIDGET(entry));
     g_signal_connect(entry, "notify::cursor-position", G_CALLBACK(CollapseSelection), nullptr);

@@ -255,6 +255,9 @@ void CChangePinDialog::ShowSummary(bool allMet) {
     m_summary->SetLabelText(
         layout::WrapText(*this, Translate(allMet ? kRequirementsMet : kRequirementsMissing)));
     m_okButton->Enable(allMet);
+    if (allMet) {
+        Announce(*m_summary, Translate(kRequirementsMet));
+    }
 }
 
 void CChangePinDialog::Choose(size_t row) {

@@ -17,10 +17,45 @@ GtkWidget* FocusedWidget(const wxWindow& window) {
                : widget;
 }
 
+AtkObject* AccessibleOf(const wxWindow& window) {
+    return gtk_widget_get_accessible(FocusedWidget(window));
+}
+
+// Of a label: the widget that it stands for.
+constexpr const char* kTied = "zeldlg-tied-to";
+
+void UndoGuess(GtkLabel* label, GParamSpec*, gpointer) {
+    const GtkWidget* const guessed = gtk_label_get_mnemonic_widget(label);
+    gpointer const tied = g_object_get_data(G_OBJECT(label), kTied);
+    if (guessed != nullptr && guessed != tied) {
+        gtk_label_set_mnemonic_widget(label, static_cast<GtkWidget*>(tied));
+    }
+}
+
+GtkWidget* LabelOf(const wxWindow& window) {
+    GtkWidget* const widget = window.GetHandle();
+    return GTK_IS_FRAME(widget) ? gtk_frame_get_label_widget(GTK_FRAME(widget)) : widget;
+}
+
+// Whenever the order of controls changes, the toolkit takes every label to stand for the next
+// control that accepts the keyboard.
+void UndoGuessesBelow(const wxWindow& window) {
+    for (const wxWindow* const child : window.GetChildren()) {
+        if (GtkWidget* const label = LabelOf(*child); GTK_IS_LABEL(label)) {
+            g_signal_connect(label, "notify::mnemonic-widget", G_CALLBACK(UndoGuess), nullptr);
+        }
+        UndoGuessesBelow(*child);
+    }
+}
+
 }  // namespace
 
 void SetAccessibleName(wxWindow& window, const wxString& name) {
-    atk_object_set_name(gtk_widget_get_accessible(FocusedWidget(window)), name.utf8_str());
+    atk_object_set_name(AccessibleOf(window), name.utf8_str());
+}
+
+void Announce(wxWindow& window, const wxString& text) {
+    g_signal_emit_by_name(AccessibleOf(window), "announcement", text.utf8_str().data());
 }
 
 wxString RuleState(const wxString& rule, bool met) {
@@ -28,8 +63,17 @@ wxString RuleState(const wxString& rule, bool met) {
                : FormatTranslated(CATALOGUE_KEY("Not met: %s"), rule);
 }
 
+void TellRuleState(wxWindow& window, const wxString& rule, bool met) {
+    const wxString state = RuleState(rule, met);
+    SetAccessibleName(window, state);
+    Announce(window, state);
+}
+
 void SetLabelFor(wxStaticText& label, wxWindow& field) {
-    gtk_label_set_mnemonic_widget(GTK_LABEL(label.GetHandle()), field.GetHandle());
+    GtkWidget* const widget = label.GetHandle();
+    GtkWidget* const target = FocusedWidget(field);
+    g_object_set_data(G_OBJECT(widget), kTied, target);
+    gtk_label_set_mnemonic_widget(GTK_LABEL(widget), target);
     wxString name = label.GetLabelText();
     name.Replace("\n", " ");  // from wrapping
     if (name.EndsWith(":")) {
@@ -39,7 +83,22 @@ void SetLabelFor(wxStaticText& label, wxWindow& field) {
 }
 
 void MarkAsSecretField(wxTextCtrl& field) {
-    gtk_entry_set_input_purpose(GTK_ENTRY(field.GetHandle()), GTK_INPUT_PURPOSE_PASSWORD);
+    GtkEntry* const entry = GTK_ENTRY(field.GetHandle());
+    // Not the purpose "PIN", which offers digits only: a PIN may have any characters.
+    gtk_entry_set_input_purpose(entry, GTK_INPUT_PURPOSE_PASSWORD);
+    // The emoji chooser keeps a history of what was chosen.
+    gtk_entry_set_input_hints(
+        entry, static_cast<GtkInputHints>(GTK_INPUT_HINT_NO_SPELLCHECK | GTK_INPUT_HINT_NO_EMOJI));
+}
+
+void MarkAsDecoration(wxWindow& picture) {
+    atk_object_set_role(AccessibleOf(picture), ATK_ROLE_REDUNDANT_OBJECT);
+}
+
+void DescribeWindow(wxTopLevelWindow& window, WindowRole role) {
+    UndoGuessesBelow(window);
+    atk_object_set_role(AccessibleOf(window),
+                        role == WindowRole::Alert ? ATK_ROLE_ALERT : ATK_ROLE_DIALOG);
 }
 
 }  // namespace zeldlg

@@ -20,7 +20,7 @@ void Indicator::SetMet(bool met) {
     }
     m_met = met;
     SetBitmap(met ? MetBall() : RedBall());
-    SetAccessibleName(*this, RuleState(m_rule, met));
+    TellRuleState(*this, m_rule, met);
 }
 
 }  // namespace zeldlg

@@ -118,6 +118,7 @@ void Finish(wxTopLevelWindow& window, wxSizer* content) {
     margin->Add(content, wxSizerFlags(1).Expand().Border(wxALL, kMargin));
     window.SetSizerAndFit(margin);
     margin->SetSizeHints(&window);
+    DescribeWindow(window, WindowRole::Dialog);
     window.Layout();
     window.Centre();
 }

@@ -18,7 +18,7 @@ RuleIcon::RuleIcon(wxWindow* parent, const wxString& rule, bool met)
     : wxStaticBitmap(parent, wxID_ANY, IconFor(met), wxDefaultPosition, kIconSize),
       m_rule(rule),
       m_met(met) {
-    Describe(met);
+    SetAccessibleName(*this, RuleState(rule, met));
 }
 
 void RuleIcon::SetMet(bool met) {
@@ -28,10 +28,8 @@ void RuleIcon::SetMet(bool met) {
     m_met = met;
     SetBitmap(IconFor(met));
     SetSize(kIconSize);
-    Describe(met);
+    TellRuleState(*this, m_rule, met);
 }
-
-void RuleIcon::Describe(bool met) { SetAccessibleName(*this, RuleState(m_rule, met)); }
 
 RuleLine NewRuleLine(wxWindow* parent, const wxString& rule, bool met) {
     auto* const icon = new RuleIcon(parent, rule, met);

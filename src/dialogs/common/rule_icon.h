@@ -15,8 +15,6 @@ public:
     void SetMet(bool met);
 
 private:
-    void Describe(bool met);
-
     wxString m_rule;
     bool m_met;
 };
