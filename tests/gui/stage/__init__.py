@@ -5,6 +5,7 @@ and drives what is on them, `Host` is a program that loads the library, and `Sta
 them together for a test file that is started with run_on_stage.
 """
 
+from .events import Events
 from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call, Host, HostError,
                    policy)
 from .screen import Node, Screen
@@ -12,6 +13,6 @@ from .servers import Stage
 from .testcase import StageTestCase
 from .wait import Gone, StageError, scaled, wait_until
 
-__all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Gone",
-           "Host", "HostError", "Node", "Screen", "Stage", "StageError", "StageTestCase",
+__all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
+           "Gone", "Host", "HostError", "Node", "Screen", "Stage", "StageError", "StageTestCase",
            "policy", "scaled", "wait_until"]
