@@ -73,9 +73,11 @@ wxStaticText* CSuperTokenNotificationDialog::NewCentredText(const wxString& text
 
 void CSuperTokenNotificationDialog::AddScanNumber(wxSizer* rows) {
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
-    row->Add(layout::NewText(this, Translate(CATALOGUE_KEY("Scan number:"))));
+    wxStaticText* const caption = layout::NewText(this, Translate(CATALOGUE_KEY("Scan number:")));
+    row->Add(caption);
     row->AddSpacer(layout::kLineGap);
     m_scanNumber = layout::NewText(this, m_scans.Number());
+    SetCaptionFor(*caption, *m_scanNumber);
     row->Add(m_scanNumber);
     rows->Add(row, wxSizerFlags().CentreHorizontal().Border(wxTOP, layout::kMargin));
 }
@@ -83,6 +85,7 @@ void CSuperTokenNotificationDialog::AddScanNumber(wxSizer* rows) {
 void CSuperTokenNotificationDialog::CountScan() {
     m_scans.Advance();
     SetTitle(m_scans.Title());
+    Announce(*this, m_scans.Title());
     if (m_scanNumber != nullptr) {
         m_scanNumber->SetLabelText(m_scans.Number());
         Layout();

@@ -1,5 +1,6 @@
 #include "dialogs/digital_id_dialog.h"
 
+#include "dialogs/common/accessible.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/selection_texts.h"
@@ -68,10 +69,12 @@ void CDigitalIDSelectionDialog::AddDetails(wxSizer* rows) {
 
 // What is longer than the window is wide is cut with an ellipsis there.
 wxStaticText* CDigitalIDSelectionDialog::AddDetail(wxSizer* grid, const wxString& caption) {
+    wxStaticText* const label = layout::NewText(this, caption);
     auto* const value = new wxStaticText(this, wxID_ANY, kSizingText, wxDefaultPosition,
                                          wxDefaultSize, wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
     value->SetMinSize(value->GetBestSize());
-    grid->Add(layout::NewText(this, caption), Bordered());
+    SetCaptionFor(*label, *value);
+    grid->Add(label, Bordered());
     grid->Add(value, wxSizerFlags().Expand().CentreVertical().Border(wxRIGHT, kBorder));
     return value;
 }

@@ -2,6 +2,7 @@
 
 #include <wx/sizer.h>
 
+#include "dialogs/common/accessible.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/common/modeless.h"
 #include "resources/catalogue_key.h"
@@ -24,12 +25,14 @@ CKeyGenProgressDialog::CKeyGenProgressDialog(wxWindow* parent)
       m_parentBefore(parent) {
     StayUntilHidden(*this);
     m_picture = new wxStaticBitmap(this, wxID_ANY, m_pictures[KeyGenAnimation::kStartPicture]);
+    MarkAsDecoration(*m_picture);
     const wxSizerFlags each = wxSizerFlags().CentreVertical().Border(wxALL, kBorder);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(m_picture, each);
     row->Add(layout::NewText(this, Translate(CATALOGUE_KEY("Generating key-pair, please wait..."))),
              each);
     SetSizerAndFit(row);
+    DescribeWindow(*this, WindowRole::Dialog);
     Centre();
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowNextPicture(); });
     m_timer.Start(KeyGenAnimation::kTickMilliseconds);

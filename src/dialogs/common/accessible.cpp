@@ -82,6 +82,13 @@ void SetLabelFor(wxStaticText& label, wxWindow& field) {
     SetAccessibleName(field, name);
 }
 
+void SetCaptionFor(wxStaticText& caption, wxStaticText& value) {
+    AtkObject* const one = AccessibleOf(caption);
+    AtkObject* const other = AccessibleOf(value);
+    atk_object_add_relationship(one, ATK_RELATION_LABEL_FOR, other);
+    atk_object_add_relationship(other, ATK_RELATION_LABELLED_BY, one);
+}
+
 void MarkAsSecretField(wxTextCtrl& field) {
     GtkEntry* const entry = GTK_ENTRY(field.GetHandle());
     // Not the purpose "PIN", which offers digits only: a PIN may have any characters.

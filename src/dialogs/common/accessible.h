@@ -26,6 +26,9 @@ void TellRuleState(wxWindow& window, const wxString& rule, bool met);
 /// field's name.
 void SetLabelFor(wxStaticText& label, wxWindow& field);
 
+/// Ties a caption to a text that is only shown.
+void SetCaptionFor(wxStaticText& caption, wxStaticText& value);
+
 /// Tells input methods and on-screen keyboards that a single-line field takes a secret: nothing to
 /// spell or decorate.
 void MarkAsSecretField(wxTextCtrl& field);
