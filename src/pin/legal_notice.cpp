@@ -16,10 +16,10 @@ constexpr int kNoticeWidth = 300;
 wxStaticText* NewLegalNotice(wxWindow* parent) {
     auto* const notice = new wxStaticText(parent, wxID_ANY, wxEmptyString);
     notice->SetFont(parent->GetFont().Bold());
-    notice->SetLabelText(layout::WrapText(
+    layout::ShowWrapped(
         *notice,
         Translate(CATALOGUE_KEY("You are about to create a legally binding digital signature!")),
-        kNoticeWidth));
+        kNoticeWidth);
     layout::ReserveRoom(*notice);
     return notice;
 }

@@ -11,13 +11,20 @@
 
 namespace zeldlg {
 
+namespace {
+
+// The picture leaves less room than there is for the heading of the PIN dialog.
+constexpr size_t kHeadingLines = 4;
+
+}  // namespace
+
 CLegalSignatureDialog::CLegalSignatureDialog(wxWindow* parent, const wxString& tokenLabel,
                                              const PinLengthRule& lengthRule,
                                              const PinFailureLines& failure)
     : CPinPromptDialog(parent, lengthRule) {
     AddPicture();
     AddNotice();
-    AddHeading(tokenLabel);
+    AddHeading(tokenLabel, kHeadingLines);
     AddFailureLines(failure);
     AddPinField();
     AddSignButton();

@@ -1,12 +1,12 @@
 #include "pin/pin_pad_dialog.h"
 
-#include <gtk/gtk.h>
 #include <wx/button.h>
 #include <wx/statbox.h>
 
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/common/modeless.h"
+#include "dialogs/common/surface.h"
 #include "pin/legal_notice.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -36,15 +36,6 @@ wxFont RowFont() {
             false,         wxEmptyString};
 }
 
-// Holds labels only: there is nothing for the keyboard.
-class StepList : public wxWindow {
-public:
-    explicit StepList(wxWindow* parent) : wxWindow(parent, wxID_ANY) {
-        gtk_widget_set_can_focus(GetHandle(), FALSE);
-    }
-    bool AcceptsFocus() const override { return false; }
-};
-
 }  // namespace
 
 CPinPadDialog::CPinPadDialog(const PinPadLook& look)
@@ -68,7 +59,7 @@ CPinPadDialog::CPinPadDialog(const PinPadLook& look)
 void CPinPadDialog::AddSteps(wxSizer* rows, bool verification) {
     auto* const box =
         new wxStaticBoxSizer(wxVERTICAL, this, Translate(CATALOGUE_KEY("Action to perform")));
-    m_stepList = new StepList(box->GetStaticBox());
+    m_stepList = new Surface(box->GetStaticBox());
     m_stepList->SetBackgroundColour(StepBackground());
     m_stepList->SetFont(StepFont(GetFont()));
     auto* const lines = new wxBoxSizer(wxVERTICAL);

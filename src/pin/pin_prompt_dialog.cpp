@@ -4,6 +4,7 @@
 #include <wx/statline.h>
 
 #include "dialogs/common/layout.h"
+#include "dialogs/common/surface.h"
 #include "pin/pin_field.h"
 #include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
@@ -39,20 +40,22 @@ CPinPromptDialog::CPinPromptDialog(wxWindow* parent, const PinLengthRule& length
 
 wxString CPinPromptDialog::GetPin() const { return m_pinField->GetLineText(0); }
 
-void CPinPromptDialog::AddHeading(const wxString& tokenLabel) {
-    m_rows->Add(
-        layout::NewText(this, FormatTranslated(CATALOGUE_KEY("To log in to \"%s\""), tokenLabel)));
+void CPinPromptDialog::AddHeading(const wxString& tokenLabel, size_t maxLines) {
+    m_rows->Add(layout::NewHeading(
+        this, FormatTranslated(CATALOGUE_KEY("To log in to \"%s\""), tokenLabel), maxLines));
 }
 
 void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
-    if (lines.failure != nullptr) {
-        m_failureText = layout::NewWarning(this, Translate(lines.failure));
-        m_rows->Add(m_failureText, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+    if (lines.failure == nullptr) {
+        return;
     }
+    auto* const warnings =
+        new ColouredTexts(this, {layout::WarningColour()}, ColouredTexts::Icon::Warning);
+    m_failureText = warnings->AddText(Translate(lines.failure), layout::WarningColour());
     if (lines.warning != nullptr) {
-        m_warningText = layout::NewWarning(this, WarningText(lines));
-        m_rows->Add(m_warningText, wxSizerFlags().Border(wxTOP, layout::kLineGap));
+        m_warningText = warnings->AddText(WarningText(lines), layout::WarningColour());
     }
+    m_rows->Add(warnings, wxSizerFlags().Expand().Border(wxTOP, layout::kSectionGap));
 }
 
 void CPinPromptDialog::AddPinField() {

@@ -6,6 +6,8 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include <cstdint>
+
 #include "dialogs/common/rule_icon.h"
 #include "pin/pin_failure.h"
 #include "pin/pin_length_rule.h"
@@ -21,7 +23,7 @@ protected:
     CPinPromptDialog(wxWindow* parent, const PinLengthRule& lengthRule);
 
     /// The rows, from top to bottom.
-    void AddHeading(const wxString& tokenLabel);
+    void AddHeading(const wxString& tokenLabel, size_t maxLines = SIZE_MAX);
     void AddFailureLines(const PinFailureLines& lines);
     void AddPinField();
     wxButton* AddButtons(const wxString& okLabel);

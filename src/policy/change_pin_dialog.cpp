@@ -22,7 +22,8 @@ constexpr long kDialogStyle = wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | wxSTAY_O
 constexpr long kToolTipDelayMs = 257;
 // Room for the explanations: the policed dialog must fit a screen of 768 lines with all else.
 constexpr int kExplanationWidth = 400;
-constexpr int kPageTextHeight = 165;
+constexpr int kPolicedMessageWidth = 520;
+constexpr int kPageTextHeight = 150;
 constexpr int kRuleTextHeight = 44;
 constexpr size_t kHeadingLines = 4;
 constexpr int kTextPadding = 6;
@@ -41,7 +42,8 @@ wxString WarningText(const ChangePinFailure& failure) {
                                 ShownNumber(*failure.triesLeft)) +
                "\n";
     }
-    return text + Translate(failure.warning);
+    text += Translate(failure.warning);
+    return text.Trim(false);  // the line break before the tries: the header stands by itself
 }
 
 wxString FormatBound(const char* format, uint32_t bound) {
@@ -85,6 +87,10 @@ void CChangePinDialog::AddHeading(const wxString& tokenLabel) {
         layout::NewHeading(this, FormatTranslated(m_texts.heading, tokenLabel), kHeadingLines));
 }
 
+int CChangePinDialog::MessageWidth() const {
+    return m_pages ? kPolicedMessageWidth : layout::kTextWidth;
+}
+
 void CChangePinDialog::AddFailure(const ChangePinAttempts& attempts) {
     const ChangePinFailure failure = DescribeFailure(m_prompt.mode, attempts);
     if (failure.header == nullptr) {
@@ -93,8 +99,10 @@ void CChangePinDialog::AddFailure(const ChangePinAttempts& attempts) {
     wxStaticText* const header = layout::NewText(this, Translate(failure.header));
     header->SetFont(header->GetFont().Bold());
     m_rows->Add(header, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
-    m_rows->Add(layout::NewWarning(this, WarningText(failure)),
-                wxSizerFlags().Border(wxTOP, layout::kLineGap));
+    auto* const warning = new ColouredTexts(this, {layout::WarningColour()},
+                                            ColouredTexts::Icon::Warning, MessageWidth());
+    warning->AddText(WarningText(failure), layout::WarningColour());
+    m_rows->Add(warning, wxSizerFlags().Expand().Border(wxTOP, layout::kLineGap));
 }
 
 void CChangePinDialog::AddFields() {
@@ -208,12 +216,15 @@ void CChangePinDialog::AddExplanation() {
 
 // Both texts find their room from the start: the window must not jump while somebody types.
 void CChangePinDialog::AddSummary() {
-    m_summary = layout::NewText(this, Translate(kRequirementsMissing));
-    wxSize room = m_summary->GetBestSize();
-    m_summary->SetLabelText(layout::WrapText(*this, Translate(kRequirementsMet)));
-    room.IncTo(m_summary->GetBestSize());
+    m_summaryBox = new ColouredTexts(this, {layout::WarningColour(), ForestGreen()},
+                                     ColouredTexts::Icon::None, MessageWidth());
+    m_summary = m_summaryBox->AddText(Translate(kRequirementsMissing), layout::WarningColour());
+    wxSize room = m_summary->GetMinSize();
+    m_summaryBox->ChangeText(*m_summary, Translate(kRequirementsMet), ForestGreen());
+    layout::ReserveRoom(*m_summary);
+    room.IncTo(m_summary->GetMinSize());
     m_summary->SetMinSize(room);
-    m_rows->Add(m_summary, wxSizerFlags().Expand().Border(wxTOP, layout::kSectionGap));
+    m_rows->Add(m_summaryBox, wxSizerFlags().Expand().Border(wxTOP, layout::kSectionGap));
 }
 
 void CChangePinDialog::AddButtons() {
@@ -251,9 +262,9 @@ void CChangePinDialog::ShowSummary(bool allMet) {
         return;
     }
     m_shownSummary = allMet;
-    m_summary->SetForegroundColour(allMet ? ForestGreen() : layout::WarningColour());
-    m_summary->SetLabelText(
-        layout::WrapText(*this, Translate(allMet ? kRequirementsMet : kRequirementsMissing)));
+    m_summaryBox->ChangeText(*m_summary,
+                             Translate(allMet ? kRequirementsMet : kRequirementsMissing),
+                             allMet ? ForestGreen() : layout::WarningColour());
     m_okButton->Enable(allMet);
     if (allMet) {
         Announce(*m_summary, Translate(kRequirementsMet));

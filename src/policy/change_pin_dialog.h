@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "dialogs/common/indicator.h"
+#include "dialogs/common/surface.h"
 #include "policy/change_pin_mode.h"
 #include "policy/change_pin_rules.h"
 #include "policy/policy_pages.h"
@@ -47,6 +48,7 @@ private:
         std::function<wxString()> explain;
     };
 
+    int MessageWidth() const;
     void AddHeading(const wxString& tokenLabel);
     void AddFailure(const ChangePinAttempts& attempts);
     void AddFields();
@@ -83,6 +85,7 @@ private:
     wxTextCtrl* m_newField = nullptr;
     wxTextCtrl* m_confirmField = nullptr;
     wxTextCtrl* m_explanation = nullptr;
+    ColouredTexts* m_summaryBox = nullptr;
     wxStaticText* m_summary = nullptr;
     wxButton* m_okButton = nullptr;
     std::vector<Row> m_states;

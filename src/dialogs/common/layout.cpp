@@ -47,6 +47,20 @@ wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, in
     return wrapped;
 }
 
+wxStaticText* NewText(wxWindow* parent, const wxString& text) {
+    const wxString wrapped = WrapText(*parent, text);
+    auto* const label = new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(wrapped));
+    if (wrapped != text) {
+        SetAccessibleName(*label, text);
+    }
+    return label;
+}
+
+void ShowWrapped(wxStaticText& label, const wxString& text, int width) {
+    label.SetLabelText(WrapText(label, text, width));
+    SetAccessibleName(label, text);
+}
+
 ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines) {
     const wxString wrapped = WrapText(window, text);
     const wxArrayString lines = wxSplit(wrapped, '\n', '\0');
@@ -65,24 +79,15 @@ void TellWhole(wxWindow& window, const wxString& text) {
     SetAccessibleName(window, text);
 }
 
-wxStaticText* NewText(wxWindow* parent, const wxString& text) {
-    return new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(WrapText(*parent, text)));
-}
-
 wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
     const ElidedText elided = ElideText(*parent, text, maxLines);
+    if (!elided.isCut) {
+        return NewText(parent, text);
+    }
     auto* const heading =
         new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(elided.shown));
-    if (elided.isCut) {
-        TellWhole(*heading, text);
-    }
+    TellWhole(*heading, text);
     return heading;
-}
-
-wxStaticText* NewWarning(wxWindow* parent, const wxString& text) {
-    wxStaticText* const warning = NewText(parent, text);
-    warning->SetForegroundColour(WarningColour());
-    return warning;
 }
 
 void ReserveRoom(wxStaticText& label) {

@@ -23,7 +23,7 @@ inline constexpr int kMinContentWidth = 280;
 /// Pixels after which a text is broken, so that a long label does not widen its dialog.
 inline constexpr int kTextWidth = 400;
 
-/// The colour of warnings.
+/// The colour of warnings; see ColouredTexts.
 inline wxColour WarningColour() { return {255, 0, 0, 255}; }
 
 /// The text with line breaks where it would be wider than `width` pixels in the window's font;
@@ -43,15 +43,16 @@ ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines);
 /// Makes the whole of a text known that `window` shows cut: as tool tip and accessible name.
 void TellWhole(wxWindow& window, const wxString& text);
 
-/// A label that shows `text` literally (an ampersand is an ampersand), wrapped.
+/// A label that shows `text` literally (an ampersand is an ampersand), wrapped. Its accessible name
+/// is the text as it is: a screen reader would make a pause where a line ends.
 wxStaticText* NewText(wxWindow* parent, const wxString& text);
 
-/// The same for a text that may be long where there is little room: what goes beyond `maxLines`
-/// is cut with an ellipsis, and the whole text is the tool tip and the accessible name.
-wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines);
+/// Gives a label another text, wrapped in the label's own font, and the accessible name with it.
+void ShowWrapped(wxStaticText& label, const wxString& text, int width = kTextWidth);
 
-/// A wrapped label in the colour of warnings.
-wxStaticText* NewWarning(wxWindow* parent, const wxString& text);
+/// As NewText(), for a text that may be long where there is little room: what goes beyond
+/// `maxLines` is cut with an ellipsis, and the whole text is the tool tip and the accessible name.
+wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines);
 
 /// Gives a label at least the size of its text in the font that was set for it. The toolkit learns
 /// of that font only when the window is shown, and would lay it out for another one until then.

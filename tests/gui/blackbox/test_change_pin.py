@@ -142,11 +142,11 @@ class Titles(ChangeCase):
 
 class Warnings(ChangeCase):
     def red_lines(self):
-        return [label.name for label in self.window.find_all("label")
+        return [plain(label.name) for label in self.window.find_all("label")
                 if RED in self.screen.pixels(label) and plain(label.name) != MISSING]
 
     def test_earlier_attempts_are_told(self):
-        tries = f"\nYou have 2 tries remaining\n{MAY_LOCK}"
+        tries = f"You have 2 tries remaining {MAY_LOCK}"
         earlier = "The PIN has previously been entered incorrectly"
         for export, arguments, header, red in (
                 (CHANGE, {"noFailure": 1}, None, []),

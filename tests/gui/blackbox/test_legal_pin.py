@@ -161,7 +161,7 @@ class Warnings(LegalPinCase):
         self.cancel()
 
     def test_both_forms_have_the_warnings_of_the_pin_dialog(self):
-        tries = f"{MAY_LOCK}\nYou have 2 tries remaining"
+        tries = f"{MAY_LOCK} You have 2 tries remaining"
         for export, arguments, expected in (
                 (LEGAL, {}, []), (LEGAL, {"finalTry": 1, "failedEarlier": 1}, [EARLIER, LAST]),
                 (LEGAL_EX, {"maxTries": 3, "triesLeft": 3}, []),

@@ -214,7 +214,7 @@ class DigitalIds(SelectionCase):
     def test_what_is_shown(self):
         self.open_ids(name="Jane & Co", count=2, validFrom="2024-05-06", validTo="2034-05-06")
         self.assertEqual(
-            ["Multiple Digital IDs found; please select an appropriate\n"
+            ["Multiple Digital IDs found; please select an appropriate "
              "Digital ID from the list below:", "Valid From: ", "2024-05-06", "Valid To: ",
              "2034-05-06", ALWAYS, "OK", "Cancel"],
             self.window.texts(("label", "check box", "push button")))
