@@ -60,7 +60,9 @@ void CSuperTokenNotificationDialog::AddTexts(wxSizer* rows, const NotificationTe
     wxStaticText* const main = NewCentredText(wxEmptyString);
     MarkHeadline(*main, ToUtf8(headline).size());
     main->SetLabelText(headline + layout::WrapText(*this, texts.explanation));
+    SetAccessibleName(*main, texts.headline + texts.explanation);
     wxStaticText* const instruction = NewCentredText(layout::WrapText(*this, texts.instruction));
+    SetAccessibleName(*instruction, texts.instruction);
     for (wxStaticText* const text : {main, instruction}) {
         rows->Add(text, wxSizerFlags().Expand().Border(wxTOP, layout::kMargin));
     }

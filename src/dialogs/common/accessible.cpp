@@ -2,6 +2,8 @@
 
 #include <gtk/gtk.h>
 
+#include <algorithm>
+
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
@@ -30,6 +32,13 @@ void UndoGuess(GtkLabel* label, GParamSpec*, gpointer) {
     if (guessed != nullptr && guessed != tied) {
         gtk_label_set_mnemonic_widget(label, static_cast<GtkWidget*>(tied));
     }
+}
+
+bool HoldsKeyboardControl(const wxWindow& window) {
+    return std::any_of(window.GetChildren().begin(), window.GetChildren().end(),
+                       [](const wxWindow* child) {
+                           return child->AcceptsFocusFromKeyboard() || HoldsKeyboardControl(*child);
+                       });
 }
 
 GtkWidget* LabelOf(const wxWindow& window) {
@@ -104,6 +113,10 @@ void MarkAsDecoration(wxWindow& picture) {
 
 void DescribeWindow(wxTopLevelWindow& window, WindowRole role) {
     UndoGuessesBelow(window);
+    if (!HoldsKeyboardControl(window)) {
+        // It would take the focus itself, and has nothing to say.
+        gtk_widget_set_can_focus(window.m_wxwindow, FALSE);
+    }
     atk_object_set_role(AccessibleOf(window),
                         role == WindowRole::Alert ? ATK_ROLE_ALERT : ATK_ROLE_DIALOG);
 }

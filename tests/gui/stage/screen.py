@@ -130,6 +130,11 @@ class Node:
         return self._call(ATSPI + "Text", "GetAttributes", "(i)", place)[0]
 
     @property
+    def default_text_attributes(self):
+        """Those that hold where nothing else is said: a label's font, for example."""
+        return self._call(ATSPI + "Text", "GetDefaultAttributes")[0]
+
+    @property
     def length(self):
         """Number of characters of an entry."""
         return self._get("Text", "CharacterCount")
@@ -231,6 +236,14 @@ class Node:
     @property
     def actions(self):
         return [action[0] for action in self._call(ATSPI + "Action", "GetActions")[0]]
+
+    @property
+    def key_bindings(self):
+        """The keys of its actions, for example `<Alt>s`; what has no actions has none."""
+        if ATSPI + "Action" not in self._call(ATSPI + "Accessible", "GetInterfaces")[0]:
+            return []
+        return [action[2] for action in self._call(ATSPI + "Action", "GetActions")[0]
+                if action[2]]
 
     def press(self):
         """Does what a click on it does (its first action), as a screen reader would."""

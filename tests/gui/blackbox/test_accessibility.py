@@ -1,0 +1,198 @@
+#!/usr/bin/python3
+"""What a user without a mouse, without sight or without colours gets, in every dialog."""
+
+import unittest
+
+from every_dialog import DIALOGS
+from stage import OK, Events, StageTestCase, wait_until
+
+FIELDS = ("password text", "text", "combo box", "table", "list", "list box")
+MASK = "\u25cf"
+
+
+class AccessibilityCase(StageTestCase):
+    def open(self, dialog, environment=None):
+        self.host = self.start_host(registry=dialog.registry, environment=environment)
+        arguments = {key: value for key, value in dialog.arguments.items() if value is not None}
+        self.call = self.host.call(dialog.export, **arguments)
+        self.window = self.screen.find_window(dialog.title, self.host)
+        if dialog.order:
+            self.screen.wait_focused()
+        return self.window
+
+    def type(self, field, value):
+        field.focus()
+        self.screen.type_text(value, field)
+        wait_until(lambda: field.length == len(value), what="the typed characters")
+
+    def end(self, dialog):
+        """Ends the dialog as a host or Escape does."""
+        if dialog.hide is None:
+            self.screen.key("Escape")
+            self.assertEqual(dialog.result, self.call.result())
+        else:
+            self.call.result()
+            self.screen.x11.key("Escape")
+            self.host.run("DLG_GetLocale")  # the key has been looked at by then
+            self.assertTrue(self.window.showing, "only the host removes it")
+            self.host.run(dialog.hide)
+        self.screen.wait_gone(self.window)
+
+
+
+def focused_name(screen):
+    node = screen.focused()
+    return node and node.name
+
+
+class EveryDialog(AccessibilityCase):
+    def test_names_roles_labels_keys_and_ways_out(self):
+        for dialog in DIALOGS:
+            with self.subTest(dialog.name):
+                self.open(dialog)
+                self.check_roles_and_names(dialog)
+                self.check_labels()
+                self.check_mnemonics()
+                self.check_order(dialog)
+                self.end(dialog)
+                self.host.close()
+
+    def check_roles_and_names(self, dialog):
+        self.assertEqual(dialog.role, self.window.role)
+        self.assertEqual(dialog.title, self.window.name)
+        for node in self.window.walk():
+            if "focusable" in node.states or node.role == "icon":
+                self.assertTrue(node.name.strip(" :"), node)
+            self.assertNotRegex(node.name, r"[&%]|_[A-Za-z]", node)
+            if node.role == "label" and dialog.role != "alert":
+                # A line break that only wrapping put in would be spoken as a pause.
+                self.assertNotRegex(node.name, r"[a-z,] ?\n[a-z]", node)
+
+    def check_labels(self):
+        """A label stands for a field, and a field for the label that is beside it."""
+        for node in self.window.walk():
+            targets = node.relations.get("label-for", [])
+            for target in targets:
+                self.assertIn(target.role, (*FIELDS, "label"), f"{node!r} stands for {target!r}")
+                self.assertEqual([node], target.relations["labelled-by"])
+                if target.role in FIELDS:
+                    self.assertEqual(node.name.rstrip(":"), target.name)
+            if node.role in FIELDS and "focusable" in node.states and node.name != "Explanation":
+                self.assertIn("labelled-by", node.relations, node)
+
+    def check_mnemonics(self):
+        keys = [(key, node.name) for node in self.window.walk() for key in node.key_bindings]
+        self.assertEqual(len({key for key, _ in keys}), len(keys), keys)
+
+    def check_order(self, dialog):
+        if not dialog.order:
+            self.assertEqual([], [node for node in self.window.walk()
+                                  if "focusable" in node.states and node != self.window])
+            return
+        self.expect_focus(dialog.order[0])
+        for name in [*dialog.order[1:], dialog.order[0]]:
+            self.screen.key("Tab")
+            self.expect_focus(name)
+        for name in [*dialog.order[:0:-1], dialog.order[0]]:
+            self.screen.key("shift+Tab")
+            self.expect_focus(name)
+
+    def expect_focus(self, name):
+        wait_until(lambda: focused_name(self.screen) == name, what=f"the focus on {name!r}",
+                   seen=self.window.dump)
+
+
+class Typing(AccessibilityCase):
+    def test_nothing_that_is_typed_is_told_and_what_changes_is(self):
+        for dialog in DIALOGS:
+            if not dialog.typed:
+                continue
+            with self.subTest(dialog.name), Events(self.screen.bus) as events:
+                self.open(dialog)
+                fields = [node for node in self.window.walk() if node.role == "password text"]
+                self.assertEqual(len(dialog.typed), len(fields))
+                for field, value in zip(fields, dialog.typed):
+                    self.type(field, value)
+                self.check_echo(events, fields, dialog.typed)
+                self.check_rules(events)
+                self.screen.key("Return")
+                self.assertEqual(OK, self.call.result())
+                self.host.close()
+
+    def check_echo(self, events, fields, typed):
+        for field, value in zip(fields, typed):
+            wait_until(lambda: self.inserted(events, field) == MASK * len(value),
+                       what="a mask character for each that is typed",
+                       seen=lambda: self.inserted(events, field))
+            self.assertEqual(MASK * len(value), field.text)
+        for event in events.seen():
+            self.assertNotIn(typed[0], str(event))
+
+    @staticmethod
+    def inserted(events, field):
+        return "".join(event.value for event in events.seen("TextChanged")
+                       if event.path == field.path and event.detail.startswith("insert"))
+
+    def check_rules(self, events):
+        """Each rule that was not met at first is now; both events say so."""
+        told = [node for node in self.window.walk() if node.role in ("icon", "push button")
+                and node.name.startswith("Met: Minimum P")]
+        self.assertEqual(1, len(told))
+        for kind in ("Announcement", "PropertyChange"):
+            events.wait_for(kind, told[0].name, told[0])
+        self.assertEqual([], [node for node in self.window.walk()
+                              if node.name.startswith("Not met:")])
+
+
+class Colours(AccessibilityCase):
+    def test_a_warning_is_bold_and_has_a_picture_besides_its_words(self):
+        for dialog in DIALOGS:
+            if "noFailure" not in dialog.arguments:
+                continue
+            with self.subTest(dialog.name):
+                self.open(dialog)
+                red = [node for node in self.window.find_all("label")
+                       if (255, 0, 0) in self.screen.pixels(node)]
+                self.assertTrue(red)
+                for label in red:
+                    self.assertGreaterEqual(int(label.default_text_attributes["weight"]), 700)
+                    self.assertRegex(label.name, "(?i)warning|incorrect|previously")
+                first = red[0].extents
+                left = [node for node in self.window.find_all("redundant object")
+                        if node.extents[0] < first[0] and abs(node.extents[1] - first[1]) < 16]
+                self.assertEqual(1, len(left), "the picture beside the warning")
+                self.end(dialog)
+                self.host.close()
+
+
+class Announcements(AccessibilityCase):
+    def find(self, name):
+        return next(dialog for dialog in DIALOGS if dialog.name == name)
+
+    def test_the_steps_and_words_of_a_pin_pad_are_spoken(self):
+        with Events(self.screen.bus) as events:
+            self.open(self.find("pad Modification"))
+            for order, spoken in (("NextPin", "Enter your PIN"), ("NextPin", "Enter the new PIN"),
+                                  ("NextPin", "Confirm the new PIN"), ("Accept", "Ok Pressed"),
+                                  ("Timeout", "Timer Expired"), ("Cancel", "Cancel Pressed")):
+                self.host.run("DLG_PinPadKeyboardInput" + order)
+                events.wait_for("Announcement", spoken)
+
+    def test_each_scan_of_a_finger_is_spoken(self):
+        with Events(self.screen.bus) as events:
+            self.open(self.find("enrolment"))
+            self.host.run("DLG_UpdateSuperTokenEnrolDlg")
+            events.wait_for("Announcement", "Lumora Bio Token - enrolling finger (scan 2)")
+
+    def test_the_end_of_all_objections_is_spoken(self):
+        with Events(self.screen.bus) as events:
+            dialog = self.find("change-pin")
+            self.open(dialog)
+            for field, value in zip(self.window.find_all("password text"), dialog.typed):
+                self.type(field, value)
+            events.wait_for("Announcement", "The informed password is correct and fullfilled all "
+                                            "the password policy requirements !")
+
+
+if __name__ == "__main__":
+    unittest.main()

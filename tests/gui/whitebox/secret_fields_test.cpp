@@ -1,0 +1,66 @@
+// What input methods and on-screen keyboards are told about the fields that take a secret. No
+// other program can see it, so it is looked at from the inside.
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <wx/image.h>
+
+#include <vector>
+
+#include "dialogs/common/window_ptr.h"
+#include "pin/legal_signature_dialog.h"
+#include "pin/pin_entry_dialog.h"
+#include "pin/secure_text_control.h"
+#include "policy/change_pin_dialog.h"
+
+namespace zeldlg {
+
+namespace {
+
+void Collect(GtkWidget* widget, gpointer entries) {
+    if (GTK_IS_ENTRY(widget) && gtk_entry_get_visibility(GTK_ENTRY(widget)) == FALSE) {
+        static_cast<std::vector<GtkEntry*>*>(entries)->push_back(GTK_ENTRY(widget));
+    } else if (GTK_IS_CONTAINER(widget)) {
+        gtk_container_forall(GTK_CONTAINER(widget), Collect, entries);
+    }
+}
+
+void ExpectSecretFields(const wxWindow& window, size_t count) {
+    std::vector<GtkEntry*> entries;
+    Collect(window.GetHandle(), &entries);
+    EXPECT_EQ(entries.size(), count);
+    for (GtkEntry* const entry : entries) {
+        EXPECT_EQ(gtk_entry_get_input_purpose(entry), GTK_INPUT_PURPOSE_PASSWORD);
+        const int hints = gtk_entry_get_input_hints(entry);
+        EXPECT_TRUE(hints & GTK_INPUT_HINT_NO_SPELLCHECK);
+        EXPECT_TRUE(hints & GTK_INPUT_HINT_NO_EMOJI);
+        EXPECT_FALSE(hints & GTK_INPUT_HINT_WORD_COMPLETION);
+    }
+}
+
+TEST(SecretFields, AreDeclaredAsSuchInThePinDialogs) {
+    if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr) {
+        wxImage::AddHandler(new wxPNGHandler);  // for the picture
+    }
+    const PinLengthRule rule(4, 8);
+    ExpectSecretFields(*MakeWindow<CPinEntryDialog>(nullptr, "Card", rule, PinFailureLines()), 1);
+    ExpectSecretFields(*MakeWindow<CLegalSignatureDialog>(nullptr, "Card", rule, PinFailureLines()),
+                       1);
+}
+
+TEST(SecretFields, AreDeclaredAsSuchInTheChangeDialog) {
+    for (const bool policed : {false, true}) {
+        ChangePinPrompt prompt;
+        prompt.policed = policed;
+        ExpectSecretFields(*MakeWindow<CChangePinDialog>(nullptr, prompt), 3);
+    }
+}
+
+TEST(SecretFields, TheMaskedControlIsOne) {
+    const auto dialog = MakeWindow<wxDialog>(nullptr, wxID_ANY, wxString());
+    new CSecureTextControl(dialog.get(), wxID_ANY, 0, 0, wxDefaultSize, true, 0);
+    ExpectSecretFields(*dialog, 1);
+}
+
+}  // namespace
+
+}  // namespace zeldlg
