@@ -10,7 +10,20 @@
 #include <vector>
 
 #include "runtime/gui_runner.h"
+#include "runtime/handlers/biometric_notification_handler.h"
+#include "runtime/handlers/challenge_response_handler.h"
+#include "runtime/handlers/change_pin_handler.h"
+#include "runtime/handlers/digital_id_handler.h"
+#include "runtime/handlers/enrolment_hint_handler.h"
 #include "runtime/handlers/handler_chain.h"
+#include "runtime/handlers/key_generation_handler.h"
+#include "runtime/handlers/legal_pin_handler.h"
+#include "runtime/handlers/message_box_handler.h"
+#include "runtime/handlers/pin_entry_handler.h"
+#include "runtime/handlers/pin_pad_handler.h"
+#include "runtime/handlers/token_selection_handler.h"
+#include "runtime/handlers/translation_handler.h"
+#include "runtime/handlers/unblock_method_handler.h"
 #include "runtime/message.h"
 #include "runtime/thread.h"
 #include "runtime/turn.h"
@@ -240,10 +253,24 @@ TEST(Runner, ARequestThatNobodyTakesIsCompletedWithItsReplyUntouched) {
     EXPECT_EQ(reply, 42U);
 }
 
+TEST(HandlerChain, ThirteenHandlersStandInTheirOrder) {
+    const std::vector<RequestHandler> expected{HandleMessageBox,     HandleBiometricNotification,
+                                               HandleTokenSelection, HandlePinEntry,
+                                               HandleTranslation,    HandleEnrolmentHint,
+                                               HandleKeyGeneration,  HandleLegalPin,
+                                               HandleDigitalId,      HandleUnblockMethod,
+                                               HandleChangePin,      HandleChallengeResponse,
+                                               HandlePinPad};
+    const auto chain = HandlerChain();
+    EXPECT_EQ(expected, std::vector<RequestHandler>(chain.begin(), chain.end()));
+}
+
 TEST(HandlerChain, NoHandlerTakesACodeThatIsNotItsOwn) {
     for (const uint64_t code :
-         {0x0ULL, 0x1000ULL, 0x1008ULL, 0x1300ULL, 0x1303ULL, 0x1400ULL, 0x1404ULL, 0x1700ULL,
-          0x1703ULL, 0x1980ULL, 0x1985ULL, 0x1990ULL, 0x199fULL, 0x1'0000'1301ULL}) {
+         {0x0ULL,    0x1000ULL, 0x1008ULL, 0x1100ULL, 0x1105ULL, 0x1200ULL, 0x1202ULL,
+          0x1300ULL, 0x1303ULL, 0x1400ULL, 0x1404ULL, 0x1500ULL, 0x1502ULL, 0x1600ULL,
+          0x1603ULL, 0x1700ULL, 0x1703ULL, 0x1800ULL, 0x1802ULL, 0x1900ULL, 0x1902ULL,
+          0x1980ULL, 0x1985ULL, 0x1990ULL, 0x199fULL, 0x19f0ULL, 0x19f2ULL, 0x1'0000'1301ULL}) {
         CMessage message(code, 0, 0);
         for (const RequestHandler handler : HandlerChain()) {
             EXPECT_FALSE(handler(&message)) << std::hex << code;
