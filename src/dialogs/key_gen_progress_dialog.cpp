@@ -31,6 +31,7 @@ CKeyGenProgressDialog::CKeyGenProgressDialog(wxWindow* parent)
     row->Add(m_picture, each);
     row->Add(layout::NewText(this, Translate(CATALOGUE_KEY("Generating key-pair, please wait..."))),
              each);
+    layout::AlignLabels(*this);
     SetSizerAndFit(row);
     DescribeWindow(*this, WindowRole::Dialog);
     Centre();

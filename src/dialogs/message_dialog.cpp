@@ -13,6 +13,7 @@
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/closing.h"
 #include "dialogs/common/dialog_style.h"
+#include "dialogs/common/layout.h"
 #include "dialogs/message_style.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -157,6 +158,7 @@ void CMessageDialog::MakeDefault(wxButton* button) {
 }
 
 void CMessageDialog::FinishLayout(wxSizer* rows) {
+    layout::AlignLabels(*this);
     SetSizer(rows);
     KeepMessageOnScreen();
     rows->Fit(this);

@@ -19,6 +19,22 @@ struct Unref {
     void operator()(gpointer object) const { g_object_unref(object); }
 };
 
+using TextLayout = std::unique_ptr<PangoLayout, Unref>;
+
+TextLayout NewLayout(const wxWindow& window, const wxScopedCharBuffer& utf8) {
+    return TextLayout(gtk_widget_create_pango_layout(window.GetHandle(), utf8));
+}
+
+// A line that is broken off begins a paragraph of its own: a mark before it keeps the direction of
+// the one that it comes from.
+wxString DirectionMark(const wxWindow& window, const PangoLayoutLine& line, const wxString& piece) {
+    const TextLayout alone = NewLayout(window, piece.utf8_str());
+    if (pango_layout_get_line_readonly(alone.get(), 0)->resolved_dir == line.resolved_dir) {
+        return {};
+    }
+    return line.resolved_dir == PANGO_DIRECTION_RTL ? L"\u200F" : L"\u200E";
+}
+
 }  // namespace
 
 wxString WrapText(wxWindow& window, const wxString& text, int width) {
@@ -27,8 +43,7 @@ wxString WrapText(wxWindow& window, const wxString& text, int width) {
 
 wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, int width) {
     const wxScopedCharBuffer utf8 = text.utf8_str();
-    const std::unique_ptr<PangoLayout, Unref> layout(
-        gtk_widget_create_pango_layout(window.GetHandle(), utf8));
+    const TextLayout layout = NewLayout(window, utf8);
     // The widget itself learns of a font that was set only when it is shown.
     pango_layout_set_font_description(layout.get(), font.GetNativeFontInfo()->description);
     pango_layout_set_width(layout.get(), width * PANGO_SCALE);
@@ -39,6 +54,9 @@ wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, in
         const auto* const each = static_cast<const PangoLayoutLine*>(line->data);
         wxString piece =
             wxString::FromUTF8(utf8.data() + each->start_index, static_cast<size_t>(each->length));
+        if (each->is_paragraph_start == 0) {
+            wrapped += DirectionMark(window, *each, piece);
+        }
         if (line->next != nullptr) {
             piece = piece.Trim() + "\n";
         }
@@ -96,6 +114,19 @@ void ReserveRoom(wxStaticText& label) {
     label.SetMinSize(context.GetMultiLineTextExtent(label.GetLabelText()));
 }
 
+// Both the toolkit and GTK below it turn left and right round for such scripts.
+void AlignLabels(wxWindow& window) {
+    for (wxWindow* const child : window.GetChildren()) {
+        if (dynamic_cast<wxStaticText*>(child) == nullptr) {
+            AlignLabels(*child);
+        } else if (!child->HasFlag(wxALIGN_CENTRE_HORIZONTAL | wxALIGN_RIGHT)) {
+            GtkLabel* const label = GTK_LABEL(child->GetHandle());
+            gtk_label_set_justify(label, GTK_JUSTIFY_LEFT);
+            gtk_label_set_xalign(label, 0);
+        }
+    }
+}
+
 // The toolkit's own margins reach single-line fields only.
 void PadText(const wxTextCtrl& field, int pixels) {
     GtkTextView* const view = GTK_TEXT_VIEW(gtk_bin_get_child(GTK_BIN(field.GetHandle())));
@@ -121,6 +152,7 @@ void Finish(wxTopLevelWindow& window, wxSizer* content) {
     content->SetMinSize(kMinContentWidth, wxDefaultCoord);
     auto* const margin = new wxBoxSizer(wxVERTICAL);
     margin->Add(content, wxSizerFlags(1).Expand().Border(wxALL, kMargin));
+    AlignLabels(window);
     window.SetSizerAndFit(margin);
     margin->SetSizeHints(&window);
     DescribeWindow(window, WindowRole::Dialog);

@@ -58,6 +58,10 @@ wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines
 /// of that font only when the window is shown, and would lay it out for another one until then.
 void ReserveRoom(wxStaticText& label);
 
+/// Lines up the texts of all labels in the window at the side where reading starts. The toolkit
+/// would line them up at the other side where that is the right one.
+void AlignLabels(wxWindow& window);
+
 /// Keeps the text of a multi-line field `pixels` away from its border.
 void PadText(const wxTextCtrl& field, int pixels);
 
