@@ -1,9 +1,9 @@
 #include "biometric/enrolment_hint_dialog.h"
 
-#include <wx/button.h>
 #include <wx/checkbox.h>
 
 #include "biometric/enrolment_hint_setting.h"
+#include "dialogs/common/button.h"
 #include "dialogs/common/closing.h"
 #include "dialogs/common/layout.h"
 #include "resources/catalogue_key.h"
@@ -48,7 +48,7 @@ void CEnrolmentHintDialog::AddCheckBox(wxSizer* rows) {
 }
 
 void CEnrolmentHintDialog::AddOkButton(wxSizer* rows) {
-    auto* const button = new wxButton(this, wxID_OK, Translate(CATALOGUE_KEY("OK")));
+    auto* const button = new Button(this, wxID_OK, Translate(CATALOGUE_KEY("OK")));
     button->SetDefault();
     button->SetFocus();
     rows->Add(button, wxSizerFlags().CentreHorizontal().Border(wxALL, kButtonBorder));

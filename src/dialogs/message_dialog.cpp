@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/button.h"
 #include "dialogs/common/closing.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
@@ -115,7 +116,7 @@ void CMessageDialog::AddButtons(wxSizer& rows, long style) {
     const MessageButtons buttons = MessageButtonsOf(style);
     MakeDefault(buttons == MessageButtons::YesNo
                     ? NewYesButton()
-                    : new wxButton(this, wxID_OK, Translate(CATALOGUE_KEY("OK"))));
+                    : new Button(this, wxID_OK, Translate(CATALOGUE_KEY("OK"))));
     switch (buttons) {
         case MessageButtons::YesNo:
             AddButtonPair(rows, m_defaultButton, Translate(CATALOGUE_KEY("&No")));
@@ -133,13 +134,13 @@ void CMessageDialog::AddButtonPair(wxSizer& rows, wxButton* confirm, const wxStr
     const wxSizerFlags each = wxSizerFlags().CentreVertical().Border(wxALL, kButtonBorder);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(confirm, each);
-    row->Add(new wxButton(this, wxID_CANCEL, cancelLabel), each);
+    row->Add(new Button(this, wxID_CANCEL, cancelLabel), each);
     rows.Add(row, wxSizerFlags().CentreHorizontal().Border(wxALL, kButtonRowBorder));
 }
 
 // The box has a fixed size: the button is made wide enough for the count-down beforehand.
 wxButton* CMessageDialog::NewYesButton() {
-    auto* const yes = new wxButton(this, wxID_OK, Translate(CATALOGUE_KEY("&Yes")));
+    auto* const yes = new Button(this, wxID_OK, Translate(CATALOGUE_KEY("&Yes")));
     if (m_remainingSeconds != 0) {
         wxSize size = yes->GetBestSize();
         for (const int64_t count : {m_remainingSeconds, kWidestCount}) {

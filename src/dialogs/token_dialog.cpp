@@ -1,6 +1,7 @@
 #include "dialogs/token_dialog.h"
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/button.h"
 #include "dialogs/common/closing.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
@@ -22,7 +23,7 @@ CTokenDialog::CTokenDialog(wxWindow* parent)
     wxStaticText* const label =
         layout::NewText(this, Translate(CATALOGUE_KEY("Please select a token:")));
     m_list = new ChoiceList(this, *label);
-    m_okButton = new wxButton(this, wxID_OK, Translate(CATALOGUE_KEY("OK")));
+    m_okButton = new Button(this, wxID_OK, Translate(CATALOGUE_KEY("OK")));
     m_okButton->SetDefault();
     m_okButton->Disable();
     auto* const rows = new wxBoxSizer(wxVERTICAL);

@@ -1,9 +1,9 @@
 #include "pin/pin_pad_dialog.h"
 
-#include <wx/button.h>
 #include <wx/statbox.h>
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/button.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/common/modeless.h"
 #include "dialogs/common/surface.h"
@@ -95,7 +95,7 @@ void CPinPadDialog::AddPinRow(wxSizer* rows) {
 }
 
 void CPinPadDialog::AddAbortButton(wxSizer* rows) {
-    auto* const button = new wxButton(this, kAbortId, Translate(CATALOGUE_KEY("&Abort")));
+    auto* const button = new Button(this, kAbortId, Translate(CATALOGUE_KEY("&Abort")));
     button->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { m_abortRequested = true; });
     rows->Add(button, wxSizerFlags().Right().Border(wxTOP, layout::kSectionGap));
 }

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/button.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
@@ -137,8 +138,8 @@ void PadText(const wxTextCtrl& field, int pixels) {
 }
 
 ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel) {
-    const ButtonRow buttons{new wxButton(parent, wxID_OK, okLabel),
-                            new wxButton(parent, wxID_CANCEL, Translate(CATALOGUE_KEY("Cancel")))};
+    const ButtonRow buttons{new Button(parent, wxID_OK, okLabel),
+                            new Button(parent, wxID_CANCEL, Translate(CATALOGUE_KEY("Cancel")))};
     buttons.ok->SetDefault();
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(buttons.ok);
