@@ -11,6 +11,8 @@ namespace zeldlg {
 
 namespace {
 
+constexpr const wchar_t* kNoBreakSpace = L"\u00A0";
+
 // What has the keyboard focus: of a control that scrolls or drops down, the widget inside.
 GtkWidget* FocusedWidget(const wxWindow& window) {
     GtkWidget* const widget = window.GetHandle();
@@ -87,6 +89,8 @@ void SetLabelFor(wxStaticText& label, wxWindow& field) {
     name.Replace("\n", " ");  // from wrapping
     if (name.EndsWith(":")) {
         name.RemoveLast();
+        // French has a blank before a colon.
+        name.EndsWith(kNoBreakSpace, &name);
     }
     SetAccessibleName(field, name);
 }
