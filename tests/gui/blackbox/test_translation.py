@@ -7,7 +7,7 @@ import subprocess
 import tempfile
 import unittest
 
-from stage import BUFFER_TOO_SMALL, CANCELLED, FAILED, OK, StageTestCase
+from stage import BUFFER_TOO_SMALL, CANCELLED, FAILED, OK, StageTestCase, make_locales
 
 KEY = r"HKEY_LOCAL_MACHINE\SOFTWARE\Corvenna\Tessaly"
 UTF8 = "DLG_GetTranslationUTF8"
@@ -36,11 +36,7 @@ class TranslationCase(StageTestCase):
     def setUpClass(cls):
         cls.directory = tempfile.mkdtemp(prefix="catalogues-")
         cls.addClassCleanup(shutil.rmtree, cls.directory)
-        cls.locales = os.path.join(cls.directory, "locales")
-        os.mkdir(cls.locales)
-        for name in ("de_DE", "fr_FR"):
-            subprocess.run(["localedef", "-i", name, "-f", "UTF-8",
-                            os.path.join(cls.locales, name + ".UTF-8")], check=True)
+        cls.locales = make_locales("de_DE", "fr_FR")
         cls.catalogues = os.path.join(cls.directory, "catalogues")
         cls.compile(cls.catalogues, "de", GERMAN)
         cls.compile(cls.catalogues, "fr", FRENCH)

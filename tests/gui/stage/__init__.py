@@ -7,12 +7,14 @@ them together for a test file that is started with run_on_stage.
 
 from .events import Events
 from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call, Host, HostError,
-                   policy)
+                   library_path, policy)
+from .locales import make_locales
 from .screen import Node, Screen
 from .servers import Stage
+from .snapshot import take_snapshot
 from .testcase import StageTestCase
 from .wait import Gone, StageError, scaled, wait_until
 
 __all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
            "Gone", "Host", "HostError", "Node", "Screen", "Stage", "StageError", "StageTestCase",
-           "policy", "scaled", "wait_until"]
+           "library_path", "make_locales", "policy", "scaled", "take_snapshot", "wait_until"]

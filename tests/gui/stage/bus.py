@@ -33,6 +33,33 @@ class Bus:
             raise Gone(f"{owner} {path} {method}: {error.message}") from error
         return reply.unpack()
 
+    def call_all(self, owner, calls):
+        """Makes calls (path, interface, method, signature, arguments...) together; their replies
+        in order.
+        """
+        replies = [None] * len(calls)
+        left = len(calls)
+
+        def on_reply(connection, result, place):
+            nonlocal left
+            left -= 1
+            try:
+                replies[place] = connection.call_finish(result).unpack()
+            except GLib.Error as error:
+                replies[place] = Gone(f"{owner} {calls[place]}: {error.message}")
+
+        for place, (path, interface, method, signature, *arguments) in enumerate(calls):
+            self.connection.call(owner, path, interface, method,
+                                 GLib.Variant(signature, tuple(arguments)), None,
+                                 Gio.DBusCallFlags.NO_AUTO_START, TIMEOUT_MS, None, on_reply,
+                                 place)
+        while left:
+            GLib.MainContext.default().iteration(True)
+        for reply in replies:
+            if isinstance(reply, Gone):
+                raise reply
+        return replies
+
     def send(self, owner, path, interface, method, signature, *arguments):
         """Calls without waiting for the reply."""
         self.connection.call(owner, path, interface, method, GLib.Variant(signature, arguments),

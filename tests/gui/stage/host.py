@@ -106,7 +106,7 @@ class Host:
 
     def __init__(self, library=None, program=None, registry=None, environment=None, prefix=(),
                  toolkit=False, strict=None):
-        self._library = library or _from_environment("ZELDLG_LIBRARY")
+        self._library = library or library_path()
         self._program = program or _from_environment("ZELDLG_TEST_HOST")
         if toolkit:
             self._program += "_wx"
@@ -370,6 +370,11 @@ def policy(characters=b"", **fields):
     if fields:
         raise TypeError(f"no such policy field: {', '.join(fields)}")
     return {"policy": bytes(block).hex(), "policyList": bytes(characters).hex()}
+
+
+def library_path():
+    """The library under test."""
+    return _from_environment("ZELDLG_LIBRARY")
 
 
 def _from_environment(name):

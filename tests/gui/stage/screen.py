@@ -56,6 +56,16 @@ class Node:
         return self._screen.bus.call(self.owner, self.path, interface, method, signature,
                                      *arguments)
 
+    def ask_all(self, questions):
+        """The answers to questions to this object's program, (path, interface, method, signature,
+        arguments...) each, for one wait.
+        """
+        return self._screen.bus.call_all(self.owner, questions)
+
+    def beside(self, owner, path):
+        """Another object on the same screen."""
+        return Node(self._screen, owner, path)
+
     def _get(self, interface, name):
         return self._call("org.freedesktop.DBus.Properties", "Get", "(ss)", ATSPI + interface,
                           name)[0]
