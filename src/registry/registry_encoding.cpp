@@ -77,7 +77,8 @@ void Append(std::string& out, char32_t c) {
 }
 
 /// Lower case by Unicode's rules whatever the host's locale is; a system without that locale
-/// folds ASCII only.
+/// folds ASCII only. What is not ASCII stays so (the Kelvin sign is no "k"): names in ASCII are
+/// compared byte by byte.
 wchar_t ToLower(wchar_t c) {
     // Made once, on whichever thread comes first, and never freed: it is a few words.
     static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -87,7 +88,8 @@ wchar_t ToLower(wchar_t c) {
     if (unicode == nullptr) {
         return c;
     }
-    return static_cast<wchar_t>(::towlower_l(static_cast<std::wint_t>(c), unicode));
+    const auto lower = static_cast<wchar_t>(::towlower_l(static_cast<std::wint_t>(c), unicode));
+    return lower < 0x80 ? c : lower;
 }
 
 /// Compares from the end: the paths of one registry differ there first.

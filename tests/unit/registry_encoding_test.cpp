@@ -57,6 +57,14 @@ TEST(RegistryEncoding, NamesMatchWithoutRegardToCaseOrEncoding) {
     EXPECT_FALSE(FoldedName("[").Matches("{"));
 }
 
+TEST(RegistryEncoding, WhatIsNotAsciiNeverMatchesAscii) {
+    EXPECT_EQ(FoldName("\xE2\x84\xAA"), "\xE2\x84\xAA");  // the Kelvin sign
+    EXPECT_FALSE(FoldedName("k").Matches("\xE2\x84\xAA"));
+    EXPECT_FALSE(FoldedName("\xE2\x84\xAA").Matches("k"));
+    EXPECT_FALSE(FoldedName("\xC4\xB0").Matches("i"));  // I with a dot
+    EXPECT_TRUE(FoldedName("\xC4\xB0").Matches("\xC4\xB0"));
+}
+
 TEST(RegistryEncoding, AKeyIsAnAncestorOfWhatFollowsABackslash) {
     EXPECT_TRUE(FoldedName("A\\b").IsAncestorOf("a\\B\\c"));
     EXPECT_FALSE(FoldedName("A\\b").IsAncestorOf("a\\b"));
