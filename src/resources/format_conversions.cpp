@@ -4,7 +4,9 @@ namespace zeldlg {
 
 namespace {
 
-constexpr std::wstring_view kFlags = L"-+ #0'";
+// Without the apostrophe of the C library: the toolkit does not know it and would take a wide text
+// for a narrow one.
+constexpr std::wstring_view kFlags = L"-+ #0";
 constexpr std::wstring_view kDigits = L"0123456789";
 // A longer width would have the toolkit format gigabytes of blanks.
 constexpr size_t kLongestWidth = 3;

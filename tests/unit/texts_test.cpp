@@ -107,7 +107,8 @@ INSTANTIATE_TEST_SUITE_P(
                     ConversionsRow{L"%s", L"%n", false}, ConversionsRow{L"%d", L"%999d", true},
                     ConversionsRow{L"%d", L"%1000000000d", false},
                     ConversionsRow{L"%s", L"%.999999999s", false},
-                    ConversionsRow{L"%c", L"%\u00E9", false}));
+                    ConversionsRow{L"%c", L"%\u00E9", false}, ConversionsRow{L"%c", L"%'c", false},
+                    ConversionsRow{L"%d", L"%'d", false}));
 
 TEST(FormatConversions, ListsThemInOrder) {
     EXPECT_EQ(FormatConversions(L"%s %5.2lf %% %.*x %hhu %"),
