@@ -29,8 +29,9 @@ public:
             return false;
         }
         const uint64_t count = WordAt(8);
-        return IsSoundTable(WordAt(12), count) && IsSoundTable(WordAt(16), count) &&
-               HasBearablePluralForms(WordAt(16), count);
+        // The toolkit looks at the first entry whether there is one or not.
+        return count > 0 && IsSoundTable(WordAt(12), count) && IsSoundTable(WordAt(16), count) &&
+               HasBearablePluralForms(WordAt(16));
     }
 
 private:
@@ -55,10 +56,7 @@ private:
     }
 
     // The header is the translation of the empty text, which is the first one.
-    bool HasBearablePluralForms(uint64_t translations, uint64_t count) const {
-        if (count == 0) {
-            return true;
-        }
+    bool HasBearablePluralForms(uint64_t translations) const {
         const std::string_view header =
             m_file.substr(WordAt(translations + 4), WordAt(translations));
         const size_t forms = header.find("Plural-Forms:");

@@ -6,8 +6,8 @@
 
 namespace zeldlg {
 
-/// @return Whether header, tables and every text lie inside `file` and every text ends with a
-///         zero byte.
+/// @return Whether header, tables and every text lie inside `file`, every text ends with a zero
+///         byte and there is at least one.
 bool IsSoundCatalogue(std::string_view file);
 
 }  // namespace zeldlg

@@ -10,10 +10,7 @@
 
 #include "resources/catalogue_check.h"
 #include "runtime/handlers/sized_text.h"
-
-// Of the leak sanitizer, where there is one.
-extern "C" __attribute__((weak)) void __lsan_disable();  // NOLINT(bugprone-reserved-identifier)
-extern "C" __attribute__((weak)) void __lsan_enable();   // NOLINT(bugprone-reserved-identifier)
+#include "support/catalogue_bytes.h"
 
 namespace zeldlg {
 namespace {
@@ -67,7 +64,11 @@ TEST(CatalogueCheck, AcceptsAGoodOneInBothByteOrders) {
         std::swap(file[word + 1], file[word + 2]);
     }
     EXPECT_TRUE(IsSoundCatalogue(file));
-    EXPECT_TRUE(IsSoundCatalogue(MakeCatalogue({})));
+}
+
+TEST(CatalogueCheck, RefusesOneWithoutTextsWhichTheToolkitWouldReadPastTheEndOf) {
+    EXPECT_FALSE(IsSoundCatalogue(MakeCatalogue({})));
+    EXPECT_TRUE(IsSoundCatalogue(MakeCatalogue({{"OK", "In Ordnung"}})));
 }
 
 TEST(CatalogueCheck, RefusesEveryTruncation) {
@@ -98,44 +99,9 @@ TEST(CatalogueCheck, RefusesAPluralExpressionOfAnyDepth) {
     EXPECT_FALSE(IsSoundCatalogue(MakeCatalogue({{"", deep}})));
 }
 
-// Gives the toolkit the bytes of one catalogue.
-class BytesLoader : public wxTranslationsLoader {
-public:
-    explicit BytesLoader(const std::string& file) : m_file(file) {}
-    wxMsgCatalog* LoadCatalog(const wxString& domain, const wxString&) override {
-        return wxMsgCatalog::CreateFromData(
-            wxCharBuffer::CreateNonOwned(m_file.data(), m_file.size()), domain);
-    }
-    wxArrayString GetAvailableTranslations(const wxString&) const override {
-        wxArrayString languages;
-        languages.Add("de");
-        return languages;
-    }
-
-private:
-    const std::string& m_file;
-};
-
-// The toolkit leaks a part of each plural expression that it cannot parse.
-class NoLeakCheck {
-public:
-    NoLeakCheck() {
-        if (__lsan_disable != nullptr) {
-            __lsan_disable();
-        }
-    }
-    ~NoLeakCheck() {
-        if (__lsan_enable != nullptr) {
-            __lsan_enable();
-        }
-    }
-    NoLeakCheck(const NoLeakCheck&) = delete;
-    NoLeakCheck& operator=(const NoLeakCheck&) = delete;
-};
-
 TEST(CatalogueCheck, WhatPassesCanBeOpenedByTheToolkit) {
     const wxLogNull noMessages;
-    const NoLeakCheck noLeakCheck;
+    const test::NoLeakCheck noLeakCheck;
     std::mt19937 random(20261120);
     int opened = 0;
     for (int round = 0; round < 20000; ++round) {
@@ -145,7 +111,7 @@ TEST(CatalogueCheck, WhatPassesCanBeOpenedByTheToolkit) {
         }
         if (IsSoundCatalogue(file)) {
             wxTranslations translations;
-            translations.SetLoader(new BytesLoader(file));
+            translations.SetLoader(new test::BytesLoader(file));
             translations.SetLanguage("de");
             translations.AddCatalog("test");
             opened += translations.GetTranslatedString("Cancel") != nullptr ? 1 : 0;
