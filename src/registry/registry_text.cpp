@@ -80,7 +80,8 @@ KeyNode* RegistryText::ScanFor(const FoldedName& name) {
     std::string_view below;
     for (auto header = NextHeader(0); header; header = NextHeader(header->body)) {
         if (name.Matches(header->name)) {
-            KeyNode& node = NodeFor(header->name);
+            // Spelled as it is first met, as in the tree of all keys.
+            KeyNode& node = below.empty() ? NodeFor(header->name) : *NodeAbove(name, below);
             node.sections.push_back({header->name, header->body, 0, false, {}});
             return &node;
         }
@@ -88,6 +89,11 @@ KeyNode* RegistryText::ScanFor(const FoldedName& name) {
             below = header->name;
         }
     }
+    return NodeAbove(name, below);
+}
+
+/// The node for `name` as it is spelled in the name of a key below it; null when there is none.
+KeyNode* RegistryText::NodeAbove(const FoldedName& name, std::string_view below) {
     for (std::size_t end = below.find('\\'); end != std::string_view::npos;
          end = below.find('\\', end + 1)) {
         if (name.Matches(below.substr(0, end))) {
@@ -248,9 +254,14 @@ bool RegistryText::SetValue(KeyNode& key, std::string_view name, const RegistryV
     const auto line = FindLine(section, FoldedName(name));
     if (line == section.lines.end()) {
         section.lines.push_back(Keep(FormatValueLine(name, value)));
-    } else {
-        *line = Keep(FormatValueLine(ParseValueLine(*line)->name, value));
+        return true;
     }
+    // The old spelling may have more bytes, which a long value leaves no room for.
+    const std::string_view spelling = ParseValueLine(*line)->name;
+    if (!IsStorable(spelling, value)) {
+        return false;
+    }
+    *line = Keep(FormatValueLine(spelling, value));
     return true;
 }
 

@@ -100,6 +100,7 @@ private:
     std::string_view LineAt(std::size_t position, std::size_t& next) const;
     std::optional<Header> NextHeader(std::size_t from) const;
     KeyNode* ScanFor(const FoldedName& name);
+    KeyNode* NodeAbove(const FoldedName& name, std::string_view below);
     KeyNode& NodeFor(std::string_view name);
     void BuildTree();
     void Link(KeyNode& key);

@@ -116,6 +116,16 @@ TEST(RegistryText, ParentsOfAKeyExist) {
     }
 }
 
+TEST(RegistryText, KeyIsSpelledAsItIsFirstMetWhateverIsLookedUpFirst) {
+    for (const bool tree : {false, true}) {
+        const auto text = MakeText(kStart + "[Root\\aB\\C]\r\n\r\n[Root\\AB]\r\n\r\n");
+        if (tree) {
+            text->Children(text->Root("Root"));
+        }
+        EXPECT_EQ(FindKey(*text, "root\\ab")->name, "Root\\aB");
+    }
+}
+
 TEST(RegistryText, OfTwoSectionsWithOneNameTheFirstCountsAndBothAreWritten) {
     const std::string content = kStart + "[Root\\A]\r\n\"x\"=dword:00000001\r\n\r\n" +
                                 "[ROOT\\a]\r\n\"x\"=dword:00000002\r\n\r\n";
@@ -181,6 +191,17 @@ TEST(RegistryText, WhatTheFormatCannotHoldChangesNothing) {
     EXPECT_FALSE(text->SetValue(key, "x", {kTypeString, 0, "two\nlines"}));
     EXPECT_FALSE(text->SetValue(key, "a\"=\"b", {kTypeNumber, 1, {}}));
     EXPECT_EQ(WriteText(*text), content);
+}
+
+TEST(RegistryText, ValueThatFitsOnlyBehindAShorterSpellingIsRefused) {
+    // Lower case has three bytes here, upper case two; the longest line has 16381.
+    const std::string content = kStart + "[Root\\A]\r\n\"\xE2\xB1\xA5\"=\"old\"\r\n\r\n";
+    const auto text = MakeText(content);
+    KeyNode& key = *FindKey(*text, "Root\\A");
+    const RegistryValue longest{kTypeString, 0, std::string(16374, 'x')};
+    EXPECT_FALSE(text->SetValue(key, "\xC8\xBA", longest));
+    EXPECT_EQ(WriteText(*text), content);
+    EXPECT_TRUE(text->SetValue(*FindKey(*text, "Root"), "\xC8\xBA", longest));
 }
 
 TEST(RegistryText, DeletedValueIsGoneWithItsRepetitions) {
