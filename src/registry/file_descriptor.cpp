@@ -26,14 +26,19 @@ FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
 
 FileDescriptor FileDescriptor::Open(const std::string& path, int flags, mode_t mode) {
     FileDescriptor file;
-    // Not blocking: opening a FIFO would wait for its other end.
-    file.m_fd = ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
+    do {
+        // Not blocking: opening a FIFO would wait for its other end.
+        file.m_fd = ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
+    } while (!file.IsOpen() && errno == EINTR);
     if (!file.IsOpen()) {
         return file;
     }
     struct stat status {};
     if (::fstat(file.m_fd, &status) != 0 || !S_ISREG(status.st_mode)) {
         file = FileDescriptor();
+        if ((flags & O_EXCL) != 0) {
+            ::unlink(path.c_str());  // it was made just now, and stays empty
+        }
         errno = EINVAL;
         return file;
     }
@@ -67,6 +72,14 @@ bool FileDescriptor::Write(std::string_view bytes) const {
         }
     }
     return true;
+}
+
+bool FileDescriptor::Flush() const {
+    int result = 0;
+    do {
+        result = ::fsync(m_fd);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
 }
 
 }  // namespace zeldlg::registry

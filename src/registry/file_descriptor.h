@@ -21,7 +21,7 @@ public:
 
     /// Opens a regular file as open(2) does, symbolic links followed. Anything else (a directory,
     /// a FIFO, a device) counts as not to be opened, and is not waited for. On failure the result
-    /// is not open and errno tells why.
+    /// is not open and errno tells why; with O_EXCL no file is left behind.
     static FileDescriptor Open(const std::string& path, int flags, mode_t mode = 0);
 
     bool IsOpen() const { return m_fd >= 0; }
@@ -36,6 +36,9 @@ public:
 
     /// Writes all of it. @return false on failure; a part may have been written
     bool Write(std::string_view bytes) const;
+
+    /// Brings what was written to the disk. @return false on failure
+    bool Flush() const;
 
 private:
     int m_fd = -1;

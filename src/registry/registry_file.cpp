@@ -42,16 +42,27 @@ FileDescriptor OpenOrMake(const std::string& directory, mode_t directoryMode) {
     return FileDescriptor::Open(path, O_RDWR);
 }
 
+bool IsRegularFile(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
 }  // namespace
 
-FileDescriptor OpenForReading(const RegistryPlaces& places) {
+LoadableRegistry OpenForReading(const RegistryPlaces& places) {
+    LoadableRegistry registry;
     for (const std::string& directory : ReadingDirectories(places)) {
-        FileDescriptor file = FileDescriptor::Open(RegistryPath(directory), O_RDONLY);
-        if (file.IsOpen()) {
-            return file;
+        const std::string path = RegistryPath(directory);
+        registry.file = FileDescriptor::Open(path, O_RDONLY);
+        if (registry.file.IsOpen()) {
+            return registry;
         }
+        const bool isWritten =
+            directory != places.shippedDirectory && directory != places.systemDirectory;
+        registry.passedOver = registry.passedOver || (isWritten && IsRegularFile(path));
     }
-    return OpenForWriting(places);
+    registry.file = OpenForWriting(places);
+    return registry;
 }
 
 FileDescriptor OpenForWriting(const RegistryPlaces& places) {
@@ -101,7 +112,7 @@ bool RegistryWriter::WriteLine(std::string_view line) {
     return !m_failed;
 }
 
-bool RegistryWriter::Finish() { return Drain() && ::fsync(m_file.Get()) == 0; }
+bool RegistryWriter::Finish() { return Drain() && m_file.Flush(); }
 
 bool RegistryWriter::Drain() {
     m_failed = m_failed || !m_file.Write(m_buffer);

@@ -13,9 +13,16 @@
 
 namespace zeldlg::registry {
 
+struct LoadableRegistry {
+    FileDescriptor file;
+    /// The user's file or temporary file is there and could not be opened: what was opened in its
+    /// place must not be written over it.
+    bool passedOver = false;
+};
+
 /// The registry to load: the user's file, else the user's temporary file, the shipped file or the
 /// system's file, whichever opens first; else what OpenForWriting() gives.
-FileDescriptor OpenForReading(const RegistryPlaces& places);
+LoadableRegistry OpenForReading(const RegistryPlaces& places);
 
 /// A registry that may be changed, never a shipped one: the user's file, else the user's
 /// temporary file, else the temporary file for everyone. A missing directory is made (modes 0700,

@@ -21,19 +21,20 @@ constexpr std::size_t kBlockSize = 65536;
 constexpr mode_t kDirectoryMode = 0700;
 constexpr mode_t kCopyMode = 0766;
 
-bool Exists(const std::string& path) {
+/// False as well for a file that cannot be looked at: it must not be taken for a missing one.
+bool IsMissing(const std::string& path) {
     struct stat status {};
-    return ::stat(path.c_str(), &status) == 0;
+    return ::stat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
-/// Appends one block to `text`. @return false at the end of the file and on errors
-bool ReadBlock(const FileDescriptor& file, std::string& text) {
+/// Appends one block to `text`. @return the bytes read, 0 at the end of the file, -1 on errors
+ssize_t ReadBlock(const FileDescriptor& file, std::string& text) {
     const std::size_t before = text.size();
     const std::size_t block = std::clamp<std::size_t>(file.Size(), 1, kBlockSize);
     text.resize(before + block);
     const ssize_t count = file.Read(text.data() + before, block);
     text.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    return count > 0;
+    return count;
 }
 
 /// memmem() is several times as fast as std::string::find() in a text full of quotes.
@@ -42,6 +43,20 @@ std::size_t FindMark(const std::string& text) {
     return found == nullptr
                ? std::string::npos
                : static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+}
+
+/// @param made set when the file was made and is nobody else's yet
+FileDescriptor OpenForCopy(const std::string& path, bool missing, bool& made) {
+    if (!missing) {
+        return FileDescriptor::Open(path, O_WRONLY);
+    }
+    FileDescriptor file = FileDescriptor::Open(path, O_WRONLY | O_CREAT | O_EXCL, kCopyMode);
+    made = file.IsOpen();
+    if (!made && errno == EEXIST) {
+        // Made by another process meanwhile, or a symbolic link to a file that is to be made.
+        file = FileDescriptor::Open(path, O_WRONLY | O_CREAT, kCopyMode);
+    }
+    return file;
 }
 
 /// Copies all of `from`. @return false when not all of it arrived
@@ -63,16 +78,18 @@ bool CopyContent(const FileDescriptor& from, const FileDescriptor& to) {
 RegistryStamp ReadStamp(const std::string& path) {
     RegistryStamp stamp;
     const FileDescriptor file = FileDescriptor::Open(path, O_RDONLY);
-    stamp.opened = file.IsOpen();
-    if (!stamp.opened) {
+    if (!file.IsOpen()) {
         return stamp;
     }
     std::string text;
+    ssize_t count = 0;
     std::size_t begin = std::string::npos;
     while (begin == std::string::npos) {
         // The mark may lie across two blocks.
         text.erase(0, text.size() - std::min(text.size(), kStampMark.size() - 1));
-        if (!ReadBlock(file, text)) {
+        count = ReadBlock(file, text);
+        if (count <= 0) {
+            stamp.readable = count == 0;
             return stamp;
         }
         begin = FindMark(text);
@@ -80,11 +97,16 @@ RegistryStamp ReadStamp(const std::string& path) {
     std::size_t end = text.find('\n', begin);
     while (end == std::string::npos) {
         const std::size_t searched = text.size();
-        if (!ReadBlock(file, text)) {
+        count = ReadBlock(file, text);
+        if (count < 0) {
+            return stamp;
+        }
+        if (count == 0) {
             break;
         }
         end = text.find('\n', searched);
     }
+    stamp.readable = true;
     stamp.text = text.substr(begin, end == std::string::npos ? end : end + 1 - begin);
     return stamp;
 }
@@ -95,7 +117,7 @@ Refresh PlanRefresh(const RegistryPlaces& places) {
         return Refresh::None;
     }
     const std::string userPath = RegistryPath(*directory);
-    if (!Exists(userPath)) {
+    if (IsMissing(userPath)) {
         return Refresh::Make;
     }
     const RegistryStamp shipped = ReadStamp(RegistryPath(places.shippedDirectory));
@@ -103,7 +125,7 @@ Refresh PlanRefresh(const RegistryPlaces& places) {
         return Refresh::None;
     }
     const RegistryStamp user = ReadStamp(userPath);
-    return user.opened && user.text != shipped.text ? Refresh::Replace : Refresh::None;
+    return user.readable && user.text != shipped.text ? Refresh::Replace : Refresh::None;
 }
 
 void RefreshUserFile(const RegistryPlaces& places) {
@@ -122,8 +144,9 @@ void RefreshUserFile(const RegistryPlaces& places) {
     if (missing) {
         ::mkdir(directory.c_str(), kDirectoryMode);
     }
-    const FileDescriptor user = FileDescriptor::Open(userPath, O_WRONLY | O_CREAT, kCopyMode);
-    if (user.IsOpen() && !CopyContent(shipped, user) && missing) {
+    bool made = false;
+    const FileDescriptor user = OpenForCopy(userPath, missing, made);
+    if (user.IsOpen() && !CopyContent(shipped, user) && made) {
         // The beginning of a registry is none: without the file the shipped one is read.
         ::unlink(userPath.c_str());
     }

@@ -13,7 +13,7 @@ namespace zeldlg::registry {
 /// What a file says of its version: the first "RegistryHash" value, from its opening quote to the
 /// end of its line, line end included.
 struct RegistryStamp {
-    bool opened = false;              ///< the file could be opened
+    bool readable = false;            ///< the file could be opened and read
     std::optional<std::string> text;  ///< nothing when there is no such line
 };
 

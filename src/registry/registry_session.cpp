@@ -31,12 +31,13 @@ RegistryError RegistrySession::Acquire() {
 
 RegistryError RegistrySession::Load() {
     RefreshUserFile(m_places);
-    const FileDescriptor file = OpenForReading(m_places);
-    if (!file.IsOpen()) {
+    const LoadableRegistry registry = OpenForReading(m_places);
+    if (!registry.file.IsOpen()) {
         return kFileError;
     }
+    m_writable = !registry.passedOver;
     FileContent content;
-    RegistryError error = ReadContent(file, content);
+    RegistryError error = ReadContent(registry.file, content);
     if (error == kSuccess) {
         error = RegistryText::Check({content.text.get(), content.size});
     }
@@ -106,6 +107,9 @@ RegistryError RegistrySession::Release() {
 }
 
 RegistryError RegistrySession::WriteBack() {
+    if (!m_writable) {
+        return kFileError;
+    }
     const FileDescriptor file = OpenForWriting(m_places);
     if (!file.IsOpen()) {
         return kFileError;

@@ -66,6 +66,7 @@ private:
     RegistryPlaces m_places;
     std::unique_ptr<RegistryText> m_text;
     bool m_changed = false;
+    bool m_writable = true;  // of the loaded registry
     std::unordered_map<HKEY, OpenKey> m_openKeys;
     HKEY m_nextHandle = HKEY{1} << 32U;  // above the roots; a number is never used twice
 };

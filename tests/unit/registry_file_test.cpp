@@ -33,7 +33,7 @@ protected:
     /// The content of the file that would be loaded.
     std::string Opened() {
         FileContent content;
-        const FileDescriptor file = OpenForReading(Places());
+        const FileDescriptor file = OpenForReading(Places()).file;
         if (!file.IsOpen() || ReadContent(file, content) != kSuccess) {
             return "none";
         }
@@ -259,10 +259,10 @@ TEST_F(RegistryRefresh, StampIsTheRestOfTheFirstLineThatHasOne) {
     for (const auto& row : rows) {
         WriteFile(scratch / "file", row.content);
         const RegistryStamp stamp = ReadStamp(scratch / "file");
-        EXPECT_TRUE(stamp.opened);
+        EXPECT_TRUE(stamp.readable);
         EXPECT_EQ(stamp.text, row.stamp) << row.content.substr(0, 100);
     }
-    EXPECT_FALSE(ReadStamp(scratch / "no such file").opened);
+    EXPECT_FALSE(ReadStamp(scratch / "no such file").readable);
 }
 
 const std::string kStampOne = "\"RegistryHash\"=\"one\"\r\n";
