@@ -42,6 +42,9 @@ RegistryError Run(Operation operation) {
         session.DropUnneeded();
         return error;
     } catch (const std::bad_alloc&) {
+        if (g_session != nullptr) {
+            g_session->DropUnneeded();
+        }
         return kNoMemory;
     }
 }

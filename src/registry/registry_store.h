@@ -56,7 +56,8 @@ RegistryError RegCreateKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t opti
 
 /// Closes a key. With the last one a changed registry is written.
 /// @return kInvalidHandle for a root too; kFileError when the registry could not be written: the
-///         handle is closed and the changes are lost
+///         handle is closed and the changes are lost; kNoMemory when there was none to write it:
+///         the handle is closed, and the changes are kept until the next close or flush
 RegistryError RegCloseKey(HKEY key);
 
 /// Reads a value. Needs kAccessReadValues.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <iterator>
 #include <utility>
 
 namespace zeldlg::registry {
@@ -51,7 +53,7 @@ std::optional<RegistryText::Header> RegistryText::NextHeader(std::size_t from) c
         const std::string_view line = LineAt(at, body);
         const std::size_t bracket = line.rfind(']');
         if (bracket != std::string_view::npos && bracket - 1 <= kMaxKeyName) {
-            return Header{at, body, line.substr(1, bracket - 1)};
+            return Header{at, body, line.substr(0, bracket + 1)};
         }
         at = body - 1;
     }
@@ -59,37 +61,47 @@ std::optional<RegistryText::Header> RegistryText::NextHeader(std::size_t from) c
 }
 
 KeyNode* RegistryText::Find(const FoldedName& name) {
-    const auto known = m_index.find(name.Text());
-    if (known != m_index.end()) {
-        return known->second;
-    }
-    if (m_treeBuilt) {
-        return nullptr;
+    KeyNode* const known = Known(name);
+    if (known != nullptr || m_treeBuilt) {
+        return known;
     }
     if (m_scans < kScansBeforeTree) {
         ++m_scans;
         return ScanFor(name);
     }
     BuildTree();
-    const auto built = m_index.find(name.Text());
-    return built == m_index.end() ? nullptr : built->second;
+    return Known(name);
+}
+
+/// A key that needs no search. What an operation left behind that ran out of memory, null or a
+/// node without its sections or its place, is none.
+KeyNode* RegistryText::Known(const FoldedName& name) const {
+    const auto known = m_index.find(name.Text());
+    KeyNode* const node = known == m_index.end() ? nullptr : known->second;
+    const bool complete = node != nullptr && (m_treeBuilt ? node->linked : node->found);
+    return complete ? node : nullptr;
 }
 
 /// Looks a key up in the text without making nodes for the others.
 KeyNode* RegistryText::ScanFor(const FoldedName& name) {
     std::string_view below;
     for (auto header = NextHeader(0); header; header = NextHeader(header->body)) {
-        if (name.Matches(header->name)) {
+        if (name.Matches(header->Name())) {
             // Spelled as it is first met, as in the tree of all keys.
-            KeyNode& node = below.empty() ? NodeFor(header->name) : *NodeAbove(name, below);
-            node.sections.push_back({header->name, header->body, 0, false, {}});
+            KeyNode& node = below.empty() ? NodeFor(header->Name()) : *NodeAbove(name, below);
+            AddSection(node, *header);
+            node.found = true;
             return &node;
         }
-        if (below.empty() && name.IsAncestorOf(header->name)) {
-            below = header->name;
+        if (below.empty() && name.IsAncestorOf(header->Name())) {
+            below = header->Name();
         }
     }
-    return NodeAbove(name, below);
+    KeyNode* const node = NodeAbove(name, below);
+    if (node != nullptr) {
+        node->found = true;
+    }
+    return node;
 }
 
 /// The node for `name` as it is spelled in the name of a key below it; null when there is none.
@@ -107,6 +119,7 @@ KeyNode& RegistryText::Root(const std::string& name) {
     KeyNode* root = Find(FoldedName(name));
     if (root == nullptr) {
         root = &NodeFor(Keep(name));
+        root->found = true;
         if (m_treeBuilt) {
             Link(*root);
         }
@@ -130,13 +143,10 @@ void RegistryText::BuildTree() {
         return;
     }
     for (auto header = NextHeader(0); header; header = NextHeader(header->body)) {
-        KeyNode& node = NodeFor(header->name);
+        KeyNode& node = NodeFor(header->Name());
+        AddSection(node, *header);
         Link(node);
-        if (node.sections.empty() || node.sections.front().body != header->body) {
-            node.sections.push_back({header->name, header->body, 0, false, {}});
-        }
     }
-    m_treeBuilt = true;
     // Roots that the file does not name, or keys found before: they have no place yet.
     // By index: linking may add nodes.
     for (std::size_t i = 0; i < m_nodes.size(); ++i) {
@@ -144,52 +154,67 @@ void RegistryText::BuildTree() {
             Link(m_nodes[i]);
         }
     }
+    m_treeBuilt = true;
 }
 
-/// Makes the key's parents and puts the key behind its siblings.
+/// Puts the key behind its siblings, its parents first: a key in the tree has all of them there.
 void RegistryText::Link(KeyNode& key) {
-    KeyNode* child = &key;
-    while (!child->linked) {
-        child->linked = true;
-        const std::size_t end = child->name.rfind('\\');
-        if (end == std::string_view::npos) {
-            m_roots.push_back(child);
-            return;
+    while (!key.linked) {
+        KeyNode* top = &key;
+        for (std::size_t end = top->name.rfind('\\'); end != std::string_view::npos;
+             end = top->name.rfind('\\')) {
+            top->parent = &NodeFor(top->name.substr(0, end));
+            if (top->parent->linked) {
+                break;
+            }
+            top = top->parent;
         }
-        child->parent = &NodeFor(child->name.substr(0, end));
-        child->parent->children.push_back(child);
-        child = child->parent;
+        (top->parent == nullptr ? m_roots : top->parent->children).push_back(top);
+        top->linked = true;
     }
 }
 
 KeyNode& RegistryText::Create(const std::string& name) {
     BuildTree();
     KeyNode& key = NodeFor(Keep(name));
-    Link(key);
-    AddSection(key);
-    for (KeyNode* parent = key.parent; parent != nullptr && parent->parent != nullptr;
-         parent = parent->parent) {
-        if (parent->children.size() > 1 || !parent->sections.empty()) {
+    for (std::string_view path = key.name; path.find('\\') != std::string_view::npos;
+         path = path.substr(0, path.rfind('\\'))) {
+        KeyNode& missing = NodeFor(path);
+        if (missing.linked) {
             break;  // this one and those above it were there before
         }
-        AddSection(*parent);
+        AddSection(missing);
     }
+    Link(key);
     return key;
 }
 
 /// Gives a key that exists only through its sub-keys a section of its own.
 void RegistryText::AddSection(KeyNode& key) {
     if (key.sections.empty()) {
-        key.sections.push_back({key.name, m_text.size(), m_text.size(), true, {}});
+        const std::string_view header = Keep(std::string("[").append(key.name).append("]"));
+        key.sections.push_back({header, m_text.size(), m_text.size(), true, {}});
+    }
+}
+
+/// Gives a key a section of the text, unless it has it. They come in the order of the text.
+void RegistryText::AddSection(KeyNode& key, const Header& header) {
+    if (key.sections.empty() || key.sections.back().body < header.body) {
+        key.sections.push_back({header.text, header.body, 0, false, {}});
     }
 }
 
 void RegistryText::Delete(KeyNode& key) {
     BuildTree();
-    m_index.erase(FoldName(key.name));
+    KeyNode* const parent = key.parent;
+    const std::string folded = FoldName(key.name);
+    if (parent != nullptr && parent->parent != nullptr && parent->children.size() == 1) {
+        AddSection(*parent);  // it would be gone with its last sub-key otherwise
+    }
+    // Nothing from here on needs memory.
+    m_index.erase(folded);
     key.deleted = true;
     key.sections.clear();
-    KeyNode* parent = key.parent;
     if (parent == nullptr) {
         std::erase(m_roots, &key);
         return;
@@ -197,9 +222,6 @@ void RegistryText::Delete(KeyNode& key) {
     // From the back, where the removal of a whole tree takes its keys from.
     const auto place = std::find(parent->children.rbegin(), parent->children.rend(), &key);
     parent->children.erase(std::next(place).base());
-    if (parent->parent != nullptr && parent->children.empty()) {
-        AddSection(*parent);  // it would be gone with its last sub-key otherwise
-    }
 }
 
 const std::vector<KeyNode*>& RegistryText::Children(KeyNode& key) {
@@ -212,7 +234,7 @@ std::vector<std::string_view>& RegistryText::Lines(KeySection& section) {
     if (section.scanned) {
         return section.lines;
     }
-    section.scanned = true;
+    section.lines.clear();
     section.rest = section.body;
     while (section.rest < m_text.size() && m_text[section.rest] != '[') {
         const std::string_view line = LineAt(section.rest, section.rest);
@@ -221,6 +243,7 @@ std::vector<std::string_view>& RegistryText::Lines(KeySection& section) {
         }
         section.lines.push_back(line);
     }
+    section.scanned = true;
     return section.lines;
 }
 
@@ -269,13 +292,17 @@ bool RegistryText::DeleteValue(KeyNode& key, std::string_view name) {
     if (key.sections.empty()) {
         return false;
     }
-    KeySection& section = key.sections.front();
+    std::vector<std::string_view>& lines = Lines(key.sections.front());
     const FoldedName folded(name);
-    // A line that repeats the name would come to light otherwise.
-    return std::erase_if(Lines(section), [&folded](std::string_view line) {
-               const std::optional<ValueLine> value = ParseValueLine(line);
-               return value && folded.Matches(value->name);
-           }) > 0;
+    // All of them: a line that repeats the name would come to light otherwise.
+    std::vector<std::string_view> kept;
+    std::copy_if(lines.begin(), lines.end(), std::back_inserter(kept),
+                 [&folded](std::string_view line) {
+                     const std::optional<ValueLine> value = ParseValueLine(line);
+                     return !value || !folded.Matches(value->name);
+                 });
+    lines.swap(kept);
+    return lines.size() < kept.size();
 }
 
 std::string_view RegistryText::Keep(std::string text) {
@@ -284,29 +311,35 @@ std::string_view RegistryText::Keep(std::string text) {
 
 bool RegistryText::Write(const LineSink& sink) {
     BuildTree();
+    for (KeyNode& key : m_nodes) {
+        for (KeySection& section : key.sections) {
+            Lines(section);
+        }
+    }
+    std::vector<KeyNode*> pending;
+    pending.reserve(m_nodes.size());
+    // Nothing from here on needs memory.
     std::size_t next = 0;
     const std::string_view first = LineAt(0, next);
     if (!sink(first) || !sink({}) || !WriteRest(next, sink)) {
         return false;
     }
-    std::vector<KeyNode*> pending(m_roots.rbegin(), m_roots.rend());
+    pending.assign(m_roots.rbegin(), m_roots.rend());
     while (!pending.empty()) {
-        KeyNode& key = *pending.back();
+        const KeyNode& key = *pending.back();
         pending.pop_back();
-        for (KeySection& section : key.sections) {
-            if (!WriteSection(section, sink)) {
-                return false;
-            }
+        if (!std::all_of(key.sections.begin(), key.sections.end(),
+                         [&](const KeySection& each) { return WriteSection(each, sink); })) {
+            return false;
         }
         pending.insert(pending.end(), key.children.rbegin(), key.children.rend());
     }
     return true;
 }
 
-bool RegistryText::WriteSection(KeySection& section, const LineSink& sink) {
-    const std::vector<std::string_view>& lines = Lines(section);
-    const std::string header = std::string("[").append(section.name).append("]");
-    return sink(header) && std::all_of(lines.begin(), lines.end(), std::cref(sink)) && sink({}) &&
+bool RegistryText::WriteSection(const KeySection& section, const LineSink& sink) const {
+    return sink(section.header) &&
+           std::all_of(section.lines.begin(), section.lines.end(), std::cref(sink)) && sink({}) &&
            WriteRest(section.rest, sink);
 }
 

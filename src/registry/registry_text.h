@@ -23,7 +23,7 @@ inline constexpr std::size_t kMaxKeyName = 260;
 
 /// The lines of one section of the text. Value lines are split off when they are first needed.
 struct KeySection {
-    std::string_view name;                ///< the key's full name as the section spells it
+    std::string_view header;              ///< the key's full name as it is spelled, in brackets
     std::size_t body = 0;                 ///< position in the text of the line after the header
     std::size_t rest = 0;                 ///< position after the section's empty line
     bool scanned = false;                 ///< `lines` and `rest` are filled
@@ -38,6 +38,7 @@ struct KeyNode {
     /// Empty for a key that exists only because one below it does. Of several sections with one
     /// name the first counts; the others are carried along.
     std::vector<KeySection> sections;
+    bool found = false;    ///< by a scan of the text: usable before the tree is complete
     bool linked = false;   ///< stands among its parent's children
     bool deleted = false;  ///< kept for the handles that are still open on it
 
@@ -47,6 +48,8 @@ struct KeyNode {
 
 /// The keys and values of one file. Names are file text or UTF-8 and matched without regard to
 /// case. Key nodes live as long as the object. Not safe from two threads at once.
+/// An operation that runs out of memory raises std::bad_alloc and can be tried again; Write() does
+/// so before it hands over anything.
 class RegistryText {
 public:
     /// Takes one line, without its line end. False ends the writing.
@@ -94,29 +97,34 @@ private:
     struct Header {
         std::size_t begin;
         std::size_t body;
-        std::string_view name;
+        std::string_view text;  // with the brackets
+
+        std::string_view Name() const { return text.substr(1, text.size() - 2); }
     };
 
     std::string_view LineAt(std::size_t position, std::size_t& next) const;
     std::optional<Header> NextHeader(std::size_t from) const;
+    KeyNode* Known(const FoldedName& name) const;
     KeyNode* ScanFor(const FoldedName& name);
     KeyNode* NodeAbove(const FoldedName& name, std::string_view below);
     KeyNode& NodeFor(std::string_view name);
     void BuildTree();
     void Link(KeyNode& key);
     void AddSection(KeyNode& key);
+    void AddSection(KeyNode& key, const Header& header);
     std::vector<std::string_view>& Lines(KeySection& section);
     std::vector<std::string_view>::iterator FindLine(KeySection& section, const FoldedName& name);
     std::string_view Keep(std::string text);
-    bool WriteSection(KeySection& section, const LineSink& sink);
+    bool WriteSection(const KeySection& section, const LineSink& sink) const;
     bool WriteRest(std::size_t from, const LineSink& sink) const;
 
     std::unique_ptr<char[]> m_buffer;
     std::string_view m_text;
     std::deque<std::string> m_added;  // strings that nodes point to and the text does not hold
     std::deque<KeyNode> m_nodes;      // never shrinks, so that nodes stay where they are
-    std::unordered_map<std::string, KeyNode*> m_index;  // by folded full name
-    std::vector<KeyNode*> m_roots;                      // in the order of the file
+    // By folded full name. May hold what an operation left that ran out of memory; see Known().
+    std::unordered_map<std::string, KeyNode*> m_index;
+    std::vector<KeyNode*> m_roots;  // in the order of the file
     unsigned m_scans = 0;
     bool m_treeBuilt = false;
 };
