@@ -26,6 +26,7 @@
 #include "json_line.h"
 #include "process_state.h"
 #include "sleep_recorder.h"
+#include "thread_faults.h"
 
 namespace testhost {
 
@@ -243,6 +244,10 @@ bool Host::Change(const Words& words, JsonLine& line) {
         line.Flag("started", StartToolkit());
     } else if (words == Words{"toolkit", "stop"}) {
         StopToolkit();
+    } else if (words == Words{"threads", "fail"}) {
+        FailThreadsOf(m_path);
+    } else if (words == Words{"threads", "work"}) {
+        FailThreadsOf({});
     } else {
         return false;
     }
