@@ -1,6 +1,7 @@
 #include "platform/event.h"
 
 #include <pthread.h>
+#include <sched.h>
 
 #include <algorithm>
 #include <array>
@@ -118,6 +119,8 @@ void ManualResetEvent::OfferToOneWaiter() {
 
 bool ManualResetEvent::TakeSetting() { return m_signalled.exchange(0) != 0; }
 
+bool ManualResetEvent::TakeIfSet() { return IsSet() && (IsManualReset() || TakeSetting()); }
+
 void ManualResetEvent::Pulse() {
     const std::lock_guard lock(m_waiters->mutex);
     m_signalled = 0;
@@ -171,6 +174,18 @@ public:
     WaitCall(const WaitCall&) = delete;
     WaitCall& operator=(const WaitCall&) = delete;
 
+    // What a wait that need not sleep comes down to: nothing is registered.
+    static int32_t Poll(uint32_t count, ManualResetEvent* const* events) {
+        for (uint32_t i = 0; i < count; ++i) {
+            if (events[i]->TakeIfSet()) {
+                // Who set it may still hold the lock, and who waited may destroy the event now.
+                const std::lock_guard lock(events[i]->m_waiters->mutex);
+                return static_cast<int32_t>(i);
+            }
+        }
+        return kWaitTimedOut;
+    }
+
     // Looks, sleeps and looks again until satisfied or past the deadline (null: none).
     int32_t Run(const timespec* deadline) {
         for (bool timedOut = false;; timedOut = !Sleep(deadline)) {
@@ -196,7 +211,7 @@ private:
         ManualResetEvent& event = *waiter.event;
         const std::lock_guard lock(event.m_waiters->mutex);
         event.m_waiters->Remove(waiter);
-        if (!event.IsManualReset() && waiter.released == Release::BySet && event.m_signalled == 0) {
+        if (!event.IsManualReset() && waiter.released == Release::BySet && !event.IsSet()) {
             event.OfferToOneWaiter();
         }
     }
@@ -213,15 +228,13 @@ private:
     }
 
     static bool Take(Waiter& waiter) {
-        ManualResetEvent& event = *waiter.event;
-        if (event.IsManualReset()) {
-            return waiter.released != Release::None || event.m_signalled != 0;
+        if (waiter.released == Release::None) {
+            return waiter.event->TakeIfSet();
         }
-        if (waiter.released != Release::None) {
+        if (!waiter.event->IsManualReset()) {
             waiter.released = Release::None;
-            return true;
         }
-        return event.TakeSetting();
+        return true;
     }
 
     // All or nothing. Settings can only appear under the list mutexes, which are held here, in
@@ -247,7 +260,7 @@ private:
             m_seenWakeUps = m_sleeper.wakeUps;
         }
         const bool allSet = std::all_of(waiters.begin(), waiters.end(), [](const Waiter* waiter) {
-            return IsReleased(*waiter) || waiter->event->m_signalled != 0;
+            return IsReleased(*waiter) || waiter->event->IsSet();
         });
         return allSet && TakeEach(waiters) ? 0 : kWaitTimedOut;
     }
@@ -326,6 +339,12 @@ int32_t WaitForEvents(uint32_t count, ManualResetEvent* const* events, bool wait
         std::find(events, events + count, nullptr) != events + count) {
         return kWaitError;
     }
+    if (!waitAll) {
+        const int32_t index = WaitCall::Poll(count, events);
+        if (index >= 0 || timeoutMs == 0) {
+            return index;
+        }
+    }
     timespec deadline{};
     if (timeoutMs != kNoTimeout) {
         clock_gettime(CLOCK_REALTIME, &deadline);
@@ -337,6 +356,53 @@ int32_t WaitForEvents(uint32_t count, ManualResetEvent* const* events, bool wait
 bool WaitForEvent(ManualResetEvent& event, uint32_t timeoutMs) {
     ManualResetEvent* const events[] = {&event};
     return WaitForEvents(1, events, false, timeoutMs) == 0;
+}
+
+namespace {
+
+constexpr int64_t kSpinNanoseconds = 50'000;
+constexpr int kLooksBetweenYields = 50;
+
+bool HasSeveralProcessors() {
+    cpu_set_t processors;
+    return sched_getaffinity(0, sizeof processors, &processors) == 0 && CPU_COUNT(&processors) > 1;
+}
+
+int64_t MonotonicNanoseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * INT64_C(1'000'000'000) + now.tv_nsec;
+}
+
+// A hint that this is a loop that waits: it saves power, and leaves room to the other half of
+// a processor with two threads.
+void Relax() {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_pause();
+#elif defined(__aarch64__)
+    asm volatile("yield");
+#endif
+}
+
+}  // namespace
+
+bool SpinForEvent(const ManualResetEvent& event) {
+    static const bool kSpins = HasSeveralProcessors();
+    if (!kSpins) {
+        return event.IsSet();
+    }
+    const int64_t end = MonotonicNanoseconds() + kSpinNanoseconds;
+    do {
+        for (int look = 0; look < kLooksBetweenYields; ++look) {
+            if (event.IsSet()) {
+                return true;
+            }
+            Relax();
+        }
+        // The other thread may be waiting for this very processor.
+        sched_yield();
+    } while (MonotonicNanoseconds() < end);
+    return event.IsSet();
 }
 
 EventHandle EventHandle::Create(EventKind kind) {

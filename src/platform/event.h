@@ -37,12 +37,16 @@ public:
     /// Also takes back a release whose waiter has not run yet.
     void Reset();
 
+    /// A look that uses no setting up and takes no lock: the answer may be old at once.
+    bool IsSet() const { return m_signalled != 0; }
+
 private:
     friend class WaitCall;
     struct WaiterList;
 
     bool IsManualReset() const { return m_manualReset != 0; }
     void OfferToOneWaiter();
+    bool TakeIfSet();
     bool TakeSetting();
 
     std::atomic<uint32_t> m_signalled{0};
@@ -68,6 +72,12 @@ int32_t WaitForEvents(uint32_t count, ManualResetEvent* const* events, bool wait
 
 /// @return Whether the event was set within the time-out.
 bool WaitForEvent(ManualResetEvent& event, uint32_t timeoutMs);
+
+/// Looks at an event for some tens of microseconds without sleeping and without using a setting
+/// up: for what a running thread is about to set. Going to sleep and being woken takes longer.
+/// Where there is but one processor the other thread could not run meanwhile, so it is one look.
+/// @return Whether the event was set.
+bool SpinForEvent(const ManualResetEvent& event);
 
 /// The absolute time `timeoutMs` milliseconds after `now`.
 timespec DeadlineAfter(timespec now, uint32_t timeoutMs);

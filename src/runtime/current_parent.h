@@ -5,9 +5,9 @@ class wxWindow;
 
 namespace zeldlg {
 
-/// Null when no dialog of the library is the parent of others. Written by a handler on the GUI
-/// thread, and put back by the requesting host thread once its request is over: one side always
-/// waits for the other, so there is no lock. Points at a window of the running toolkit only.
+/// Null when no dialog of the library is the parent of others. Used on the GUI thread only: a
+/// handler changes it, and it is put back before the caller of its request returns. Points at a
+/// window of the running toolkit only.
 extern wxWindow* g_currentParent;
 
 }  // namespace zeldlg

@@ -7,7 +7,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "runtime/current_parent.h"
 #include "runtime/handlers/handler_chain.h"
 #include "runtime/wx_toolkit.h"
 
@@ -38,19 +37,7 @@ void GuiRunner::RegisterHandler(zeldlg::RequestHandler handler) {
 }
 
 bool GuiRunner::Send(zeldlg::CMessage& message) {
-    if (!IsRunning()) {
-        return false;
-    }
-    const std::lock_guard turn(m_turn);
-    if (!IsRunning()) {
-        return false;
-    }
-    // A handler's change of the current parent lasts until its own request returns.
-    struct RestoreParent {
-        wxWindow* const parent = zeldlg::g_currentParent;
-        ~RestoreParent() { zeldlg::g_currentParent = parent; }
-    } const restoreParent;
-    if (!m_thread->Queue(&message)) {
+    if (!IsRunning() || !m_thread->Queue(&message)) {
         return false;
     }
     m_requestEvent->Set();
@@ -59,8 +46,6 @@ bool GuiRunner::Send(zeldlg::CMessage& message) {
 }
 
 namespace zeldlg {
-
-wxWindow* g_currentParent = nullptr;
 
 namespace {
 

@@ -5,7 +5,6 @@
 
 #include "platform/event.h"
 #include "runtime/message.h"
-#include "runtime/turn.h"
 #include "runtime/wx_runner.h"
 
 /// Opaque to hosts, who hold a pointer to it (InitApp).
@@ -41,7 +40,6 @@ private:
     zeldlg::platform::EventHandle m_startedEvent = zeldlg::platform::EventHandle::Create();
     zeldlg::platform::EventHandle m_quitEvent = zeldlg::platform::EventHandle::Create();
     zeldlg::platform::EventHandle m_requestEvent = zeldlg::platform::EventHandle::Create();
-    zeldlg::Turn m_turn;
     std::unique_ptr<zeldlg::CWXRunner> m_thread;
 };
 

@@ -10,9 +10,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include "runtime/current_parent.h"
 #include "runtime/exit_guard.h"
 
 namespace zeldlg {
+
+wxWindow* g_currentParent = nullptr;
 
 using platform::ManualResetEvent;
 using platform::WaitForEvent;
@@ -45,6 +48,18 @@ public:
 
 private:
     Toolkit& m_toolkit;
+};
+
+// A handler's change of the current parent lasts until its own request returns.
+class KeepCurrentParent {
+public:
+    KeepCurrentParent() = default;
+    ~KeepCurrentParent() { g_currentParent = m_parent; }
+    KeepCurrentParent(const KeepCurrentParent&) = delete;
+    KeepCurrentParent& operator=(const KeepCurrentParent&) = delete;
+
+private:
+    wxWindow* const m_parent = g_currentParent;
 };
 
 }  // namespace
@@ -83,13 +98,18 @@ bool CWXRunner::Queue(CMessage* message) {
     return !m_closed;
 }
 
-CMessage* CWXRunner::TakeFront() {
+// The event stays set while there is more to take. It is reset under the lock: what is queued
+// afterwards sets it again.
+CMessage* CWXRunner::TakeFront(ManualResetEvent& requestEvent) {
     const std::lock_guard lock(m_queueMutex);
-    if (m_queue.empty()) {
-        return nullptr;
+    CMessage* front = nullptr;
+    if (!m_queue.empty()) {
+        front = m_queue.front();
+        m_queue.pop_front();
     }
-    CMessage* const front = m_queue.front();
-    m_queue.pop_front();
+    if (m_queue.empty()) {
+        requestEvent.Reset();
+    }
     return front;
 }
 
@@ -125,6 +145,8 @@ void CWXRunner::Loop(ManualResetEvent& requestEvent) {
         quit = WaitForEvent(*m_quitEvent, 0);
         if (requested && !quit) {
             ServeFront(requestEvent);
+            // Hosts tend to ask for several things in a row.
+            platform::SpinForEvent(requestEvent);
             busy = true;
         } else {
             busy = m_toolkit->Iterate();
@@ -133,8 +155,7 @@ void CWXRunner::Loop(ManualResetEvent& requestEvent) {
 }
 
 void CWXRunner::ServeFront(ManualResetEvent& requestEvent) {
-    CMessage* const message = TakeFront();
-    requestEvent.Reset();
+    CMessage* const message = TakeFront(requestEvent);
     if (message != nullptr) {
         Dispatch(*message);
     }
@@ -146,6 +167,7 @@ void CWXRunner::Dispatch(CMessage& message) {
     m_served = &message;
     try {
         const InToolkit inToolkit(*m_toolkit);
+        const KeepCurrentParent keepCurrentParent;
         static_cast<void>(
             std::any_of(m_handlers.begin(), m_handlers.end(),
                         [&message](RequestHandler handler) { return handler(&message); }));

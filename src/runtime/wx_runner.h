@@ -40,7 +40,7 @@ private:
     void Loop(platform::ManualResetEvent& requestEvent);
     void ServeFront(platform::ManualResetEvent& requestEvent);
     void Dispatch(CMessage& message);
-    CMessage* TakeFront();
+    CMessage* TakeFront(platform::ManualResetEvent& requestEvent);
     void RefuseAll();
     [[noreturn]] void LeaveToolkit();
 

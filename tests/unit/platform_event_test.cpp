@@ -1,10 +1,13 @@
 #include "platform/event.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -67,6 +70,53 @@ TEST(Event, WaitWithTimeOutZeroOnAnUnsetEventReturnsAtOnce) {
         EXPECT_EQ(WaitForEvents(1, events, false, 0), kWaitTimedOut);
         EXPECT_LT(MillisecondsSince(start), 500);
     }
+}
+
+// A poll that slept, even for as little as the kernel lets a thread sleep, would take fifty
+// microseconds; the loop of the GUI thread polls before every request.
+TEST(Event, APollDoesNotSleep) {
+    ManualResetEvent event;
+    const auto sleeps = [] {
+        rusage usage{};
+        getrusage(RUSAGE_THREAD, &usage);
+        return usage.ru_nvcsw;
+    };
+    const long before = sleeps();
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_FALSE(WaitForEvent(event, 0));
+    }
+    EXPECT_LT(sleeps() - before, 10);
+}
+
+TEST(Event, AnEventMayBeDestroyedAsSoonAsAWaitForItIsOver) {
+    for (int round = 0; round < 200; ++round) {
+        auto event = std::make_unique<ManualResetEvent>();
+        std::thread setter([raw = event.get()] { raw->Set(); });
+        ASSERT_TRUE(WaitUntil([&] { return WaitForEvent(*event, 0); }));
+        event.reset();
+        setter.join();
+    }
+}
+
+TEST(Event, SpinningSeesASettingAndUsesNoneUp) {
+    for (const EventKind kind : {EventKind::ManualReset, EventKind::AutoReset}) {
+        ManualResetEvent event(kind);
+        EXPECT_FALSE(SpinForEvent(event));
+        event.Set();
+        EXPECT_TRUE(SpinForEvent(event));
+        EXPECT_TRUE(WaitForEvent(event, 0));
+    }
+}
+
+TEST(Event, SpinningIsShort) {
+    ManualResetEvent event;
+    auto best = Clock::duration::max();
+    for (int i = 0; i < 20; ++i) {
+        const auto start = Clock::now();
+        EXPECT_FALSE(SpinForEvent(event));
+        best = std::min(best, Clock::now() - start);
+    }
+    EXPECT_LT(best, std::chrono::microseconds(100));
 }
 
 TEST(Event, ManualResetEventSetBeforeTheWaitSatisfiesEveryLaterWaitUntilReset) {

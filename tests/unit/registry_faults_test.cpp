@@ -258,7 +258,7 @@ TEST_F(RegistryFaults, NewFileThatCannotHoldItsFirstLineIsNotLeftBehind) {
 }
 
 TEST_F(RegistryFaults, HomeOnAFullFileSystemGivesTheShippedFile) {
-    WriteFile(ShippedFile(), SmallRegistry("00000005", std::string(8000, ';') + "\r\n"));
+    WriteFile(ShippedFile(), SmallRegistry("00000005", std::string(8000, ';').append("\r\n")));
     const std::string home = scratch / "home";
     const int result = InChild([&] {
         if (::unshare(CLONE_NEWNS) != 0 ||

@@ -4,11 +4,14 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <deque>
 #include <functional>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "runtime/current_parent.h"
 #include "runtime/gui_runner.h"
 #include "runtime/handlers/biometric_notification_handler.h"
 #include "runtime/handlers/challenge_response_handler.h"
@@ -26,7 +29,6 @@
 #include "runtime/handlers/unblock_method_handler.h"
 #include "runtime/message.h"
 #include "runtime/thread.h"
-#include "runtime/turn.h"
 #include "runtime/wx_runner.h"
 
 namespace zeldlg {
@@ -206,28 +208,6 @@ TEST(Thread, DestructionCancelsAThreadThatIsStillRunning) {
     EXPECT_TRUE(thread.IsRunning());
     EXPECT_TRUE(thread.Cancel());
     EXPECT_FALSE(thread.IsRunning());
-}
-
-TEST(Turn, IsGrantedInTheOrderOfAsking) {
-    Turn turn;
-    std::vector<int> order;
-    std::vector<std::thread> threads;
-    turn.lock();
-    for (int i = 0; i < 5; ++i) {
-        std::atomic<bool> asked{false};
-        threads.emplace_back([&, i] {
-            asked = true;
-            const std::lock_guard lock(turn);
-            order.push_back(i);
-        });
-        // The next one asks once this one has drawn its ticket.
-        ASSERT_TRUE(WaitUntil([&] { return asked && turn.Waiting() == i + 1; }));
-    }
-    turn.unlock();
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(order, (std::vector<int>{0, 1, 2, 3, 4}));
 }
 
 TEST(Runner, OffersARequestToTheHandlersInOrderUntilOneTakesIt) {
@@ -417,6 +397,55 @@ TEST(Runner, EightThreadsEachGetTheirOwnAnswer) {
         thread.join();
     }
     EXPECT_EQ(right, 8 * 500);
+}
+
+// Appends param1 to the list that param2 points to.
+bool RecordOrder(CMessage* message) {
+    message->Param2As<std::vector<uint64_t>>()->push_back(message->Param1());
+    return true;
+}
+
+TEST(Runner, RequestsAreServedInTheOrderInWhichTheyWereQueuedWithoutAnotherSettingOfTheEvent) {
+    Script script;
+    const auto started = EventHandle::Create();
+    const auto quit = EventHandle::Create();
+    const auto request = EventHandle::Create();
+    CWXRunner runner(started.Get(), quit.Get(), std::make_unique<ScriptedToolkit>(script));
+    runner.RegisterHandler(RecordOrder);
+    std::vector<uint64_t> order;
+    std::deque<CMessage> messages;
+    for (uint64_t number = 1; number <= 5; ++number) {
+        ASSERT_TRUE(
+            runner.Queue(&messages.emplace_back(1, number, reinterpret_cast<uint64_t>(&order))));
+    }
+    request->Set();
+    ASSERT_TRUE(runner.Start(request.Get()));
+    for (CMessage& message : messages) {
+        message.WaitDone();
+    }
+    EXPECT_EQ(order, (std::vector<uint64_t>{1, 2, 3, 4, 5}));
+    EXPECT_TRUE(WaitUntil([&] { return !WaitForEvent(*request, 0); })) << "it stays set";
+    quit->Set();
+    EXPECT_TRUE(runner.Join());
+}
+
+// Stores the current parent through param2 and puts another in its place.
+bool ChangeParent(CMessage* message) {
+    *message->Param2As<wxWindow*>() =
+        std::exchange(g_currentParent, reinterpret_cast<wxWindow*>(message->Param1()));
+    return true;
+}
+
+TEST(Runner, AHandlersChangeOfTheCurrentParentEndsWithItsRequest) {
+    Script script;
+    const auto runner = MakeRunner(script, {ChangeParent});
+    for (const uint64_t parent : {0x10, 0x20, 0x30}) {
+        auto* seen = reinterpret_cast<wxWindow*>(1);
+        CMessage message(1, parent, reinterpret_cast<uint64_t>(&seen));
+        ASSERT_TRUE(runner->Send(message));
+        EXPECT_EQ(seen, nullptr);
+    }
+    EXPECT_EQ(g_currentParent, nullptr);
 }
 
 TEST(Runner, StopWhileThreadsCallLeavesNobodyWaiting) {
