@@ -1,0 +1,124 @@
+// A PIN dialog with the same controls as the library's, written the way a plain program of the
+// toolkit is: what the library's own dialog is compared with.
+//
+//     zeldlg_bench_bare COUNT    shows it COUNT times, one after the other
+
+#include <glib.h>
+#include <wx/statline.h>
+#include <wx/wx.h>
+
+#include <cstdlib>
+
+#include "memory.h"
+#include "note.h"
+
+namespace {
+
+// A red cross and a green check mark, as the library has them.
+#include "../../src/resources/check.xpm"
+#include "../../src/resources/cross.xpm"
+
+constexpr int kMargin = 16;
+constexpr int kSectionGap = 12;
+constexpr int kLineGap = 4;
+constexpr int kMinContentWidth = 280;
+constexpr unsigned kMinLength = 4;
+constexpr unsigned kMaxLength = 8;
+
+class BareDialog : public wxDialog {
+public:
+    BareDialog()
+        : wxDialog(nullptr, wxID_ANY, "Enter PIN", wxDefaultPosition, wxDefaultSize,
+                   wxCAPTION | wxSTAY_ON_TOP) {
+        auto* const rows = new wxBoxSizer(wxVERTICAL);
+        rows->Add(new wxStaticText(this, wxID_ANY, "To log in to \"Identity card\""));
+        AddField(*rows);
+        AddButtons(*rows);
+        rows->Add(new wxStaticLine(this),
+                  wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, kSectionGap));
+        m_minIcon = AddRule(*rows, "Minimum PIN length 4 bytes", cross_xpm);
+        m_maxIcon = AddRule(*rows, "Maximum PIN length 8 bytes", check_xpm);
+        rows->SetMinSize(kMinContentWidth, wxDefaultCoord);
+        auto* const margin = new wxBoxSizer(wxVERTICAL);
+        margin->Add(rows, wxSizerFlags(1).Expand().Border(wxALL, kMargin));
+        SetSizerAndFit(margin);
+        Centre();
+        m_field->SetFocus();
+        Bind(wxEVT_TEXT, &BareDialog::OnText, this);
+    }
+
+private:
+    void AddField(wxSizer& rows) {
+        rows.Add(new wxStaticText(this, wxID_ANY, "Enter PIN:"),
+                 wxSizerFlags().Border(wxTOP, kSectionGap));
+        const int width = GetTextExtent(wxString('*', 18)).GetWidth();
+        m_field = new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+                                 wxSize(width, 24), wxTE_PASSWORD);
+        rows.Add(m_field, wxSizerFlags().Border(wxTOP, kLineGap));
+    }
+
+    void AddButtons(wxSizer& rows) {
+        auto* const row = new wxBoxSizer(wxHORIZONTAL);
+        m_ok = new wxButton(this, wxID_OK, "OK");
+        m_ok->SetDefault();
+        m_ok->Disable();
+        row->Add(m_ok);
+        row->AddSpacer(kSectionGap);
+        row->Add(new wxButton(this, wxID_CANCEL, "Cancel"));
+        rows.Add(row, wxSizerFlags().Right().Border(wxTOP, kSectionGap));
+    }
+
+    wxStaticBitmap* AddRule(wxSizer& rows, const wxString& text, const char* const* picture) {
+        auto* const icon = new wxStaticBitmap(this, wxID_ANY, wxBitmap(picture), wxDefaultPosition,
+                                              wxSize(16, 16));
+        auto* const line = new wxBoxSizer(wxHORIZONTAL);
+        line->Add(icon, wxSizerFlags().CentreVertical());
+        line->AddSpacer(kLineGap * 2);
+        line->Add(new wxStaticText(this, wxID_ANY, text), wxSizerFlags().CentreVertical());
+        rows.Add(line, wxSizerFlags().Border(wxTOP, kLineGap));
+        return icon;
+    }
+
+    void OnText(wxCommandEvent&) {
+        const size_t length = m_field->GetValue().length();
+        m_minIcon->SetBitmap(wxBitmap(length >= kMinLength ? check_xpm : cross_xpm));
+        m_maxIcon->SetBitmap(wxBitmap(length <= kMaxLength ? check_xpm : cross_xpm));
+        m_ok->Enable(length >= kMinLength && length <= kMaxLength);
+        m_ok->SetDefault();
+    }
+
+    wxTextCtrl* m_field = nullptr;
+    wxButton* m_ok = nullptr;
+    wxStaticBitmap* m_minIcon = nullptr;
+    wxStaticBitmap* m_maxIcon = nullptr;
+};
+
+int ShowOnce() {
+    BareDialog dialog;
+    return dialog.ShowModal();
+}
+
+class BareApp : public wxApp {
+public:
+    // The command line is not the toolkit's.
+    bool OnInit() override { return true; }
+
+    int OnRun() override {
+        for (int left = argc > 1 ? wxAtoi(argv[1]) : 1; left > 0; --left) {
+            Note("call");
+            const int answer = ShowOnce();
+            Note("return");
+            if (answer != wxID_OK) {
+                return EXIT_FAILURE;
+            }
+            while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+            }
+        }
+        NoteValue("rss", ResidentKb());
+        return EXIT_SUCCESS;
+    }
+};
+
+}  // namespace
+
+wxIMPLEMENT_APP(BareApp);

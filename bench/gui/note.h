@@ -1,0 +1,29 @@
+/* Time stamps of what happens, one line each, for the driver to read. The host, the bare program
+ * and the probe inside both write them to one descriptor, with one clock. */
+#pragma once
+
+#include <inttypes.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <time.h>
+
+/* The descriptor's number stands in this variable; without it nothing is noted. */
+#define BENCH_NOTES "ZELDLG_BENCH_NOTES"
+
+/* Nanoseconds of the monotonic clock. */
+static inline int64_t NoteClock(void) {
+    struct timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec * INT64_C(1000000000) + now.tv_nsec;
+}
+
+/* Writes "what value". One write for each line: several threads may note at a time. */
+static inline void NoteValue(const char* what, int64_t value) {
+    const char* const descriptor = getenv(BENCH_NOTES);
+    if (descriptor != NULL) {
+        dprintf(atoi(descriptor), "%s %" PRId64 "\n", what, value);
+    }
+}
+
+/* Notes that something happens now. */
+static inline void Note(const char* what) { NoteValue(what, NoteClock()); }
