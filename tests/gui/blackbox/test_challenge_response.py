@@ -149,13 +149,6 @@ class Layout(UnlockCase):
         self.assertEqual("12", self.response.text)
         self.cancel()
 
-    def test_it_belongs_to_no_other_window(self):
-        self.assertEqual(1, self.host.run("DLG_PinPadShowVerificationDialog"))
-        wait_until(lambda: self.screen.titles(self.host), what="the PIN pad's window")
-        self.open()
-        self.assertIsNone(self.screen.belongs_to(self.window))
-        self.cancel()
-
 
 class Challenge(UnlockCase):
     def test_it_is_upper_case_hexadecimal_without_separators(self):
@@ -201,18 +194,14 @@ class Challenge(UnlockCase):
                 self.assertLess(height, 400)
                 self.cancel()
 
-    def scroll_bar(self, field):
-        pane = next(node for node in self.window.find_all("scroll pane")
-                    if field in node.children)
-        return next(node for node in pane.children
-                    if node.role == "scroll bar" and node.extents[3] > node.extents[2])
-
     def test_a_long_one_is_shown_from_its_start(self):
         self.open(challenge="00" + "a5" * 300)
         field = self.window.find("text", "Challenge")
         top = field.extents[1]
         self.assertTrue(top <= field.character_extents(0)[1] < top + 30)
-        wait_until(lambda: "showing" in self.scroll_bar(field).states, what="a scroll bar")
+        pane = next(node for node in self.window.find_all("scroll pane")
+                    if field in node.children)
+        self.assertLess(field.extents[2] + 8, pane.extents[2])  # the scroll bar has its own room
         self.cancel()
 
 
@@ -305,8 +294,7 @@ class Response(UnlockCase):
         wait_until(lambda: self.response.caret == place, what=f"the caret at {place}")
 
     def paste(self, text):
-        self.screen.set_clipboard(text)
-        self.screen.key("ctrl+v", self.response)
+        self.screen.paste(text, self.response)
 
     def test_good_text_can_be_pasted(self):
         self.open()
@@ -322,7 +310,7 @@ class Response(UnlockCase):
                 self.type("1122")
                 self.put_caret(2)
                 self.paste(bad)
-                self.paste("a b")  # what comes after it shows that it has been dealt with
+                self.screen.type_text("a b")  # shows that the paste has been dealt with
                 self.expect_text("11a b22", 5)
                 self.cancel()
 
@@ -341,18 +329,14 @@ class Response(UnlockCase):
 
     def test_a_refused_paste_over_a_selection_gives_the_selection_s_text_back(self):
         self.open()
-        for select, caret in ("shift+Right", 3), ("ctrl+a", 4):
-            self.response.set_text("1122")
-            self.put_caret(2)
-            self.screen.key(select, self.response)
-            self.paste("x")
-            self.expect_text("1122", caret)
-        self.put_caret(1)
-        self.screen.key("shift+Right", self.response)
-        self.screen.type_text("y", self.response)
-        self.expect_text("1122", 2)
-        self.paste("3")
-        self.expect_text("11322", 3)
+        for select, text, caret in ("shift+Right", "11252", 4), ("ctrl+a", "11225", 5):
+            for refuse in self.paste, self.screen.type_text:
+                self.response.set_text("1122")
+                self.put_caret(2)
+                self.screen.key(select, self.response)
+                refuse("x")
+                self.screen.type_text("5")
+                self.expect_text(text, caret)
         self.cancel()
 
     def test_text_set_by_assistive_technology_is_held_to_the_same_characters(self):
@@ -504,8 +488,7 @@ class AsciiOnly(UnlockCase):
         self.screen.type_text("\u00e912\u20ac34", self.pins[0])
         wait_until(lambda: self.pins[0].length == 4, what="the four digits")
         self.pins[1].focus()
-        self.screen.set_clipboard("1\u00e923\u6f224")
-        self.screen.key("ctrl+v", self.pins[1])
+        self.screen.paste("1\u00e923\u6f224", self.pins[1])
         wait_until(lambda: self.pins[1].length == 4, what="the four digits")
         self.type(DIGITS)
         self.expect(True, True, True, True)

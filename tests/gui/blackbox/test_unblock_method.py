@@ -141,14 +141,6 @@ class Layout(MethodCase):
         self.assertEqual(WITNESS, self.list().text)
         self.end("Escape")
 
-    def test_it_belongs_to_no_other_window(self):
-        self.assertEqual(1, self.host.run("DLG_PinPadShowVerificationDialog"))
-        wait_until(lambda: self.screen.titles(self.host), what="the PIN pad's window")
-        self.open()
-        self.assertEqual(2, len(self.screen.titles(self.host)))
-        self.assertIsNone(self.screen.belongs_to(self.window))
-        self.end("Escape")
-
 
 class FirstState(MethodCase):
     def test_opens_with_the_first_method_that_is_offered(self):

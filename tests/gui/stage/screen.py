@@ -7,6 +7,7 @@ object, or a program, that does not answer any more raises Gone, which `wait_unt
 
 import os
 import subprocess
+import tempfile
 import time
 
 from .bus import Bus
@@ -377,10 +378,6 @@ class Screen:
                        if self.x11.geometry(number, frame=True) == place]
         return numbers[0] if len(numbers) == 1 else None
 
-    def belongs_to(self, window):
-        """The number of the window that this one belongs to, None when it stands on its own."""
-        return self.x11.transient_for(self.x11_window(window))
-
     def close_window(self, window):
         """Sends what the window manager sends for the close button, close box or not."""
         self.x11.send_delete(self.x11_window(window))
@@ -422,11 +419,19 @@ class Screen:
 
     # ---- clipboard
 
+    def paste(self, text, into=None):
+        """Pastes from the clipboard; gives as soon as the program has been sent the text."""
+        self.set_clipboard(text)
+        asked = self._clipboard_asked()
+        self.key("ctrl+v", into)
+        wait_until(lambda: self._clipboard_asked() > asked, 30, "somebody to ask for the text")
+
     def set_clipboard(self, text):
         """Offers the text for pasting, until the next one."""
         self._drop_clipboard()
-        self._clipboard = subprocess.Popen(self._xclip("-quiet"), stdin=subprocess.PIPE,
-                                           stderr=subprocess.DEVNULL)
+        self._clipboard_log = tempfile.TemporaryFile()
+        self._clipboard = subprocess.Popen(self._xclip("-verbose"), stdin=subprocess.PIPE,
+                                           stderr=self._clipboard_log)
         with self._clipboard.stdin as pipe:
             pipe.write(text.encode())
         wait_until(lambda: self.clipboard() == text, 10, "the text in the clipboard")
@@ -437,6 +442,9 @@ class Screen:
                               stderr=subprocess.DEVNULL)
         return read.stdout.decode() if read.returncode == 0 else None
 
+    def _clipboard_asked(self):
+        return os.pread(self._clipboard_log.fileno(), 1 << 20, 0).count(b"request number")
+
     def _xclip(self, *words):
         return dying_with_parent(["xclip", "-display", self.x11.name, "-selection", "clipboard",
                                   *words])
@@ -445,6 +453,7 @@ class Screen:
         if self._clipboard is not None:
             self._clipboard.terminate()
             self._clipboard.wait()
+            self._clipboard_log.close()
             self._clipboard = None
 
     # ---- pictures

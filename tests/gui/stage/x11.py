@@ -168,11 +168,6 @@ class X11:
         """Whether the window manager shows, for example, `_NET_WM_STATE_ABOVE`."""
         return self._atom(state) in (self._property(window, "_NET_WM_STATE") or [])
 
-    def transient_for(self, window):
-        """The window that this one belongs to, None when it stands on its own."""
-        owner = self._property(window, "WM_TRANSIENT_FOR")
-        return owner[0] if owner else None
-
     def geometry(self, window, frame=False):
         """(x, y, width, height) on the screen in pixels, with the frame if asked for."""
         root, child = c_window(), c_window()

@@ -1,10 +1,9 @@
-// The response field against what only the toolkit's inside brings about: texts that an input
-// method puts in, and repaints.
-#include "dialogs/unlock_with_cr_dialog.h"
-
+// What no host can bring about: texts of an input method in the response field, windows of others.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include "dialogs/select_unblock_method_dialog.h"
+#include "dialogs/unlock_with_cr_dialog.h"
 #include "test_app.h"
 
 namespace zeldlg {
@@ -65,6 +64,31 @@ TEST_F(UnlockWithCr, WhatIsTypedAfterARefusedTextStaysInOrder) {
     }
     wxTheApp->ProcessPendingEvents();
     EXPECT_EQ(m_field->GetValue(), "113422");
+}
+
+TEST_F(UnlockWithCr, TheUnblockDialogsBelongToNoOtherWindow) {
+    auto* const other = new wxDialog(nullptr, wxID_ANY, "Another window");
+    other->Show();
+    ASSERT_TRUE(PumpUntil([&] { return gtk_widget_get_mapped(other->GetHandle()); }));
+    auto* const method = new CSelectUnblockMethodDialog(true, {0, 1});
+    for (wxDialog* const dialog :
+         {static_cast<wxDialog*>(m_dialog), static_cast<wxDialog*>(method)}) {
+        EXPECT_EQ(dialog->GetParent(), nullptr);
+        EXPECT_EQ(dialog->GetParentForModalDialog(), nullptr);
+    }
+    method->Destroy();
+    other->Destroy();
+}
+
+TEST(UnblockMethod, ChoicesHaveTheirIdentifiers) {
+    auto* const dialog = new CSelectUnblockMethodDialog(true, {0});
+    const auto labelOf = [dialog](wxWindowID id) {
+        return dynamic_cast<wxRadioButton&>(*dialog->FindWindow(id)).GetLabelText();
+    };
+    EXPECT_EQ(labelOf(6402), "Unlock PIN using the PUK");
+    EXPECT_EQ(labelOf(6403), "Unlock PIN via off-line PIN unlock");
+    dialog->Destroy();
+    wxTheApp->ProcessIdle();
 }
 
 }  // namespace
