@@ -205,7 +205,7 @@ typedef struct PinChangeBuffers {
 
 /** Bytes with their number. 16 bytes. */
 typedef struct ByteBuffer {
-    const uint8_t* data; /**< The bytes. */
+    const uint8_t* data; /**< The bytes; may be null when #length is 0. */
     uint64_t length;     /**< Their number. */
 } ByteBuffer;
 
@@ -336,7 +336,7 @@ ZELDLG_EXPORT uint32_t DLG_ShowChangePolicedPinDialog_func(const PolicedPinChang
 /** @name Unblocking
  * @{ */
 /**
- * Let the user choose how to unblock a PIN.
+ * Let the user choose how to unblock a PIN. A code that is not known is listed by its number.
  * @param pukOffered     Non-zero: unblocking with the PUK is offered.
  * @param algorithms     Array of @p algorithmCount codes (ZELDLG_ALGORITHM_...); may be null when
  *                       there are none.

@@ -109,7 +109,10 @@ void CUnlockWithCRDialog::AddChallenge() {
 
 void CUnlockWithCRDialog::AddSerialNumber() {
     wxStaticText* const label = NewLabel(CATALOGUE_KEY("Token serial number:"));
-    AddRow(label, layout::NewHeading(this, m_prompt.serialNumber, kSerialNumberLines));
+    wxStaticText* const number =
+        layout::NewHeading(this, m_prompt.serialNumber, kSerialNumberLines);
+    SetCaptionFor(*label, *number);
+    AddRow(label, number);
 }
 
 void CUnlockWithCRDialog::AddResponse() {
