@@ -49,10 +49,10 @@ int ChallengeLines(wxTextCtrl& field) {
 
 }  // namespace
 
-CUnlockWithCRDialog::CUnlockWithCRDialog(const UnlockWithCRPrompt& prompt)
+CUnlockWithCRDialog::CUnlockWithCRDialog(UnlockWithCRPrompt prompt)
     : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Unlock PIN")), wxDefaultPosition,
                wxDefaultSize, StyleForParent(nullptr, kDialogStyle)),
-      m_prompt(prompt),
+      m_prompt(std::move(prompt)),
       m_asciiOnly(IsPinLimitedToAscii()),
       m_rows(new wxBoxSizer(wxVERTICAL)),
       m_grid(new wxFlexGridSizer(2, layout::kLineGap * 2, layout::kSectionGap)) {
@@ -143,13 +143,13 @@ void CUnlockWithCRDialog::AddNewPin() {
     AddPinRules();
 }
 
-wxTextCtrl* CUnlockWithCRDialog::AddPinField(const char* text) {
-    wxStaticText* const label = NewLabel(text);
-    wxTextCtrl* const field = NewPinField(this, *label);
+wxTextCtrl* CUnlockWithCRDialog::AddPinField(const char* label) {
+    wxStaticText* const text = NewLabel(label);
+    wxTextCtrl* const field = NewPinField(this, *text);
     if (m_asciiOnly) {
         SetAsciiFilter(*field);
     }
-    AddRow(label, field);
+    AddRow(text, field);
     return field;
 }
 

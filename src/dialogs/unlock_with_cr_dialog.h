@@ -30,7 +30,7 @@ struct UnlockWithCRPrompt {
 
 class CUnlockWithCRDialog : public wxDialog {
 public:
-    explicit CUnlockWithCRDialog(const UnlockWithCRPrompt& prompt);
+    explicit CUnlockWithCRDialog(UnlockWithCRPrompt prompt);
 
     /// The bytes that the typed response stands for.
     std::string Response() const;

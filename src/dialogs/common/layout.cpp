@@ -94,7 +94,7 @@ ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines) {
 }
 
 void TellWhole(wxWindow& window, const wxString& text) {
-    window.SetToolTip(text);
+    window.SetToolTip(WrapText(window, text));  // the toolkit itself breaks it at blanks only
     SetAccessibleName(window, text);
 }
 
