@@ -38,19 +38,31 @@ static WindowOptions ParseOptions(int argc, char** argv, const struct option* kn
     return options;
 }
 
-/* From now on Ctrl-C ends a wait instead of the program, so that the window is removed in order. */
-static void CatchInterrupt(sigset_t* signals) {
-    sigemptyset(signals);
-    sigaddset(signals, SIGINT);
-    sigaddset(signals, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, signals, NULL);
+/* While a window is shown Ctrl-C ends a wait instead of the program, so that the window is removed
+ * in order. */
+typedef struct Interruption {
+    sigset_t signals;
+    sigset_t previous;
+} Interruption;
+
+static Interruption CatchInterruption(void) {
+    Interruption interruption;
+    sigemptyset(&interruption.signals);
+    sigaddset(&interruption.signals, SIGINT);
+    sigaddset(&interruption.signals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &interruption.signals, &interruption.previous);
+    return interruption;
+}
+
+static void ReleaseInterruption(const Interruption* interruption) {
+    pthread_sigmask(SIG_SETMASK, &interruption->previous, NULL);
 }
 
 /* Waits; returns whether the time passed without an interruption. */
-static bool Wait(const sigset_t* signals, uint64_t milliseconds) {
+static bool Wait(const Interruption* interruption, uint64_t milliseconds) {
     const struct timespec time = {.tv_sec = (time_t)(milliseconds / 1000),
                                   .tv_nsec = (long)(milliseconds % 1000) * 1000000};
-    return sigtimedwait(signals, NULL, &time) < 0;
+    return sigtimedwait(&interruption->signals, NULL, &time) < 0;
 }
 
 static int ReportEnd(bool undisturbed) {
@@ -63,14 +75,14 @@ static int ReportNotShown(void) {
     return EXIT_NOT_CONFIRMED;
 }
 
-static bool ShowFor(const sigset_t* signals, const WindowOptions* options) {
+static bool ShowFor(const Interruption* interruption, const WindowOptions* options) {
     puts("shown");
     fflush(stdout);
-    return Wait(signals, (uint64_t)options->seconds * 1000);
+    return Wait(interruption, (uint64_t)options->seconds * 1000);
 }
 
 /* Says which scan the window shows, and waits for its part of the time. */
-static bool PlayScans(const DLG_FunctionList* dialogs, const sigset_t* signals,
+static bool PlayScans(const DLG_FunctionList* dialogs, const Interruption* interruption,
                       const WindowOptions* options) {
     const uint64_t each = (uint64_t)options->seconds * 1000 / options->scans;
     for (uint32_t scan = 1; scan <= options->scans; ++scan) {
@@ -79,7 +91,7 @@ static bool PlayScans(const DLG_FunctionList* dialogs, const sigset_t* signals,
         }
         printf("scan %u\n", (unsigned)scan);
         fflush(stdout);
-        if (!Wait(signals, each)) {
+        if (!Wait(interruption, each)) {
             return false;
         }
     }
@@ -100,11 +112,11 @@ static int RunBiometric(const DLG_FunctionList* dialogs, int argc, char** argv) 
     if (result != ZELDLG_OK || shown == 0) {
         return ReportNotShown();
     }
-    sigset_t signals;
-    CatchInterrupt(&signals);
+    const Interruption interruption = CatchInterruption();
     const bool undisturbed =
-        enrol ? PlayScans(dialogs, &signals, &options) : ShowFor(&signals, &options);
+        enrol ? PlayScans(dialogs, &interruption, &options) : ShowFor(&interruption, &options);
     dialogs->HideSupertokenDlg();
+    ReleaseInterruption(&interruption);
     return ReportEnd(undisturbed);
 }
 
@@ -119,10 +131,10 @@ static int RunKeyGeneration(const DLG_FunctionList* dialogs, int argc, char** ar
     if (dialogs->ShowKeyGenerationProgressDialog() != ZELDLG_OK) {
         return ReportNotShown();
     }
-    sigset_t signals;
-    CatchInterrupt(&signals);
-    const bool undisturbed = ShowFor(&signals, &options);
+    const Interruption interruption = CatchInterruption();
+    const bool undisturbed = ShowFor(&interruption, &options);
     dialogs->HideKeyGenerationProgressDialog();
+    ReleaseInterruption(&interruption);
     return ReportEnd(undisturbed);
 }
 
