@@ -1,6 +1,5 @@
 #include "fuzz_target.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -48,9 +47,9 @@ std::uint32_t FuzzInput::Word() {
 }
 
 std::string FuzzInput::Text(unsigned most) {
-    const std::size_t length = std::min<std::size_t>(Below(most + 1), m_rest.size());
+    const std::size_t length = Below(most + 1);
     const std::string text(m_rest.substr(0, length));
-    m_rest.remove_prefix(length);
+    m_rest.remove_prefix(text.size());
     return text;
 }
 

@@ -72,8 +72,10 @@ void RequireChangeRules(FuzzInput& input) {
 
 /// A buffer has what it says or less, a host's claim may be larger.
 void RequireDelivery(FuzzInput& input) {
-    const std::uint64_t claimed =
-        input.Flag() ? std::uint64_t{Number(input)} << 32U | Number(input) : input.Below(40);
+    std::uint64_t claimed = input.Flag() ? Number(input) : input.Below(40);
+    if (input.Below(4) == 0) {
+        claimed = claimed << 32U | Number(input);
+    }
     const bool isNull = input.Below(8) == 0;
     const std::string bytes = input.Text(30);
     const auto buffer = std::make_unique<std::uint8_t[]>(

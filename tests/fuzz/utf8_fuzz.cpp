@@ -50,7 +50,7 @@ void RequireNarrow(std::string_view bytes) {
     std::u32string sound;
     FuzzInput input(bytes);
     while (!input.IsEmpty()) {
-        const char32_t code = input.Flag() ? input.Word() : input.Byte() * 256U + input.Byte();
+        const char32_t code = input.Flag() ? input.Word() : input.Word() & 0xFFFFU;
         wide += static_cast<wchar_t>(code);
         const bool isCharacter = code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
         sound += isCharacter ? code : char32_t{0xFFFD};
