@@ -26,6 +26,9 @@ constexpr int kPolicedMessageWidth = 520;
 constexpr int kPageTextHeight = 150;
 constexpr int kRuleTextHeight = 44;
 constexpr size_t kHeadingLines = 4;
+// Some languages take a line more in each text.
+constexpr size_t kPolicedHeadingLines = 2;
+constexpr int kPolicedSectionGap = 8;
 constexpr int kTextPadding = 6;
 
 wxColour ForestGreen() { return {34, 139, 34}; }
@@ -83,8 +86,12 @@ std::string CChangePinDialog::OldValue() const { return ToUtf8(m_oldField->GetVa
 std::string CChangePinDialog::NewValue() const { return ToUtf8(m_confirmField->GetValue()); }
 
 void CChangePinDialog::AddHeading(const wxString& tokenLabel) {
-    m_rows->Add(
-        layout::NewHeading(this, FormatTranslated(m_texts.heading, tokenLabel), kHeadingLines));
+    m_rows->Add(layout::NewHeading(this, FormatTranslated(m_texts.heading, tokenLabel),
+                                   m_pages ? kPolicedHeadingLines : kHeadingLines));
+}
+
+int CChangePinDialog::SectionGap() const {
+    return m_pages ? kPolicedSectionGap : layout::kSectionGap;
 }
 
 int CChangePinDialog::MessageWidth() const {
@@ -98,7 +105,7 @@ void CChangePinDialog::AddFailure(const ChangePinAttempts& attempts) {
     }
     wxStaticText* const header = layout::NewText(this, Translate(failure.header));
     header->SetFont(header->GetFont().Bold());
-    m_rows->Add(header, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+    m_rows->Add(header, wxSizerFlags().Border(wxTOP, SectionGap()));
     auto* const warning = new ColouredTexts(this, {layout::WarningColour()},
                                             ColouredTexts::Icon::Warning, MessageWidth());
     warning->AddText(WarningText(failure), layout::WarningColour());
@@ -110,7 +117,7 @@ void CChangePinDialog::AddFields() {
     m_oldField = AddField(grid, m_texts.oldLabel);
     m_newField = AddField(grid, m_texts.newLabel);
     m_confirmField = AddField(grid, m_texts.confirmLabel);
-    m_rows->Add(grid, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+    m_rows->Add(grid, wxSizerFlags().Border(wxTOP, SectionGap()));
 }
 
 wxTextCtrl* CChangePinDialog::AddField(wxFlexGridSizer* grid, const char* label) {
@@ -131,7 +138,7 @@ void CChangePinDialog::AddRules() {
                             &ChangePinRules::equal}) {
         AddRule(rules, RuleText(flag), flag);
     }
-    m_rows->Add(rules, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
+    m_rows->Add(rules, wxSizerFlags().Border(wxTOP, SectionGap()));
 }
 
 void CChangePinDialog::AddRule(wxSizer* sizer, const wxString& rule, bool ChangePinRules::*flag) {
@@ -171,7 +178,7 @@ wxString CChangePinDialog::LengthPageText() const {
 
 void CChangePinDialog::AddPolicyPages() {
     m_rows->Add(new wxStaticLine(this),
-                wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, layout::kSectionGap));
+                wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, SectionGap()));
     m_pageArea = new wxBoxSizer(wxHORIZONTAL);
     m_rows->Add(m_pageArea, wxSizerFlags().Expand());
     if (!m_pages) {
@@ -224,7 +231,7 @@ void CChangePinDialog::AddSummary() {
     layout::ReserveRoom(*m_summary);
     room.IncTo(m_summary->GetMinSize());
     m_summary->SetMinSize(room);
-    m_rows->Add(m_summaryBox, wxSizerFlags().Expand().Border(wxTOP, layout::kSectionGap));
+    m_rows->Add(m_summaryBox, wxSizerFlags().Expand().Border(wxTOP, SectionGap()));
 }
 
 void CChangePinDialog::AddButtons() {

@@ -48,6 +48,7 @@ private:
         std::function<wxString()> explain;
     };
 
+    int SectionGap() const;
     int MessageWidth() const;
     void AddHeading(const wxString& tokenLabel);
     void AddFailure(const ChangePinAttempts& attempts);

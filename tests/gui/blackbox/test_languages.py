@@ -64,7 +64,7 @@ DIALOGS = [
     Dialog("DLG_ShowChangeTransportPIN", "Unlock PIN", {"label": LABEL, "finalTry": 1}),
     Dialog("DLG_ShowChangePinDialog", "Change transport PIN", {"label": LONG_LABEL}),
     Dialog("DLG_ShowChangePolicedPinDialog_func", "Change transport PIN",
-           {"label": LABEL, "noFailure": 0, "triesLeft": 2, **EVERY_RULE}),
+           {"label": LONG_LABEL * 3, "noFailure": 0, "triesLeft": 2, **EVERY_RULE}),
     Dialog(PAD.format("Modification"), "PinPad", {"allowAbort": 1}, **NOT_MODAL_PAD,
            then=(PAD_INPUT + "NextPin",)),
     Dialog(PAD.format("LegalVerification"), "PinPad", {"allowAbort": 1}, **NOT_MODAL_PAD,
