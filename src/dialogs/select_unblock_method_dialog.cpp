@@ -20,6 +20,10 @@ constexpr long kDialogStyle = wxDEFAULT_DIALOG_STYLE | wxSTAY_ON_TOP;
 constexpr wxWindowID kPukId = 6402;
 constexpr wxWindowID kOfflineId = 6403;
 
+constexpr const char* kExplanation = CATALOGUE_KEY(
+    "Please select the unlocking algorithm from the drop-down box below. Your helpdesk can tell "
+    "you which algorithm you should select.");
+
 // What belongs to a choice stands below its text.
 constexpr int kIndent = 24;
 
@@ -82,11 +86,8 @@ void CSelectUnblockMethodDialog::AddOfflineChoice(bool offered) {
 }
 
 void CSelectUnblockMethodDialog::AddExplanation() {
-    const wxString text =
-        Translate(CATALOGUE_KEY("Please select the unlocking algorithm from the drop-down box "
-                                "below. Your helpdesk can tell you which algorithm you should "
-                                "select."));
-    m_explanation = new CTextPanel(this, layout::WrapText(*this, text), GetFont());
+    m_explanation =
+        new CTextPanel(this, layout::WrapText(*this, Translate(kExplanation)), GetFont());
     m_rows->AddSpacer(layout::kSectionGap);
     m_rows->Add(m_explanation, wxSizerFlags().Border(wxLEFT, kIndent));
 }
@@ -103,6 +104,7 @@ void CSelectUnblockMethodDialog::AddAlgorithms(const std::vector<uint32_t>& algo
     }
     SkipArrow(*m_algorithms);
     SetAccessibleName(*m_algorithms, Translate(CATALOGUE_KEY("Unlocking algorithm")));
+    SetAccessibleDescription(*m_algorithms, Translate(kExplanation));
     m_rows->AddSpacer(layout::kLineGap * 2);
     m_rows->Add(m_algorithms, wxSizerFlags().Expand().Border(wxLEFT, kIndent));
 }

@@ -65,6 +65,10 @@ void SetAccessibleName(wxWindow& window, const wxString& name) {
     atk_object_set_name(AccessibleOf(window), name.utf8_str());
 }
 
+void SetAccessibleDescription(wxWindow& window, const wxString& description) {
+    atk_object_set_description(AccessibleOf(window), description.utf8_str());
+}
+
 void Announce(wxWindow& window, const wxString& text) {
     g_signal_emit_by_name(AccessibleOf(window), "announcement", text.utf8_str().data());
 }

@@ -12,6 +12,9 @@ namespace zeldlg {
 /// The name that a screen reader speaks.
 void SetAccessibleName(wxWindow& window, const wxString& name);
 
+/// What a screen reader speaks besides the name.
+void SetAccessibleDescription(wxWindow& window, const wxString& description);
+
 /// Has a screen reader speak a text now: for what changes away from the keyboard focus.
 void Announce(wxWindow& window, const wxString& text);
 

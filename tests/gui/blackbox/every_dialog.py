@@ -7,10 +7,11 @@ from stage import CANCELLED, OK, policy
 # Shown while its call lasts (`result` is what Escape makes of it), or, where `hide` names an
 # export, until that is called: nothing the user does ends it.
 # `order`: what Tab goes through from the control that has the focus first, with nothing typed.
-# `typed`: what goes into the PIN fields; Return then ends the dialog with success.
+# `typed`: what goes into the PIN fields, `answer`: into the other one; Return then ends the dialog
+# with success.
 Dialog = collections.namedtuple(
-    "Dialog", "name export title arguments role order result hide typed registry",
-    defaults=(None, None, (), None))
+    "Dialog", "name export title arguments role order result hide typed answer registry",
+    defaults=(None, None, (), None, None))
 
 IDS = "Multiple Digital IDs found; please select an appropriate Digital ID from the list below"
 ALWAYS = "Always use this Digital ID (this dialog will not be displayed again)"
@@ -18,6 +19,7 @@ BALLS = ["Not met: PIN length between 4 and 8 bytes", "Not met: Minimum PIN leng
          "Met: Maximum PIN length 8 bytes", "Met: New PIN equal to confirmed new PIN"]
 PAGES = ["Not met: Length", "Met: Equality", "Met: Distance", "Not met: Diversification",
          "Met: Similarity", "Met: Restriction"]
+ALGORITHM = "Unlocking algorithm"
 HINT_AGAIN = "Show this window during the next enrolment procedure"
 NO_HINT = ("REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0]\r\n"
            '"ShowEnrolmentHint"=dword:00000000\r\n')
@@ -70,6 +72,18 @@ DIALOGS = [
     pad("LegalVerification", 1),
     pad("NoPinVerification", 1),
     pad("LegalNoPinVerification", 0),
+    Dialog("unblock method", "DLG_ShowSelectUnblockMethod", "Unlock PIN",
+           {"pukOffered": 1, "code": [0, 1]}, "dialog",
+           ["Unlock PIN using the PUK", "OK", "Cancel"], CANCELLED),
+    Dialog("unblock off-line", "DLG_ShowSelectUnblockMethod", "Unlock PIN",
+           {"pukOffered": 0, "code": [0, 1]}, "dialog",
+           ["Unlock PIN via off-line PIN unlock", ALGORITHM, "OK", "Cancel"], CANCELLED),
+    Dialog("challenge", "DLG_ShowUnblockThroughCR", "Unlock PIN", {"label": "Identity card"},
+           "dialog", ["Response", "Cancel", "Challenge"], CANCELLED),
+    Dialog("challenge, PIN", "DLG_ShowUnblockThroughCR", "Unlock PIN",
+           {"label": "Identity card", "askNewPin": 1}, "dialog",
+           ["Response", "Enter new PIN", "Confirm new PIN", "Cancel", "Challenge"], CANCELLED,
+           typed=(LETTERS, LETTERS), answer="0011223344556677"),
     Dialog("tokens", "DLG_ShowTokenSelectionDialog", "Select a token",
            {"entry": [("Identity card", "Reader", 1), ("Badge", "Reader", 2)]}, "dialog",
            ["Please select a token", "OK"], CANCELLED),

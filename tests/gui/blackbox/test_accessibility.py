@@ -7,6 +7,7 @@ from every_dialog import DIALOGS
 from stage import OK, Events, StageTestCase, wait_until
 
 FIELDS = ("password text", "text", "combo box", "table", "list", "list box")
+# Fields that have a name, and no label beside them that could stand for it.
 UNLABELLED = ("Explanation", "Unlocking algorithm")
 MASK = "\u25cf"
 
@@ -114,6 +115,9 @@ class Typing(AccessibilityCase):
                 self.assertEqual(len(dialog.typed), len(fields))
                 for field, value in zip(fields, dialog.typed):
                     self.type(field, value)
+                if dialog.answer:
+                    self.type(next(node for node in self.window.walk() if node.role == "text"
+                                   and "editable" in node.states), dialog.answer)
                 self.check_echo(events, fields, dialog.typed)
                 self.check_rules(events)
                 self.screen.key("Return")
