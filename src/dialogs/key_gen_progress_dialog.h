@@ -30,7 +30,7 @@ private:
 
     wxTimer m_timer;
     KeyGenAnimation m_animation;
-    std::array<wxBitmap, 3> m_pictures;
+    std::array<wxBitmapBundle, 3> m_pictures;
     wxStaticBitmap* m_picture = nullptr;
     wxWeakRef<wxWindow> m_parentBefore;
 };

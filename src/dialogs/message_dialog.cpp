@@ -54,7 +54,7 @@ const IconLook& LookOf(MessageIcon icon) {
 wxStaticBitmap* NewIcon(wxWindow* parent, long style) {
     const IconLook& look = LookOf(MessageIconOf(style));
     auto* const icon =
-        new wxStaticBitmap(parent, wxID_ANY, wxArtProvider::GetBitmap(look.art, wxART_OTHER));
+        new wxStaticBitmap(parent, wxID_ANY, wxArtProvider::GetBitmapBundle(look.art, wxART_OTHER));
     icon->SetBackgroundColour(parent->GetBackgroundColour());
     SetAccessibleName(*icon, Translate(look.name));
     return icon;

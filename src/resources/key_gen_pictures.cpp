@@ -1,6 +1,7 @@
 #include "resources/key_gen_pictures.h"
 
-#include "resources/xpm_bitmap.h"
+#include "resources/bitmaps.h"
+#include "resources/embedded_files.h"
 
 namespace zeldlg {
 
@@ -14,8 +15,10 @@ namespace {
 
 }  // namespace
 
-std::array<wxBitmap, 3> KeyGenPictures() {
-    return {XpmBitmap(token_red_xpm), XpmBitmap(token_neutral_xpm), XpmBitmap(token_green_xpm)};
+std::array<wxBitmapBundle, 3> KeyGenPictures() {
+    return {TwoForms(XpmBitmap(token_red_xpm), TokenRedTwice()),
+            TwoForms(XpmBitmap(token_neutral_xpm), TokenNeutralTwice()),
+            TwoForms(XpmBitmap(token_green_xpm), TokenGreenTwice())};
 }
 
 }  // namespace zeldlg

@@ -2,14 +2,14 @@
 // dark themes.
 #pragma once
 
-#include <wx/bitmap.h>
+#include <wx/bmpbndl.h>
 
 namespace zeldlg {
 
 /// Above the question for the PIN of a legally binding signature; 300 by 248 pixels.
-wxBitmap SignaturePicture();
+wxBitmapBundle SignaturePicture();
 
 /// The fingerprint token with its sensor and its yellow light; 176 by 120 pixels.
-wxBitmap BioTokenPicture();
+wxBitmapBundle BioTokenPicture();
 
 }  // namespace zeldlg

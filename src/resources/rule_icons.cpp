@@ -1,6 +1,7 @@
 #include "resources/rule_icons.h"
 
-#include "resources/xpm_bitmap.h"
+#include "resources/bitmaps.h"
+#include "resources/embedded_files.h"
 
 namespace zeldlg {
 
@@ -15,12 +16,12 @@ namespace {
 
 }  // namespace
 
-wxBitmap CheckIcon() { return XpmBitmap(check_xpm); }
+wxBitmapBundle CheckIcon() { return TwoForms(XpmBitmap(check_xpm), CheckTwice()); }
 
-wxBitmap CrossIcon() { return XpmBitmap(cross_xpm); }
+wxBitmapBundle CrossIcon() { return TwoForms(XpmBitmap(cross_xpm), CrossTwice()); }
 
-wxBitmap MetBall() { return XpmBitmap(ball_met_xpm); }
+wxBitmapBundle MetBall() { return TwoForms(XpmBitmap(ball_met_xpm), BallMetTwice()); }
 
-wxBitmap RedBall() { return XpmBitmap(ball_red_xpm); }
+wxBitmapBundle RedBall() { return TwoForms(XpmBitmap(ball_red_xpm), BallRedTwice()); }
 
 }  // namespace zeldlg

@@ -1,17 +1,17 @@
 // The 16 by 16 icons that mark a rule as met or not met.
 #pragma once
 
-#include <wx/bitmap.h>
+#include <wx/bmpbndl.h>
 
 namespace zeldlg {
 
 /// A green tick with a dark edge.
-wxBitmap CheckIcon();
+wxBitmapBundle CheckIcon();
 /// A red cross.
-wxBitmap CrossIcon();
+wxBitmapBundle CrossIcon();
 /// A green ball with a tick: chosen like a button.
-wxBitmap MetBall();
+wxBitmapBundle MetBall();
 /// A red ball: chosen like a button.
-wxBitmap RedBall();
+wxBitmapBundle RedBall();
 
 }  // namespace zeldlg

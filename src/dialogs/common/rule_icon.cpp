@@ -10,7 +10,7 @@ namespace {
 
 const wxSize kIconSize(16, 16);
 
-wxBitmap IconFor(bool met) { return met ? CheckIcon() : CrossIcon(); }
+wxBitmapBundle IconFor(bool met) { return met ? CheckIcon() : CrossIcon(); }
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 // with a window manager.
 
 #include <gtest/gtest.h>
+#include <wx/image.h>
 #include <wx/init.h>
 #include <wx/log.h>
 
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     wxSetAssertHandler(FailOnAssert);
+    wxImage::AddHandler(new wxPNGHandler);  // as the library's application object does
     const int result = RUN_ALL_TESTS();
     wxEntryCleanup();
     return result;

@@ -2,8 +2,6 @@
 // other program can see it, so it is looked at from the inside.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
-#include <wx/image.h>
-
 #include <vector>
 
 #include "dialogs/common/window_ptr.h"
@@ -38,9 +36,6 @@ void ExpectSecretFields(const wxWindow& window, size_t count) {
 }
 
 TEST(SecretFields, AreDeclaredAsSuchInThePinDialogs) {
-    if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr) {
-        wxImage::AddHandler(new wxPNGHandler);  // for the picture
-    }
     const PinLengthRule rule(4, 8);
     ExpectSecretFields(*MakeWindow<CPinEntryDialog>(nullptr, "Card", rule, PinFailureLines()), 1);
     ExpectSecretFields(*MakeWindow<CLegalSignatureDialog>(nullptr, "Card", rule, PinFailureLines()),
