@@ -156,13 +156,24 @@ class X11:
         return inner == window
 
     def _parent(self, window):
+        return self._family(window)[0]
+
+    def _family(self, window):
+        """The window's parent, 0 without one, and its children."""
         root, parent, children, count = c_window(), c_window(), _void_p(), _uint()
         if not _x11.XQueryTree(self._display, window, ctypes.byref(root), ctypes.byref(parent),
                                ctypes.byref(children), ctypes.byref(count)):
-            return 0
+            return 0, []
+        numbers = []
         if children:
+            numbers = list((c_window * count.value).from_address(children.value))
             _x11.XFree(children)
-        return parent.value
+        return parent.value, numbers
+
+    def count_windows(self, window=None):
+        """How many windows there are below one, by default all: mapped or not, whoever's."""
+        children = self._family(self.root if window is None else window)[1]
+        return len(children) + sum(self.count_windows(child) for child in children)
 
     def has_state(self, window, state):
         """Whether the window manager shows, for example, `_NET_WM_STATE_ABOVE`."""
@@ -204,9 +215,16 @@ class X11:
 
     def ask_manager_to_close(self, window):
         """What a task bar does; the window manager refuses where the window has no close box."""
+        self._ask_manager(window, "_NET_CLOSE_WINDOW", 0, 2)
+
+    def ask_manager_to_activate(self, window):
+        """What a task bar does: the window is to get the keyboard."""
+        self._ask_manager(window, "_NET_ACTIVE_WINDOW", 2)
+
+    def _ask_manager(self, window, message_type, *data):
         message = _ClientMessage(type=CLIENT_MESSAGE, send_event=1, window=window,
-                                 message_type=self._atom("_NET_CLOSE_WINDOW"), format=32)
-        message.data[1] = 2
+                                 message_type=self._atom(message_type), format=32)
+        message.data[:len(data)] = data
         substructure = (1 << 19) | (1 << 20)
         _x11.XSendEvent(self._display, self.root, 0, substructure, ctypes.byref(message))
         self._sync()

@@ -1,0 +1,48 @@
+"""What a host holds of the system, and what of it has to be given back."""
+
+import os
+import re
+from dataclasses import dataclass
+
+from stage import wait_until
+
+
+@dataclass
+class Resources:
+    threads: int    # without those that GLib keeps for a while for whoever needs one next
+    files: list
+    x_windows: int  # of the whole screen, mapped or not
+    rss: int        # kB
+    heap: int       # bytes
+
+    @classmethod
+    def of(cls, host, screen):
+        kinds = [re.sub(r"\d+", "N", target) for target in host.fds()]
+        threads = [name for name in host.threads() if not name.startswith("pool-")]
+        return cls(len(threads), sorted(kinds), screen.x11.count_windows(),
+                   host.rss(), host.heap())
+
+    def compare(self, before):
+        """AssertionError where more is held than before."""
+        for name in ("threads", "files", "x_windows"):
+            if getattr(self, name) != getattr(before, name):
+                raise AssertionError(f"{name}: {getattr(before, name)} became "
+                                     f"{getattr(self, name)}")
+
+    def __str__(self):
+        return (f"RSS {self.rss / 1024:.1f} MB, heap {self.heap / 2**20:.1f} MB, "
+                f"{self.threads} threads, {len(self.files)} files, "
+                f"{self.x_windows} X windows")
+
+
+def settled(host, screen):
+    """The resources, once what ends by itself has ended: the window manager takes the frames of
+    windows away after the windows.
+    """
+    seen = []
+
+    def same_again():
+        now = Resources.of(host, screen)
+        seen.append((now.threads, now.files, now.x_windows))
+        return now if seen[-5:] == [seen[-1]] * 5 else None
+    return wait_until(same_again, 20, "the resources to settle", seen=lambda: seen[-5:])
