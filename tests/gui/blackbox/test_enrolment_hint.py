@@ -184,9 +184,11 @@ class CheckBox(HintCase):
         self.tick(False)
         self.confirm()
         self.expect_enrolment(home)
+        home.run("DLG_Finalize")
         self.assertEqual(0, home.quit())
         again = self.start_host(environment={"ZEL_HOME": home.zel_home})
         self.enrol_without_hint(again)
+        again.run("DLG_Finalize")
         self.assertEqual(0, again.quit())
 
     def test_the_choice_survives_finalise(self):
