@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/prctl.h>
 
 #include "command.h"
 
@@ -119,6 +120,8 @@ uint32_t ParseNumber(const char* option, const char* text) {
 }
 
 int main(int argc, char** argv) {
+    /* PINs are in our memory: it must not end in a core file, nor be read by other programs. */
+    prctl(PR_SET_DUMPABLE, 0);
     const char* library = kDefaultLibrary;
     int next = 1;
     if (argc > 2 && strcmp(argv[1], "--library") == 0) {

@@ -12,8 +12,6 @@
 #include "dialogs/common/layout.h"
 #include "dialogs/response_decoder.h"
 #include "dialogs/text_panel.h"
-#include "pin/ascii_filter.h"
-#include "pin/pin_field.h"
 #include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -53,7 +51,7 @@ CUnlockWithCRDialog::CUnlockWithCRDialog(UnlockWithCRPrompt prompt)
     : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Unlock PIN")), wxDefaultPosition,
                wxDefaultSize, StyleForParent(nullptr, kDialogStyle)),
       m_prompt(std::move(prompt)),
-      m_asciiOnly(IsPinLimitedToAscii()),
+      m_accepts(AcceptedInNewPin()),
       m_rows(new wxBoxSizer(wxVERTICAL)),
       m_grid(new wxFlexGridSizer(2, layout::kLineGap * 2, layout::kSectionGap)) {
     CSecureTextControl::MeasureFieldWidth(this);
@@ -67,7 +65,7 @@ CUnlockWithCRDialog::CUnlockWithCRDialog(UnlockWithCRPrompt prompt)
     }
     AddButtons();
     Revalidate();
-    Bind(wxEVT_TEXT, &CUnlockWithCRDialog::OnText, this);
+    Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Revalidate(); });
     layout::Finish(*this, m_rows);
     m_responseField->SetFocus();
 }
@@ -76,8 +74,8 @@ std::string CUnlockWithCRDialog::Response() const {
     return DecodeResponse(m_responseField->GetValue().ToStdWstring());
 }
 
-std::string CUnlockWithCRDialog::NewPin() const {
-    return m_prompt.askNewPin ? ToUtf8(m_pinField->GetValue()) : std::string();
+platform::SecretBytes CUnlockWithCRDialog::NewPin() const {
+    return m_prompt.askNewPin ? m_pinField->Pin() : platform::SecretBytes();
 }
 
 void CUnlockWithCRDialog::AddHeading() {
@@ -143,12 +141,9 @@ void CUnlockWithCRDialog::AddNewPin() {
     AddPinRules();
 }
 
-wxTextCtrl* CUnlockWithCRDialog::AddPinField(const char* label) {
+PinField* CUnlockWithCRDialog::AddPinField(const char* label) {
     wxStaticText* const text = NewLabel(label);
-    wxTextCtrl* const field = NewPinField(this, *text);
-    if (m_asciiOnly) {
-        SetAsciiFilter(*field);
-    }
+    auto* const field = new PinField(this, *text, m_accepts);
     AddRow(text, field);
     return field;
 }
@@ -186,13 +181,6 @@ wxFont CUnlockWithCRDialog::CodeFont() const {
     return wxFontInfo(size).Family(wxFONTFAMILY_TELETYPE);
 }
 
-void CUnlockWithCRDialog::OnText(wxCommandEvent& event) {
-    if (m_asciiOnly) {
-        RemoveNonAscii(*static_cast<wxTextCtrl*>(event.GetEventObject()));
-    }
-    Revalidate();
-}
-
 void CUnlockWithCRDialog::Revalidate() {
     if (m_prompt.askNewPin) {
         CheckPins();
@@ -202,8 +190,8 @@ void CUnlockWithCRDialog::Revalidate() {
 }
 
 void CUnlockWithCRDialog::CheckPins() {
-    const NewPinRules rules = CheckNewPin(m_prompt.newPinBounds, ToUtf8(m_pinField->GetValue()),
-                                          ToUtf8(m_confirmField->GetValue()));
+    const NewPinRules rules =
+        CheckNewPin(m_prompt.newPinBounds, m_pinField->Pin(), m_confirmField->Pin());
     m_pinLengthOk = rules.LengthOk();
     m_pinsEqual = rules.equal;
     m_minIcon->SetMet(rules.minOk);

@@ -15,6 +15,7 @@
 #include "dialogs/common/rule_icon.h"
 #include "dialogs/new_pin_rules.h"
 #include "dialogs/response_field.h"
+#include "pin/pin_field.h"
 
 namespace zeldlg {
 
@@ -36,7 +37,7 @@ public:
     std::string Response() const;
 
     /// UTF-8 bytes; empty when no new PIN was asked for.
-    std::string NewPin() const;
+    platform::SecretBytes NewPin() const;
 
 private:
     void AddHeading();
@@ -44,20 +45,19 @@ private:
     void AddSerialNumber();
     void AddResponse();
     void AddNewPin();
-    wxTextCtrl* AddPinField(const char* label);
+    PinField* AddPinField(const char* label);
     void AddPinRules();
     void AddButtons();
     void AddRow(wxStaticText* label, wxWindow* field);
     wxStaticText* NewLabel(const char* text);
     wxFont CodeFont() const;
 
-    void OnText(wxCommandEvent& event);
     void Revalidate();
     void CheckPins();
     void CheckResponse();
 
     UnlockWithCRPrompt m_prompt;
-    bool m_asciiOnly;
+    PinField::Accepts m_accepts;
     bool m_responseOk = false;
     bool m_pinLengthOk = true;
     bool m_pinsEqual = true;
@@ -66,8 +66,8 @@ private:
     wxFlexGridSizer* m_grid;
     ResponseField* m_responseField = nullptr;
     RuleIcon* m_responseIcon = nullptr;
-    wxTextCtrl* m_pinField = nullptr;
-    wxTextCtrl* m_confirmField = nullptr;
+    PinField* m_pinField = nullptr;
+    PinField* m_confirmField = nullptr;
     RuleIcon* m_minIcon = nullptr;
     RuleIcon* m_maxIcon = nullptr;
     RuleIcon* m_equalIcon = nullptr;

@@ -1,46 +1,18 @@
 #include "pin/ascii_filter.h"
 
-#include <wx/valtext.h>
+#include <algorithm>
 
 namespace zeldlg {
 
 namespace {
 
-// The toolkit's own validation at OK would open a box that quotes the text. There is nothing
-// left to find then.
-class AsciiValidator : public wxTextValidator {
-public:
-    AsciiValidator() : wxTextValidator(wxFILTER_ASCII) {}
-    wxObject* Clone() const override { return new AsciiValidator; }
-    bool Validate(wxWindow*) override { return true; }
-    bool TransferToWindow() override { return true; }
-    bool TransferFromWindow() override { return true; }
-};
+// In UTF-8 all bytes of a character from U+0080 on are above 0x7F.
+bool IsAsciiByte(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
 }  // namespace
 
-wxString KeepAscii(const wxString& text) {
-    wxString kept;
-    for (const wxUniChar character : text) {
-        if (character.IsAscii()) {
-            kept += character;
-        }
-    }
-    return kept;
-}
+bool IsAscii(std::string_view utf8) { return std::all_of(utf8.begin(), utf8.end(), IsAsciiByte); }
 
-void SetAsciiFilter(wxTextCtrl& field) { field.SetValidator(AsciiValidator()); }
-
-bool RemoveNonAscii(wxTextCtrl& field) {
-    const wxString text = field.GetValue();
-    const wxString kept = KeepAscii(text);
-    if (kept == text) {
-        return false;
-    }
-    const auto before = static_cast<size_t>(field.GetInsertionPoint());
-    field.ChangeValue(kept);
-    field.SetInsertionPoint(static_cast<long>(KeepAscii(text.Left(before)).length()));
-    return true;
-}
+platform::SecretBytes KeepAscii(std::string_view utf8) { return {utf8, IsAsciiByte}; }
 
 }  // namespace zeldlg

@@ -1,18 +1,28 @@
 // Keeps a PIN field to ASCII, however the text comes in.
 #pragma once
 
-#include <wx/textctrl.h>
+#include <wx/valtext.h>
+
+#include <string_view>
+
+#include "platform/secret.h"
 
 namespace zeldlg {
 
-/// `text` without the characters from U+0080 on.
-wxString KeepAscii(const wxString& text);
+/// `utf8` without the characters from U+0080 on.
+platform::SecretBytes KeepAscii(std::string_view utf8);
 
-/// Gives the field the ASCII filter for typed characters (a bell for each that is refused).
-void SetAsciiFilter(wxTextCtrl& field);
+bool IsAscii(std::string_view utf8);
 
-/// Removes what a paste or an input method brought in past that filter, keeping the caret at its
-/// place. Sends no event. @return Whether anything was removed.
-bool RemoveNonAscii(wxTextCtrl& field);
+/// The filter for typed characters: a bell for each that is refused. The toolkit's validation at
+/// OK would open a box that quotes the text. There is nothing left to find then.
+class AsciiValidator : public wxTextValidator {
+public:
+    AsciiValidator() : wxTextValidator(wxFILTER_ASCII) {}
+    wxObject* Clone() const override { return new AsciiValidator; }
+    bool Validate(wxWindow*) override { return true; }
+    bool TransferToWindow() override { return true; }
+    bool TransferFromWindow() override { return true; }
+};
 
 }  // namespace zeldlg

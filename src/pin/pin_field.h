@@ -4,14 +4,35 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include <cstddef>
+
+#include "platform/secret.h"
+
 namespace zeldlg {
 
 /// A password field of the width that all PIN fields have, known to assistive technology and
-/// input methods as what it is. Measure the width first (CSecureTextControl::MeasureFieldWidth).
-/// @param label Stands for the field; its text becomes the field's name.
-wxTextCtrl* NewPinField(wxWindow* parent, wxStaticText& label);
+/// input methods as what it is. What is typed is read from the toolkit's own memory, which it
+/// overwrites: GetValue() would leave copies behind.
+class PinField : public wxTextCtrl {
+public:
+    enum class Accepts { Everything, AsciiOnly };
 
-/// Whether PINs are limited to ASCII: unless the setting is there and 0.
-bool IsPinLimitedToAscii();
+    /// Measure the width first (CSecureTextControl::MeasureFieldWidth).
+    /// @param label    Stands for the field; its text becomes the field's name.
+    /// @param accepts  A typed character that is not accepted rings the bell; what a paste or an
+    ///                 input method brings is freed of such characters before it goes in.
+    PinField(wxWindow* parent, wxStaticText& label, Accepts accepts = Accepts::Everything);
+
+    /// What is typed.
+    platform::SecretBytes Pin() const;
+    /// Of what is typed, in characters.
+    size_t Length() const;
+
+private:
+    void LimitToAscii();
+};
+
+/// What the setting for it allows in a new PIN: only ASCII, unless it is there and 0.
+PinField::Accepts AcceptedInNewPin();
 
 }  // namespace zeldlg

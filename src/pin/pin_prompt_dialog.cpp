@@ -5,7 +5,6 @@
 
 #include "dialogs/common/layout.h"
 #include "dialogs/common/surface.h"
-#include "pin/pin_field.h"
 #include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
@@ -38,7 +37,7 @@ CPinPromptDialog::CPinPromptDialog(wxWindow* parent, const PinLengthRule& length
     ConsumeMouseButtons();
 }
 
-wxString CPinPromptDialog::GetPin() const { return m_pinField->GetLineText(0); }
+platform::SecretBytes CPinPromptDialog::GetPin() const { return m_pinField->Pin(); }
 
 void CPinPromptDialog::AddHeading(const wxString& tokenLabel, size_t maxLines) {
     m_rows->Add(layout::NewHeading(
@@ -60,7 +59,7 @@ void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
 
 void CPinPromptDialog::AddPinField() {
     auto* const label = layout::NewText(this, Translate(CATALOGUE_KEY("Enter PIN:")));
-    m_pinField = NewPinField(this, *label);
+    m_pinField = new PinField(this, *label);
     m_rows->Add(label, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
     m_rows->Add(m_pinField, wxSizerFlags().Border(wxTOP, layout::kLineGap));
 }
@@ -91,7 +90,7 @@ void CPinPromptDialog::FinishLayout() {
 }
 
 void CPinPromptDialog::OnText(wxCommandEvent&) {
-    if (!m_lengthRule.Update(static_cast<uint32_t>(m_pinField->GetLineLength(0)))) {
+    if (!m_lengthRule.Update(static_cast<uint32_t>(m_pinField->Length()))) {
         return;
     }
     m_minIcon->SetMet(m_lengthRule.MinOk());

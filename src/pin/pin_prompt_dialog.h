@@ -4,12 +4,12 @@
 
 #include <wx/dialog.h>
 #include <wx/stattext.h>
-#include <wx/textctrl.h>
 
 #include <cstdint>
 
 #include "dialogs/common/rule_icon.h"
 #include "pin/pin_failure.h"
+#include "pin/pin_field.h"
 #include "pin/pin_length_rule.h"
 
 namespace zeldlg {
@@ -17,7 +17,7 @@ namespace zeldlg {
 class CPinPromptDialog : public wxDialog {
 public:
     /// What is typed in the PIN field.
-    wxString GetPin() const;
+    platform::SecretBytes GetPin() const;
 
 protected:
     CPinPromptDialog(wxWindow* parent, const PinLengthRule& lengthRule);
@@ -40,7 +40,7 @@ private:
     wxBoxSizer* m_rows;
     wxStaticText* m_failureText = nullptr;
     wxStaticText* m_warningText = nullptr;
-    wxTextCtrl* m_pinField = nullptr;
+    PinField* m_pinField = nullptr;
     RuleIcon* m_minIcon = nullptr;
     RuleIcon* m_maxIcon = nullptr;
     wxButton* m_okButton = nullptr;

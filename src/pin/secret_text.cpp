@@ -2,12 +2,29 @@
 
 #include <algorithm>
 
+#include "platform/secret.h"
+
 namespace zeldlg {
 
 namespace {
 
 constexpr wchar_t kFirstPrintable = 32;
 constexpr wchar_t kFirstNonAscii = 127;
+
+constexpr wxUint32 kLastCodePoint = 0x10FFFF;
+constexpr std::size_t kLeastRoom = 64;
+
+// A text that grows by itself leaves a copy behind.
+void MakeRoom(wxString& text, std::size_t length) {
+    if (length <= text.capacity()) {
+        return;
+    }
+    wxString roomy;
+    roomy.reserve(std::max(length * 2, kLeastRoom));
+    roomy += text;
+    text.swap(roomy);
+    Forget(roomy);
+}
 
 std::size_t Index(long position) { return position < 0 ? 0 : static_cast<std::size_t>(position); }
 
@@ -19,7 +36,36 @@ bool IsAcceptedCharacter(wchar_t character, bool allowNonAscii) {
     return character >= kFirstPrintable && (character < kFirstNonAscii || allowNonAscii);
 }
 
-std::size_t Utf8Length(const wxString& text) { return text.utf8_str().length(); }
+// Without a conversion: that would be one more copy of the secret.
+std::size_t Utf8Length(const wxString& text) {
+    std::size_t length = 0;
+    for (const wxUniChar character : text) {
+        const wxUint32 code = character.GetValue();
+        if (code > kLastCodePoint) {
+            return 0;
+        }
+        length += code < 0x80 ? 1U : code < 0x800 ? 2U : code < 0x10000 ? 3U : 4U;
+    }
+    return length;
+}
+
+void Forget(wxString& text) {
+    // What was erased may still stand behind the end.
+    platform::ForgetSecret(const_cast<wchar_t*>(text.wc_str()), text.capacity() * sizeof(wchar_t));
+    text.clear();
+}
+
+void Assign(wxString& text, const wxString& value) {
+    if (&text != &value) {
+        Forget(text);
+        Append(text, value);
+    }
+}
+
+void Append(wxString& text, const wxString& value) {
+    MakeRoom(text, text.length() + value.length());
+    text += value;
+}
 
 bool IsLimitReached(const wxString& text, int maxBytes) {
     return maxBytes != 0 && static_cast<long long>(Utf8Length(text)) >= maxBytes;
@@ -49,10 +95,12 @@ DeleteOutcome DeleteAtCaret(wxString& text, const TextCaret& caret, DeleteKey ke
 }
 
 void DeleteSelection(wxString& text, const TextCaret& caret) {
-    text = text.Left(Index(caret.from)) + text.Mid(Index(caret.to));
+    const std::size_t from = std::min(Index(caret.from), text.length());
+    text.erase(from, Index(caret.to) - from);
 }
 
 void InsertCharacter(wxString& text, long position, wchar_t character) {
+    MakeRoom(text, text.length() + 1);
     text.insert(std::min(Index(position), text.length()), 1, character);
 }
 

@@ -32,6 +32,15 @@ wxString MakeMask(std::size_t length);
 /// Printable ASCII always may be typed; from U+007F on only with `allowNonAscii`.
 bool IsAcceptedCharacter(wchar_t character, bool allowNonAscii);
 
+/// Empties a text that is given up.
+void Forget(wxString& text);
+
+/// Makes `text` a copy of `value`, which may be `text` itself.
+void Assign(wxString& text, const wxString& value);
+
+/// Adds `value`, which may be `text` itself, at the end.
+void Append(wxString& text, const wxString& value);
+
 /// Length of `text` in UTF-8, in bytes; 0 when it cannot be converted.
 std::size_t Utf8Length(const wxString& text);
 

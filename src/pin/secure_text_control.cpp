@@ -117,6 +117,7 @@ CSecureTextControl::CSecureTextControl(wxWindow* parent, wxWindowID id, int minL
 CSecureTextControl::~CSecureTextControl() {
     // The widget outlives this object by the base destructors; its signals must not.
     g_signal_handlers_disconnect_by_data(GetHandle(), this);
+    Forget(m_realText);
 }
 
 void CSecureTextControl::BlockNativeEditing() {
@@ -139,12 +140,12 @@ void CSecureTextControl::BlockNativeEditing() {
 wxString CSecureTextControl::GetValue() const { return m_realText; }
 
 void CSecureTextControl::SetValue(const wxString& value) {
-    m_realText = value;
+    Assign(m_realText, value);
     ShowMask(SetValue_SendEvent);
 }
 
 void CSecureTextControl::ChangeValue(const wxString& value) {
-    m_realText = value;
+    Assign(m_realText, value);
     ShowMask(SetValue_NoEvent);
 }
 
@@ -153,13 +154,13 @@ wxString CSecureTextControl::GetLineText(long line) const {
 }
 
 void CSecureTextControl::AppendText(const wxString& text) {
-    m_realText += text;
+    Append(m_realText, text);
     SetValue(m_realText);
     SetInsertionPointEnd();
 }
 
 void CSecureTextControl::Clear() {
-    m_realText.clear();
+    Forget(m_realText);
     Remove(0, -1);
 }
 
@@ -296,9 +297,10 @@ void CSecureTextControl::OnChar(wxKeyEvent& event) {
 
 void CSecureTextControl::RefuseTyped() {
     wxBell();
-    const wxString copy = m_realText;
+    wxString copy = m_realText;
     Clear();
     SetValue(copy);
+    Forget(copy);
     SetInsertionPointEnd();
 }
 

@@ -16,7 +16,7 @@ namespace zeldlg {
 /// commands and selecting with mouse or keyboard do nothing. After each character that a key
 /// inserts or removes the parent's event handler gets a wxEVT_TEXT with this control's id,
 /// synchronously; the toolkit's own wxEVT_TEXT of the same change propagates to it besides.
-/// The secret is not overwritten when the control dies.
+/// The secret is overwritten when the control dies only in a library built for that.
 class CSecureTextControl : public wxTextCtrl {
 public:
     /// @param minLength      kept for the owner, never read here.
@@ -28,7 +28,7 @@ public:
                        const wxSize& size, bool allowNonAscii, long style);
     ~CSecureTextControl() override;
 
-    /// The secret.
+    /// A copy of the secret; give it to Forget() afterwards.
     wxString GetValue() const override;
     /// Replaces the secret; sends wxEVT_TEXT.
     void SetValue(const wxString& value) override;

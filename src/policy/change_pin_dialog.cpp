@@ -8,13 +8,13 @@
 
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/layout.h"
-#include "pin/ascii_filter.h"
-#include "pin/pin_field.h"
 #include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
 namespace zeldlg {
+
+using platform::SecretBytes;
 
 namespace {
 
@@ -60,7 +60,7 @@ CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prom
                wxDefaultSize, kDialogStyle),
       m_prompt(prompt),
       m_texts(TextsOf(prompt.mode)),
-      m_asciiOnly(IsPinLimitedToAscii()),
+      m_accepts(AcceptedInNewPin()),
       m_rows(new wxBoxSizer(wxVERTICAL)) {
     if (prompt.policed) {
         m_pages.emplace(prompt.policy);
@@ -81,9 +81,9 @@ CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prom
     m_oldField->SetFocus();
 }
 
-std::string CChangePinDialog::OldValue() const { return ToUtf8(m_oldField->GetValue()); }
+SecretBytes CChangePinDialog::OldValue() const { return m_oldField->Pin(); }
 
-std::string CChangePinDialog::NewValue() const { return ToUtf8(m_confirmField->GetValue()); }
+SecretBytes CChangePinDialog::NewValue() const { return m_confirmField->Pin(); }
 
 void CChangePinDialog::AddHeading(const wxString& tokenLabel) {
     m_rows->Add(layout::NewHeading(this, FormatTranslated(m_texts.heading, tokenLabel),
@@ -120,13 +120,10 @@ void CChangePinDialog::AddFields() {
     m_rows->Add(grid, wxSizerFlags().Border(wxTOP, SectionGap()));
 }
 
-wxTextCtrl* CChangePinDialog::AddField(wxFlexGridSizer* grid, const char* label) {
+PinField* CChangePinDialog::AddField(wxFlexGridSizer* grid, const char* label) {
     wxStaticText* const text = layout::NewText(this, Translate(label));
-    wxTextCtrl* const field = NewPinField(this, *text);
-    if (m_asciiOnly) {
-        SetAsciiFilter(*field);
-    }
-    field->Bind(wxEVT_TEXT, &CChangePinDialog::OnText, this);
+    auto* const field = new PinField(this, *text, m_accepts);
+    field->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Revalidate(); });
     grid->Add(text, wxSizerFlags().CentreVertical());
     grid->Add(field, wxSizerFlags().CentreVertical());
     return field;
@@ -238,18 +235,13 @@ void CChangePinDialog::AddButtons() {
     m_okButton = layout::AddButtonRow(this, m_rows, Translate(CATALOGUE_KEY("OK"))).ok;
 }
 
-void CChangePinDialog::OnText(wxCommandEvent& event) {
-    if (m_asciiOnly) {
-        RemoveNonAscii(*static_cast<wxTextCtrl*>(event.GetEventObject()));
-    }
-    Revalidate();
-}
-
 void CChangePinDialog::Revalidate() {
-    const std::string newValue = ToUtf8(m_newField->GetValue());
+    const SecretBytes oldValue = m_oldField->Pin();
+    const SecretBytes newValue = m_newField->Pin();
+    const SecretBytes confirmation = m_confirmField->Pin();
     m_rules =
         CheckRules(m_prompt.bounds,
-                   {.oldValue = OldValue(), .newValue = newValue, .confirmation = NewValue()});
+                   {.oldValue = oldValue, .newValue = newValue, .confirmation = confirmation});
     if (m_pages) {
         m_pages->Update(newValue);
     }

@@ -14,6 +14,7 @@
 
 #include "dialogs/common/indicator.h"
 #include "dialogs/common/surface.h"
+#include "pin/pin_field.h"
 #include "policy/change_pin_mode.h"
 #include "policy/change_pin_rules.h"
 #include "policy/policy_pages.h"
@@ -37,8 +38,8 @@ public:
     CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prompt);
 
     /// UTF-8 bytes of what is typed.
-    std::string OldValue() const;
-    std::string NewValue() const;
+    platform::SecretBytes OldValue() const;
+    platform::SecretBytes NewValue() const;
 
 private:
     // A rule or page with the ball that stands for it.
@@ -53,7 +54,7 @@ private:
     void AddHeading(const wxString& tokenLabel);
     void AddFailure(const ChangePinAttempts& attempts);
     void AddFields();
-    wxTextCtrl* AddField(wxFlexGridSizer* grid, const char* label);
+    PinField* AddField(wxFlexGridSizer* grid, const char* label);
     void AddRules();
     void AddRule(wxSizer* sizer, const wxString& rule, bool ChangePinRules::*flag);
     void AddPolicyPages();
@@ -67,7 +68,6 @@ private:
     wxString RuleText(bool ChangePinRules::*flag) const;
     wxString LengthPageText() const;
 
-    void OnText(wxCommandEvent& event);
     void Revalidate();
     void ShowStates();
     void ShowSummary(bool allMet);
@@ -78,13 +78,13 @@ private:
     const ChangePinTexts& m_texts;
     std::optional<PolicyPages> m_pages;
     ChangePinRules m_rules;
-    bool m_asciiOnly;
+    PinField::Accepts m_accepts;
 
     wxBoxSizer* m_rows;
     wxBoxSizer* m_pageArea = nullptr;
-    wxTextCtrl* m_oldField = nullptr;
-    wxTextCtrl* m_newField = nullptr;
-    wxTextCtrl* m_confirmField = nullptr;
+    PinField* m_oldField = nullptr;
+    PinField* m_newField = nullptr;
+    PinField* m_confirmField = nullptr;
     wxTextCtrl* m_explanation = nullptr;
     ColouredTexts* m_summaryBox = nullptr;
     wxStaticText* m_summary = nullptr;

@@ -1,8 +1,9 @@
 // The four rules of every change: lengths of the old and the new value, equal confirmation.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 namespace zeldlg {
 
@@ -21,9 +22,9 @@ struct ChangePinBounds {
 
 /// What is typed, as UTF-8 bytes.
 struct ChangePinEntries {
-    std::string oldValue;
-    std::string newValue;
-    std::string confirmation;
+    std::string_view oldValue;
+    std::string_view newValue;
+    std::string_view confirmation;
 };
 
 struct ChangePinRules {

@@ -218,8 +218,14 @@ TEST(PolicyPages, AHistoryOfNoneIsEmpty) {
 }
 
 TEST(AsciiFilter, KeepsAsciiOnly) {
-    EXPECT_EQ(KeepAscii(L"a\u00E9b\u007F\u0080\U0001F511c"), L"ab\u007Fc");
-    EXPECT_EQ(KeepAscii(""), "");
+    EXPECT_EQ(std::string_view(KeepAscii("a\u00E9b\u007F\u0080\U0001F511c")),
+              "ab\x7F"
+              "c");
+    EXPECT_EQ(std::string_view(KeepAscii("\u00E9")), "");
+    EXPECT_EQ(std::string_view(KeepAscii("")), "");
+    EXPECT_TRUE(IsAscii("ab\x7F"));
+    EXPECT_TRUE(IsAscii(""));
+    EXPECT_FALSE(IsAscii("a\u0080"));
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ UnlockWithCRPrompt PromptOf(const ChallengeResponseRequest& request) {
 int32_t DeliverUnlock(const CUnlockWithCRDialog& dialog, bool askNewPin,
                       ChallengeResponseBuffers& buffers) {
     const std::string response = dialog.Response();
-    const std::string newPin = dialog.NewPin();
+    const platform::SecretBytes newPin = dialog.NewPin();
     if (!Fits(response, buffers.response, buffers.responseLength) ||
         (askNewPin && !Fits(newPin, buffers.newPin, buffers.newPinLength))) {
         return kNotDelivered;

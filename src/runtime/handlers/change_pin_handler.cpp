@@ -57,8 +57,8 @@ ChangePinPrompt PolicedPrompt(const CMessage& message) {
 
 // Both values or neither.
 int32_t DeliverChange(const CChangePinDialog& dialog, PinChangeBuffers& buffers) {
-    const std::string oldValue = dialog.OldValue();
-    const std::string newValue = dialog.NewValue();
+    const platform::SecretBytes oldValue = dialog.OldValue();
+    const platform::SecretBytes newValue = dialog.NewValue();
     if (!Fits(oldValue, buffers.oldValue, buffers.oldLength) ||
         !Fits(newValue, buffers.newValue, buffers.newLength)) {
         return kNotDelivered;

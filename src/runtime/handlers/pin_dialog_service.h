@@ -28,12 +28,11 @@ inline PinFailureLines FailureOf(const PinDialogRequestEx& request) {
 }
 
 /// kept: a PIN that does not fit is reported to the host as cancelled.
-inline int32_t DeliverPin(const wxString& pin, PinBuffer& buffer) {
-    const std::string bytes = ToUtf8(pin);
-    if (!Fits(bytes, buffer.pin, buffer.pinLength)) {
+inline int32_t DeliverPin(const platform::SecretBytes& pin, PinBuffer& buffer) {
+    if (!Fits(pin, buffer.pin, buffer.pinLength)) {
         return kNotDelivered;
     }
-    Deliver(bytes, buffer.pin, buffer.pinLength);
+    Deliver(pin, buffer.pin, buffer.pinLength);
     return wxID_OK;
 }
 

@@ -1,0 +1,218 @@
+#!/usr/bin/python3
+"""Where PINs are found: in no core file, and in a library that wipes them nowhere in the memory of
+the host once a dialog has closed.
+
+The host keeps nothing of a PIN, so whatever is found was left by the library or the toolkit.
+"""
+
+import contextlib
+import os
+import random
+import re
+import signal
+import string
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from stage import StageTestCase, scaled, wait_until
+from stage.servers import dying_with_parent
+
+WIPING_LIBRARY = os.environ["ZELDLG_WIPING_LIBRARY"]
+SECRET_HOST = os.environ["ZELDLG_SECRET_HOST"]
+# Long, so that what an allocator writes into freed memory does not hide the rest.
+PIN_LENGTH = 56
+PIECE = 8
+ENCODINGS = ("utf-8", "utf-16-le", "utf-32-le")
+
+
+def new_pin():
+    """Differs in each run and from all that is in memory anyway."""
+    return "".join(random.SystemRandom().choices(string.ascii_letters + string.digits,
+                                                 k=PIN_LENGTH))
+
+
+def checksum(pin):
+    """As the host computes it."""
+    value = 2166136261
+    for byte in pin.encode():
+        value = (value ^ byte) * 16777619 % 2**32
+    return value
+
+
+def pieces(pin):
+    """What tells of a PIN: any few characters in a row, in any encoding."""
+    return [pin[start:start + PIECE].encode(encoding) for encoding in ENCODINGS
+            for start in range(len(pin) - PIECE + 1)]
+
+
+def memory_of(pid):
+    """The contents of all memory that the process can write to."""
+    with open(f"/proc/{pid}/maps") as maps, open(f"/proc/{pid}/mem", "rb", 0) as memory:
+        for line in maps:
+            start, end, rights = re.match(r"(\w+)-(\w+) (\S+)", line).groups()
+            if "w" not in rights or "[vvar]" in line:
+                continue
+            with contextlib.suppress(OSError):  # what a device driver maps cannot be read
+                memory.seek(int(start, 16))
+                yield memory.read(int(end, 16) - int(start, 16))
+
+
+def places_of(pid, *pins):
+    """How many pieces of the PINs stand somewhere in the memory of the process."""
+    found = re.compile(b"|".join(re.escape(piece) for pin in pins for piece in pieces(pin)))
+    return sum(len(found.findall(area)) for area in memory_of(pid))
+
+
+class SecretHost:
+    """A host that keeps no PIN. `pid` tells a screen which windows are its."""
+
+    def __init__(self, library):
+        self.process = subprocess.Popen(dying_with_parent([SECRET_HOST, library]),
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.pid = self.process.pid
+
+    def ask(self, dialog):
+        self.process.stdin.write(dialog + "\n")
+        self.process.stdin.flush()
+
+    def answer(self):
+        """Result, then length and checksum of each value."""
+        return [int(word) for word in self.process.stdout.readline().split()]
+
+    def close(self):
+        """Its exit code, once it is out of its calls."""
+        self.process.stdin.close()
+        try:
+            return self.process.wait(scaled(20))
+        finally:
+            self.process.kill()
+            self.process.wait()
+            self.process.stdout.close()
+
+
+@unittest.skipIf(os.environ.get("ZELDLG_INSTRUMENTED"),
+                 "terabytes of shadow memory cannot be searched")
+class Wiped(StageTestCase):
+    library = WIPING_LIBRARY
+
+    def setUp(self):
+        super().setUp()
+        self.host = SecretHost(self.library)
+        self.addCleanup(self._end_host)
+
+    def _end_host(self):
+        if not self._outcome.success:
+            self.host.process.kill()
+        code = self.host.close()
+        if self._outcome.success:
+            self.assertEqual(0, code)
+
+    def open(self, dialog, title):
+        self.host.ask(dialog)
+        return self.screen.find_window(title, self.host)
+
+    def type_all(self, window, pins):
+        """The PINs go into the password fields in their order."""
+        fields = window.find_all("password text")
+        self.assertEqual(len(pins), len(fields))
+        for field, pin in zip(fields, pins):
+            field.focus()
+            self.screen.type_text(pin, into=field)
+            wait_until(lambda field=field: field.length == PIN_LENGTH, 20, "the PIN typed")
+
+    def expect_wiped(self, window, pins, answer):
+        # What the search finds while the fields still hold it shows that it can find something.
+        self.assertGreaterEqual(places_of(self.host.pid, *set(pins)),
+                                len(set(pins)) * (PIN_LENGTH - PIECE) // PIECE)
+        self.screen.key(answer)
+        self.screen.wait_gone(window)
+        reply = self.host.answer()
+        self.assertEqual(0, places_of(self.host.pid, *pins))
+        return reply
+
+    def test_the_pin_of_a_login(self):
+        pin = new_pin()
+        window = self.open("pin", "Enter PIN")
+        self.type_all(window, [pin])
+        self.assertEqual([0, PIN_LENGTH, checksum(pin)],
+                         self.expect_wiped(window, [pin], "Return"))
+
+    def test_a_pin_that_is_not_confirmed(self):
+        pin = new_pin()
+        window = self.open("pin", "Enter PIN")
+        self.type_all(window, [pin])
+        self.expect_wiped(window, [pin], "Escape")
+
+    def test_a_pin_that_is_edited_before_it_is_confirmed(self):
+        first, second = new_pin(), new_pin()
+        window = self.open("pin", "Enter PIN")
+        self.type_all(window, [first])
+        self.screen.key("ctrl+a")
+        self.screen.key("BackSpace")
+        self.type_all(window, [second])
+        reply = self.expect_wiped(window, [second], "Return")
+        self.assertEqual([0, PIN_LENGTH, checksum(second)], reply)
+        self.assertEqual(0, places_of(self.host.pid, first))
+
+    def test_the_pin_of_a_signature(self):
+        pin = new_pin()
+        window = self.open("legal", "Enter PIN")
+        self.type_all(window, [pin])
+        self.assertEqual([0, PIN_LENGTH, checksum(pin)],
+                         self.expect_wiped(window, [pin], "Return"))
+
+    def test_the_pins_of_a_change(self):
+        old, new = new_pin(), new_pin()
+        window = self.open("change", "Change transport PIN")
+        self.type_all(window, [old, new, new])
+        self.assertEqual([0, PIN_LENGTH, checksum(old), PIN_LENGTH, checksum(new)],
+                         self.expect_wiped(window, [old, new, new], "Return"))
+
+    def test_the_new_pin_of_an_unlock(self):
+        pin = new_pin()
+        window = self.open("unlock", "Unlock PIN")
+        self.screen.type_text("01020304", into=window.find("text", "Response"))
+        self.type_all(window, [pin, pin])
+        self.assertEqual([0, PIN_LENGTH, checksum(pin)],
+                         self.expect_wiped(window, [pin, pin], "Return"))
+
+
+class NoCore(StageTestCase):
+    """A program with a PIN in its memory crashes."""
+
+    def crash(self, command, is_ready):
+        """Whether the kernel dumped its core."""
+        with tempfile.TemporaryDirectory() as directory:
+            pid = os.posix_spawnp("setpriv", dying_with_parent(
+                ["prlimit", "--core=unlimited", "env", "-C", directory, *command]), os.environ)
+            self.addCleanup(self._kill, pid)
+            is_ready(pid)
+            os.kill(pid, signal.SIGSEGV)
+            _, status = os.waitpid(pid, 0)
+            self.assertEqual(signal.SIGSEGV, os.WTERMSIG(status))
+            return os.WCOREDUMP(status) or bool(os.listdir(directory))
+
+    @staticmethod
+    def _kill(pid):
+        with contextlib.suppress(ProcessLookupError, ChildProcessError):
+            os.kill(pid, signal.SIGKILL)
+            os.waitpid(pid, 0)
+
+    def shown(self, pid):
+        window = self.screen.find_window("Enter PIN", pid)
+        self.screen.type_text(new_pin(), into=window.find("password text"))
+
+    def test_the_demonstration_leaves_no_core(self):
+        def sleeps(pid):
+            wait_until(lambda: Path(f"/proc/{pid}/comm").read_text() == "sleep\n", 10, "its start")
+        if not self.crash(["sleep", "1000"], sleeps):
+            self.skipTest("this system dumps no cores")
+        self.assertFalse(self.crash(
+            [os.environ["ZELDLG_DEMO"], "--library", os.environ["ZELDLG_LIBRARY"], "pin"],
+            self.shown))
+
+
+if __name__ == "__main__":
+    unittest.main()
