@@ -1,0 +1,1 @@
+"""Runs the measurements, judges them and writes the report: see script/bench."""

@@ -1,0 +1,67 @@
+"""Measures on the stage that this process runs on: see script/bench."""
+
+import argparse
+import os
+import sys
+import time
+
+from . import building, dialogs, plain_code, programs, report, requests
+
+SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+DOCUMENT = os.path.join(SOURCE, "docs", "performance.md")
+PICTURES = os.path.join(SOURCE, "docs", "pictures", "performance")
+GROUPS = ("dialogs", "requests", "throughput", "idle", "plain code", "size", "build")
+
+
+def say(text):
+    print(f"{time.strftime('%H:%M:%S')}  {text}", flush=True)
+
+
+def parse():
+    parser = argparse.ArgumentParser(prog="script/bench", description="Measures the library.")
+    parser.add_argument("--only", action="append", choices=GROUPS, metavar="GROUP",
+                        help="measure this group only; can be repeated: " + ", ".join(GROUPS))
+    parser.add_argument("--build", action="store_true",
+                        help="with a clean build, which takes minutes")
+    parser.add_argument("--quick", action="store_true", help="few repetitions: to try the script")
+    parser.add_argument("--docs", action="store_true",
+                        help="put tables and plots into docs/performance.md")
+    return parser.parse_args()
+
+
+def main():
+    options = parse()
+    wanted = options.only or [group for group in GROUPS if group != "build" or options.build]
+    few = options.quick
+    groups, shares, curves = {}, [], {}
+    measures = {
+        "dialogs": lambda: dialogs.measure(3 if few else 25, say),
+        "requests": lambda: requests.measure_round_trips(1 if few else 5, 1000 if few else 10000),
+        "throughput": lambda: requests.measure_throughput(2 if few else 15, 200),
+        "idle": lambda: requests.measure_idle(2 if few else 10, 1000),
+        "size": plain_code.measure_size,
+    }
+    for group in wanted:
+        say(group)
+        if group == "plain code":
+            groups[group], curves = plain_code.measure(3 if few else 15)
+        elif group == "build":
+            groups[group], shares = building.measure(SOURCE)
+        else:
+            groups[group] = measures[group]()
+        print(report.figures_table(groups[group]), flush=True)
+    out = os.path.join(programs.BUILD, "bench")
+    report.write(out, groups, shares, curves)
+    if options.docs:
+        report.put_into(DOCUMENT, groups, shares)
+        if curves:
+            report.plot(PICTURES, curves)
+    missed = [figure.name for figures in groups.values() for figure in figures
+              if figure.met is False]
+    say(f"report.md, report.json and plots are in {os.path.relpath(out, SOURCE)}")
+    say("every target is met" if not missed else "missed: " + "; ".join(missed))
+    return 1 if missed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
