@@ -7,6 +7,11 @@ from dataclasses import dataclass
 from stage import wait_until
 
 
+# Fonts, icons and texts that were shown for the first time stay in the toolkit's caches.
+MOST_RSS_GROWTH = 24 * 1024
+MOST_HEAP_GROWTH = 8 * 2**20
+
+
 @dataclass
 class Resources:
     threads: int    # without those that GLib keeps for a while for whoever needs one next
@@ -27,6 +32,10 @@ class Resources:
         for name in ("threads", "files", "x_windows"):
             if getattr(self, name) != getattr(before, name):
                 raise AssertionError(f"{name}: {getattr(before, name)} became "
+                                     f"{getattr(self, name)}")
+        for name, most in (("rss", MOST_RSS_GROWTH), ("heap", MOST_HEAP_GROWTH)):
+            if getattr(self, name) > getattr(before, name) + most:
+                raise AssertionError(f"{name}: {getattr(before, name)} grew to "
                                      f"{getattr(self, name)}")
 
     def __str__(self):
