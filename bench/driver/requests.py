@@ -39,8 +39,11 @@ def measure_throughput(rounds, milliseconds):
 
 def measure_idle(rounds, milliseconds):
     notes = programs.host("idle", rounds, milliseconds)
+    polled = programs.bare("poll", rounds, milliseconds)
     return [
         Figure("idle: share of a core", [ppm / 1e4 for ppm in notes.all("ppm")], "%", 0.3),
+        Figure("idle: a bare program that looks for events every 10 ms",
+               [ppm / 1e4 for ppm in polled.all("ppm")], "%"),
         Figure("idle: wake-ups a second", notes.all("wakeups"), ""),
         Figure("idle: memory requests in a second",
                [count * 1000 / milliseconds for count in notes.all("allocations")], "", 0),

@@ -1,14 +1,17 @@
 // A PIN dialog with the same controls as the library's, written the way a plain program of the
 // toolkit is: what the library's own dialog is compared with.
 //
-//     zeldlg_bench_bare COUNT    shows it COUNT times, one after the other
+//     zeldlg_bench_bare COUNT                shows it COUNT times, one after the other
+//     zeldlg_bench_bare poll ROUNDS MS       shows nothing, and looks for events every 10 ms
 
 #include <glib.h>
+#include <unistd.h>
 #include <wx/statline.h>
 #include <wx/wx.h>
 
 #include <cstdlib>
 
+#include "cost.h"
 #include "memory.h"
 #include "note.h"
 
@@ -98,12 +101,30 @@ int ShowOnce() {
     return dialog.ShowModal();
 }
 
+// The least that a program costs whose toolkit is looked after every ten milliseconds.
+int PollAtIntervals(int rounds, int milliseconds) {
+    for (; rounds > 0; --rounds) {
+        const Cost before = CostSoFar();
+        for (const int64_t end = NoteClock() + milliseconds * INT64_C(1000000);
+             NoteClock() < end;) {
+            while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+            }
+            usleep(10'000);
+        }
+        NoteCostSince(&before);
+    }
+    return EXIT_SUCCESS;
+}
+
 class BareApp : public wxApp {
 public:
     // The command line is not the toolkit's.
     bool OnInit() override { return true; }
 
     int OnRun() override {
+        if (argc > 3 && argv[1] == "poll") {
+            return PollAtIntervals(wxAtoi(argv[2]), wxAtoi(argv[3]));
+        }
         for (int left = argc > 1 ? wxAtoi(argv[1]) : 1; left > 0; --left) {
             Note("call");
             const int answer = ShowOnce();
