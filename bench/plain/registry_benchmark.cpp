@@ -4,67 +4,18 @@
 #include <glib.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "registry/registry_file.h"
-#include "registry/registry_store.h"
+#include "registry_files.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using namespace zeldlg::registry;
-
-constexpr const char* kParentKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0\\Section";
-constexpr const wchar_t* kParentPath = L"SOFTWARE\\Corvenna\\Tessaly\\2.0\\Section";
-
-// A directory with one registry of so many keys, each of two values, in the store's format and in
-// GLib's. The store finds its own through ZEL_HOME.
-class Files {
-public:
-    explicit Files(int64_t keys) : m_keys(keys) {
-        std::string pattern = (fs::temp_directory_path() / "zeldlg-bench-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("no temporary directory");
-        }
-        m_directory = pattern;
-        fs::create_directory(m_directory / ".tessaly");
-        std::ofstream registry(Registry(), std::ios::binary);
-        std::ofstream keyFile(KeyFile(), std::ios::binary);
-        registry << "REGEDIT4\r\n\r\n";
-        for (int64_t i = 0; i < keys; ++i) {
-            registry << '[' << kParentKey << i << "]\r\n\"Number\"=dword:0000002a\r\n"
-                     << "\"Text\"=\"some text\"\r\n\r\n";
-            keyFile << '[' << kParentKey << i << "]\nNumber=42\nText=some text\n\n";
-        }
-        RegistryPlaces places;
-        // Nothing else of this machine is looked at.
-        places.shippedDirectory = (m_directory / "shipped").string();
-        places.systemDirectory = (m_directory / "system").string();
-        places.environment = [home = m_directory.string()](const char* name) {
-            return std::strcmp(name, "ZEL_HOME") == 0 ? std::optional(home) : std::nullopt;
-        };
-        SetRegistryPlaces(places);
-    }
-    ~Files() { fs::remove_all(m_directory); }
-    Files(const Files&) = delete;
-    Files& operator=(const Files&) = delete;
-
-    std::string Registry() const { return (m_directory / ".tessaly" / "registry").string(); }
-    std::string KeyFile() const { return (m_directory / "keyfile").string(); }
-    // The last key of the file: nothing is found early.
-    std::wstring LastPath() const { return kParentPath + std::to_wstring(m_keys - 1); }
-    std::string LastGroup() const { return kParentKey + std::to_string(m_keys - 1); }
-
-private:
-    int64_t m_keys;
-    fs::path m_directory;
-};
+using bench::Files;
 
 void Require(bool condition) {
     if (!condition) {
@@ -123,7 +74,7 @@ void OpenEveryKey(benchmark::State& state) {
     const Files files(state.range(0));
     std::vector<std::wstring> paths;
     for (int64_t i = 0; i < state.range(0); ++i) {
-        paths.push_back(kParentPath + std::to_wstring(i));
+        paths.push_back(Files::Path(i));
     }
     std::vector<HKEY> keys(paths.size());
     for (auto _ : state) {
@@ -143,8 +94,8 @@ void QueryAmongOpenKeys(benchmark::State& state) {
     const Files files(state.range(0));
     std::vector<HKEY> keys;
     for (int64_t i = 0; i < state.range(0); ++i) {
-        Require(RegOpenKeyEx(HKEY_LOCAL_MACHINE, (kParentPath + std::to_wstring(i)).c_str(),
-                             kAccessDefault, &keys.emplace_back()) == kSuccess);
+        Require(RegOpenKeyEx(HKEY_LOCAL_MACHINE, Files::Path(i).c_str(), kAccessDefault,
+                             &keys.emplace_back()) == kSuccess);
     }
     std::size_t next = 0;
     for (auto _ : state) {

@@ -5,40 +5,14 @@
 #include <stdexcept>
 #include <string>
 
-#include "policy/policy_checker.h"
+#include "full_policy.h"
 #include "policy/policy_pages.h"
 
 namespace {
 
 using namespace zeldlg;
-
-// All local policies, as expensive as they get: case folded, and a list of 64 characters.
-PinPolicy FullPolicy() {
-    PinPolicy policy;
-    policy.enabledMask = kPolicyElementaryDistance | kPolicyCharacterClassification |
-                         kPolicyHistoryChecking | kPolicyCharacterRestriction;
-    policy.p1Threshold = 1;
-    policy.p1FullPinCheck = 1;
-    policy.p2NbClass = 1;
-    policy.p2PopMin = 2;
-    policy.p2MinLen = 8;
-    policy.p2ClassMask = kClassLower | kClassUpper | kClassDigit | kClassPunctuation | kClassOther;
-    for (char c = '0'; c < '0' + 64; ++c) {
-        policy.p4CharList.push_back(c);
-    }
-    return policy;
-}
-
-// One arithmetic run but for its last byte, and of no listed character: no check ends early, and
-// all accept it.
-std::string Pin(int64_t length) {
-    std::string pin;
-    for (int64_t i = 0; i + 1 < length; ++i) {
-        pin.push_back(static_cast<char>(0xFF - i));
-    }
-    pin.push_back(pin.back());
-    return pin;
-}
+using bench::FullPolicy;
+using bench::Pin;
 
 void CheckPolicies(benchmark::State& state) {
     PinPolicy policy = FullPolicy();
