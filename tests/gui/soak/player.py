@@ -239,9 +239,15 @@ class Player:
         window = self.pad_windows[pad]
         self.screen.x11.ask_manager_to_activate(window)
         wait_until(lambda: self.screen.x11.holds_focus(window), PATIENCE, "the keyboard on a pad")
+        # The display may be ahead of the toolkit.
+        wait_until(lambda: self.is_active(window), PATIENCE, "a pad that knows it")
         self.screen.x11.key("alt+a")
         wait_until(lambda: self.host.run("DLG_PinPadKeyboardInputShouldAbort", thread=THREADS[0],
                                          pad=pad) == 1, PATIENCE, "the wish to abort")
+
+    def is_active(self, window):
+        return any(node.active and self.screen.x11_window(node) == window
+                   for node in self.screen.windows(self.host))
 
 
 def find_button(node, name):
