@@ -4,7 +4,10 @@ from .model import PAD_ORDERS, PAD_SHOWS
 from .user import ASCII, OTHERS
 
 LABELS = ("Token", "", "Smith & Sons &OK", "100%s %d %n", "M\u00fcller \U0001f511", "\u6f22\u5b57",
-          "\u05e9\u05dc\u05d5\u05dd", "two\nlines\tand a tab", "many words " * 40, "<b>&amp;</b>")
+          "\u05e9\u05dc\u05d5\u05dd", "two\nlines\tand a tab", "many words " * 40, "<b>&amp;</b>",
+          # What turns the direction of what follows, what cannot be seen, what commands terminals.
+          "\u202eNIP ruoy\u202c", "\u2067\u202emore\u2069", "\u200b\u200d\ufeff", "\u2028a\u2029b",
+          "bell\x07 red\x1b[31m \x01\x7f\u0085")
 HUGE = 10_000  # bytes
 BIG = 2**32 - 1
 
@@ -38,7 +41,8 @@ def capacity(random):
 def bounds(random):
     """Lengths of a PIN, usual and unusual; some that nothing can meet."""
     low, high = random.choice(((4, 8), (4, 8), (4, 8), (1, 12), (0, 8), (6, 40), (4, 4), (0, 0),
-                               (0, BIG), (8, 4), (BIG, BIG), (2**31, 2**31)))
+                               (0, BIG), (8, 4), (BIG, BIG), (2**31, 2**31),
+                               (random.getrandbits(32), random.getrandbits(32))))
     return {"min": low, "max": high}
 
 
