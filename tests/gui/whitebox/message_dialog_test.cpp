@@ -202,8 +202,14 @@ protected:
     int Answer(long style, const std::function<void()>& act) {
         Make(style);
         m_dialog->CallAfter([this, &act] {
-            EXPECT_TRUE(PumpUntil([this] { return DefaultButton().HasFocus(); }));
+            // The toolkit says that a window has the focus as soon as that is asked for. Keys go to
+            // it only once the display says so, too.
+            EXPECT_TRUE(PumpUntil(
+                [this] { return gtk_widget_has_focus(DefaultButton().GetHandle()) != FALSE; }));
             act();
+            if (!PumpUntil([this] { return !m_dialog->IsModal(); })) {
+                m_dialog->EndModal(wxID_NONE);  // a box that stays would stop all tests
+            }
         });
         const int result = m_dialog->ShowModal();
         m_dialog->Destroy();
