@@ -31,6 +31,7 @@ extern const Command kPinPadCommand;
 extern const Command kTranslateCommand;
 extern const Command kLocaleCommand;
 extern const Command kSettingsCommand;
+extern const Command kDoctorCommand;
 extern const Command kChangePinCommand;
 extern const Command kChangeTransportPinCommand;
 extern const Command kUnblockPukCommand;
@@ -53,6 +54,10 @@ extern const Command kUnblockCrCommand;
 extern const Command kBiometricCommand;
 extern const Command kKeygenCommand;
 extern const Command kAllCommand;
+
+/* Loads the library that the command line names and gives its functions. Null, with a message,
+ * when that fails. */
+const DLG_FunctionList* LoadDialogs(void);
 
 /* Prints a result code with its meaning. Returns the exit code that goes with it. */
 int ReportResult(uint32_t result);

@@ -6,9 +6,12 @@
 
 namespace demo {
 
+enum class SettingType { Number, Text, TextOrBytes };
+
 struct KnownSetting {
     const wchar_t* key;  // below the library's general key; empty for that key itself
     const wchar_t* value;
+    SettingType type;
     const char* fallback;  // what counts when it is missing
 };
 

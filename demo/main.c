@@ -9,25 +9,44 @@
 #include "command.h"
 
 static const Command* const kCommands[] = {
-    &kPinCommand,         &kPinExCommand,
-    &kLegalPinCommand,    &kLegalPinExCommand,
-    &kPinPadCommand,      &kTranslateCommand,
-    &kLocaleCommand,      &kSettingsCommand,
-    &kChangePinCommand,   &kChangeTransportPinCommand,
-    &kUnblockPukCommand,  &kChangePolicedPinCommand,
-    &kPolicyCheckCommand, &kMessageCommand,
-    &kLockedCommand,      &kConfirmDeleteCommand,
-    &kAskUnlockCommand,   &kAskTransportPinCommand,
-    &kAskExpiryCommand,   &kCrFailedCommand,
-    &kPukLockedCommand,   &kBiometricErrorCommand,
-    &kRetryCommand,       &kSelectTokenCommand,
-    &kSelectIdCommand,    &kUnblockMethodCommand,
-    &kUnblockCrCommand,   &kBiometricCommand,
-    &kKeygenCommand,      &kAllCommand,
+    &kPinCommand,
+    &kPinExCommand,
+    &kLegalPinCommand,
+    &kLegalPinExCommand,
+    &kPinPadCommand,
+    &kTranslateCommand,
+    &kLocaleCommand,
+    &kSettingsCommand,
+    &kDoctorCommand,
+    &kChangePinCommand,
+    &kChangeTransportPinCommand,
+    &kUnblockPukCommand,
+    &kChangePolicedPinCommand,
+    &kPolicyCheckCommand,
+    &kMessageCommand,
+    &kLockedCommand,
+    &kConfirmDeleteCommand,
+    &kAskUnlockCommand,
+    &kAskTransportPinCommand,
+    &kAskExpiryCommand,
+    &kCrFailedCommand,
+    &kPukLockedCommand,
+    &kBiometricErrorCommand,
+    &kRetryCommand,
+    &kSelectTokenCommand,
+    &kSelectIdCommand,
+    &kUnblockMethodCommand,
+    &kUnblockCrCommand,
+    &kBiometricCommand,
+    &kKeygenCommand,
+    &kAllCommand,
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 
 static const char kDefaultLibrary[] = "libzeldlglib.so.3";
+
+/* Written by main() before any command runs. */
+static const char* g_library = kDefaultLibrary;
 
 static void PrintUsage(FILE* out) {
     fprintf(out,
@@ -63,8 +82,8 @@ static const Command* FindCommand(const char* name) {
     return NULL;
 }
 
-static const DLG_FunctionList* LoadDialogs(const char* library) {
-    void* const handle = dlopen(library, RTLD_NOW | RTLD_LOCAL);
+const DLG_FunctionList* LoadDialogs(void) {
+    void* const handle = dlopen(g_library, RTLD_NOW | RTLD_LOCAL);
     if (handle == NULL) {
         fprintf(stderr, "zeldlg-demo: %s\n", dlerror());
         return NULL;
@@ -74,22 +93,22 @@ static const DLG_FunctionList* LoadDialogs(const char* library) {
     void* const symbol = dlsym(handle, "DLG_GetFunctionList");
     memcpy(&getFunctionList, &symbol, sizeof getFunctionList);
     if (getFunctionList == NULL) {
-        fprintf(stderr, "zeldlg-demo: %s: no DLG_GetFunctionList\n", library);
+        fprintf(stderr, "zeldlg-demo: %s: no DLG_GetFunctionList\n", g_library);
         return NULL;
     }
     const DLG_FunctionList* const dialogs = getFunctionList();
     if (dialogs->version != ZELDLG_FUNCTION_LIST_VERSION) {
-        fprintf(stderr, "zeldlg-demo: %s: unknown version of the function table\n", library);
+        fprintf(stderr, "zeldlg-demo: %s: unknown version of the function table\n", g_library);
         return NULL;
     }
     return dialogs;
 }
 
-static int RunCommand(const Command* command, const char* library, int argc, char** argv) {
+static int RunCommand(const Command* command, int argc, char** argv) {
     if (command->standalone) {
         return command->run(NULL, argc, argv);
     }
-    const DLG_FunctionList* const dialogs = LoadDialogs(library);
+    const DLG_FunctionList* const dialogs = LoadDialogs();
     if (dialogs == NULL) {
         return EXIT_NO_LIBRARY;
     }
@@ -122,10 +141,9 @@ uint32_t ParseNumber(const char* option, const char* text) {
 int main(int argc, char** argv) {
     /* PINs are in our memory: it must not end in a core file, nor be read by other programs. */
     prctl(PR_SET_DUMPABLE, 0);
-    const char* library = kDefaultLibrary;
     int next = 1;
     if (argc > 2 && strcmp(argv[1], "--library") == 0) {
-        library = argv[2];
+        g_library = argv[2];
         next = 3;
     }
     if (next >= argc || strcmp(argv[next], "--help") == 0) {
@@ -143,5 +161,5 @@ int main(int argc, char** argv) {
             return EXIT_SUCCESS;
         }
     }
-    return RunCommand(command, library, argc - next, argv + next);
+    return RunCommand(command, argc - next, argv + next);
 }

@@ -16,6 +16,7 @@
 #include "registry/registry_encoding.h"
 #include "registry/registry_store.h"
 #include "registry/settings.h"
+#include "stored_values.h"
 
 namespace {
 
@@ -24,25 +25,8 @@ using zeldlg::platform::DecodeUtf8;
 
 const std::wstring kGeneralKey = kSettingsKey;
 
-const char* Describe(RegistryError error) {
-    switch (error) {
-        case kNotFound:
-            return "there is no such key or value";
-        case kAccessDenied:
-            return "access denied";
-        case kCorrupt:
-            return "the file is corrupt: a section header has no line end";
-        case kFileError:
-            return "the file cannot be opened, read or written, or cannot hold the value";
-        case kNotRegistry:
-            return "the file does not begin with REGEDIT4";
-        default:
-            return "the operation failed";
-    }
-}
-
 int Fail(RegistryError error) {
-    fprintf(stderr, "settings: error %u: %s\n", error, Describe(error));
+    fprintf(stderr, "settings: error %u: %s\n", error, demo::Describe(error));
     return EXIT_NOT_CONFIRMED;
 }
 
@@ -98,21 +82,7 @@ std::optional<std::string> ReadAsWords(HKEY key, const wchar_t* name, RegistryEr
     if (error != kSuccess) {
         return {};
     }
-    switch (value.type) {
-        case kTypeNumber:
-            return "number " + std::to_string(value.number);
-        case kTypeBinary: {
-            std::string words = "binary ";
-            for (const char byte : value.bytes) {
-                char digits[3];
-                snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(byte));
-                words += digits;
-            }
-            return words;
-        }
-        default:
-            return "string " + value.bytes;
-    }
+    return demo::AsWords(value);
 }
 
 void PrintSettings(const std::wstring& base, std::span<const demo::KnownSetting> settings) {

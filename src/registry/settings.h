@@ -14,6 +14,11 @@ namespace zeldlg::registry {
 /// The key of the library's general settings.
 inline constexpr const wchar_t* kSettingsKey = L"SOFTWARE\\Corvenna\\Tessaly\\2.0";
 
+/// The keys that may name the folder of catalogues, in their value "Path": the first that there is
+/// counts.
+inline constexpr const wchar_t* kLocalesKeys[] = {L"SOFTWARE\\Corvenna\\Tessaly\\2.0\\Locales",
+                                                  L"SOFTWARE\\Corvenna\\Tessaly\\1.0.9\\Locales"};
+
 /// A key under HKEY_LOCAL_MACHINE that several settings are read from. Reading them through one
 /// object reads the file once and gives values that belong together. For any thread, one at a
 /// time.

@@ -34,7 +34,18 @@ public:
                HasBearablePluralForms(WordAt(16));
     }
 
+    void ForEach(const std::function<void(std::string_view, std::string_view)>& each) {
+        m_swapped = WordAt(0) == kSwappedMagic;
+        for (uint64_t entry = 0; entry < uint64_t{WordAt(8)} * kEntrySize; entry += kEntrySize) {
+            each(TextAt(WordAt(12) + entry), TextAt(WordAt(16) + entry));
+        }
+    }
+
 private:
+    std::string_view TextAt(uint64_t entry) const {
+        return m_file.substr(WordAt(entry + 4), WordAt(entry));
+    }
+
     // The caller knows that the word lies inside the file; it need not be aligned.
     uint32_t WordAt(uint64_t offset) const {
         uint32_t word = 0;
@@ -57,8 +68,7 @@ private:
 
     // The header is the translation of the empty text, which is the first one.
     bool HasBearablePluralForms(uint64_t translations) const {
-        const std::string_view header =
-            m_file.substr(WordAt(translations + 4), WordAt(translations));
+        const std::string_view header = TextAt(translations);
         const size_t forms = header.find("Plural-Forms:");
         return forms == std::string_view::npos ||
                std::min(header.find('\n', forms), header.size()) - forms <= kLongestPluralForms;
@@ -71,5 +81,11 @@ private:
 }  // namespace
 
 bool IsSoundCatalogue(std::string_view file) { return Catalogue(file).IsSound(); }
+
+void ForEachTranslation(
+    std::string_view file,
+    const std::function<void(std::string_view text, std::string_view translation)>& each) {
+    Catalogue(file).ForEach(each);
+}
 
 }  // namespace zeldlg

@@ -5,7 +5,7 @@
 #include <wx/stdpaths.h>
 #include <wx/utils.h>
 
-#include <string>
+#include <utility>
 
 #include "resources/catalogue_check.h"
 
@@ -29,16 +29,6 @@ bool ReadFile(const wxString& path, std::string& bytes) {
     return file.Read(bytes.data(), bytes.size()) == static_cast<ssize_t>(size);
 }
 
-// Opened from the bytes that were checked: the file may change in between.
-wxMsgCatalog* OpenChecked(const wxString& path, const wxString& domain) {
-    std::string bytes;
-    if (!ReadFile(path, bytes) || !IsSoundCatalogue(bytes)) {
-        return nullptr;
-    }
-    return wxMsgCatalog::CreateFromData(wxCharBuffer::CreateNonOwned(bytes.data(), bytes.size()),
-                                        domain);
-}
-
 }  // namespace
 
 CatalogueLoader::CatalogueLoader(const wxString& prefix) : m_prefix(prefix) {
@@ -47,16 +37,36 @@ CatalogueLoader::CatalogueLoader(const wxString& prefix) : m_prefix(prefix) {
     }
 }
 
+// Opened from the bytes that were checked: the file may change in between.
 wxMsgCatalog* CatalogueLoader::LoadCatalog(const wxString& domain, const wxString& lang) {
-    for (const wxString& prefix : Prefixes()) {
-        const wxString folder = prefix + "/" + lang;
-        for (const wxString& each : {folder + "/LC_MESSAGES", folder}) {
-            if (wxMsgCatalog* const catalogue = OpenChecked(each + "/" + domain + ".mo", domain)) {
-                return catalogue;
-            }
+    for (const wxString& file : Files(domain, lang)) {
+        const std::optional<std::string> bytes = ReadSound(file);
+        if (!bytes) {
+            continue;
+        }
+        if (wxMsgCatalog* const catalogue = wxMsgCatalog::CreateFromData(
+                wxCharBuffer::CreateNonOwned(bytes->data(), bytes->size()), domain)) {
+            return catalogue;
         }
     }
     return nullptr;
+}
+
+std::vector<wxString> CatalogueLoader::Files(const wxString& domain, const wxString& lang) const {
+    std::vector<wxString> files;
+    for (const wxString& prefix : Prefixes()) {
+        const wxString folder = prefix + "/" + lang;
+        for (const wxString& each : {folder + "/LC_MESSAGES", folder}) {
+            files.push_back(each + "/" + domain + ".mo");
+        }
+    }
+    return files;
+}
+
+std::optional<std::string> CatalogueLoader::ReadSound(const wxString& file) {
+    std::string bytes;
+    return ReadFile(file, bytes) && IsSoundCatalogue(bytes) ? std::optional(std::move(bytes))
+                                                            : std::nullopt;
 }
 
 // The toolkit's own order.

@@ -3,6 +3,8 @@
 
 #include <wx/translation.h>
 
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace zeldlg {
@@ -15,6 +17,12 @@ public:
 
     /// A damaged file counts as missing. @return The caller's; null when there is none.
     wxMsgCatalog* LoadCatalog(const wxString& domain, const wxString& lang) override;
+
+    /// Where a catalogue is looked for, in this order; most of the files do not exist.
+    std::vector<wxString> Files(const wxString& domain, const wxString& lang) const;
+
+    /// The bytes of a catalogue file that is safe to read.
+    static std::optional<std::string> ReadSound(const wxString& file);
 
 private:
     std::vector<wxString> Prefixes() const;

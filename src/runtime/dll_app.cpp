@@ -12,8 +12,7 @@ namespace {
 
 // The catalogue's folder, from the first of the two keys that there is; empty for none.
 wxString CataloguePrefix() {
-    for (const wchar_t* const path : {L"SOFTWARE\\Corvenna\\Tessaly\\2.0\\Locales",
-                                      L"SOFTWARE\\Corvenna\\Tessaly\\1.0.9\\Locales"}) {
+    for (const wchar_t* const path : registry::kLocalesKeys) {
         const registry::SettingsKey key(path);
         if (key.IsOpen()) {
             return key.ReadString(L"Path").value_or(std::wstring());

@@ -55,15 +55,32 @@ std::string GoodCatalogue() {
     return MakeCatalogue({{"", kHeader}, {"Cancel", "Abbrechen"}, {"OK", "In Ordnung"}});
 }
 
-TEST(CatalogueCheck, AcceptsAGoodOneInBothByteOrders) {
-    std::string file = GoodCatalogue();
-    EXPECT_TRUE(IsSoundCatalogue(file));
-    const size_t tables = 28 + 2 * 3 * 8;
+// The same with the other byte order.
+std::string Swapped(std::string file, size_t entries) {
+    const size_t tables = 28 + 2 * entries * 8;
     for (size_t word = 0; word < tables; word += 4) {
         std::swap(file[word], file[word + 3]);
         std::swap(file[word + 1], file[word + 2]);
     }
+    return file;
+}
+
+TEST(CatalogueCheck, AcceptsAGoodOneInBothByteOrders) {
+    const std::string file = GoodCatalogue();
     EXPECT_TRUE(IsSoundCatalogue(file));
+    EXPECT_TRUE(IsSoundCatalogue(Swapped(file, 3)));
+}
+
+TEST(CatalogueCheck, GivesEveryTextWithItsTranslationInBothByteOrders) {
+    using Entries = std::vector<std::pair<std::string, std::string>>;
+    const Entries expected = {{"", kHeader}, {"Cancel", "Abbrechen"}, {"OK", "In Ordnung"}};
+    for (const std::string& file : {GoodCatalogue(), Swapped(GoodCatalogue(), 3)}) {
+        Entries found;
+        ForEachTranslation(file, [&](std::string_view text, std::string_view translation) {
+            found.emplace_back(text, translation);
+        });
+        EXPECT_EQ(found, expected);
+    }
 }
 
 TEST(CatalogueCheck, RefusesOneWithoutTextsWhichTheToolkitWouldReadPastTheEndOf) {

@@ -1,0 +1,138 @@
+// The doctor on the display, and on how the toolkit draws there.
+#include <dlfcn.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <wx/utils.h>
+#include <wx/version.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+
+#include "doctor_topics.h"
+#include "read_only_process.h"
+
+namespace demo {
+
+namespace {
+
+constexpr int kProbeSeconds = 10;
+
+void ReportVariables(Report& report) {
+    for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY"}) {
+        report.Line(name, Variable(name));
+    }
+    // What changes the dialogs when it is set.
+    for (const char* const name :
+         {"XDG_RUNTIME_DIR", "XAUTHORITY", "GDK_BACKEND", "GTK_THEME", "GDK_SCALE", "GDK_DPI_SCALE",
+          "GTK_MODULES", "GTK_IM_MODULE", "NO_AT_BRIDGE"}) {
+        if (std::getenv(name) != nullptr) {
+            report.Line(name, Variable(name));
+        }
+    }
+}
+
+// Why a local socket cannot be connected to; empty when it can.
+std::string SocketError(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) {
+        return strerror(ENAMETOOLONG);
+    }
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const bool connected =
+        connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    const std::string error = connected ? "" : strerror(errno);
+    close(socket);
+    return error;
+}
+
+std::string XSocket(const std::string& display) {
+    const size_t colon = display.rfind(':');
+    const std::string host = display.substr(0, std::min(colon, display.size()));
+    if (colon == std::string::npos || (!host.empty() && host != "unix")) {
+        return {};
+    }
+    const size_t end = std::min(display.find('.', colon), display.size());
+    return "/tmp/.X11-unix/X" + display.substr(colon + 1, end - colon - 1);
+}
+
+std::string WaylandSocket(const std::string& display) {
+    if (display.starts_with('/')) {
+        return display;
+    }
+    const char* const directory = std::getenv("XDG_RUNTIME_DIR");
+    return directory == nullptr ? std::string() : std::string(directory) + "/" + display;
+}
+
+void ReportSocket(Report& report, const char* variable,
+                  std::string (*socketOf)(const std::string&)) {
+    const char* const display = std::getenv(variable);
+    const std::string socket =
+        display == nullptr || *display == '\0' ? std::string() : socketOf(display);
+    if (!socket.empty()) {
+        const std::string error = SocketError(socket);
+        report.Line("socket", socket + " (" + (error.empty() ? "answers" : error) + ")");
+    }
+}
+
+void ReportUnreachable(Report& report, const ProcessResult& probe) {
+    using End = ProcessResult::End;
+    if (probe.end == End::NotStarted) {
+        report.Problem("The display could not be tried.",
+                       "This system does not let a process give up the right to write files.");
+    } else if (probe.end == End::TooLong) {
+        report.Problem("The display does not answer.",
+                       "Is its server stopped, or the way to it blocked?");
+    } else if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr) {
+        report.Problem("Neither DISPLAY nor WAYLAND_DISPLAY is set: there is no display.",
+                       "Run the host in a desktop session. Over ssh, use ssh -X; in a sandbox, "
+                       "let it have the display's socket.");
+    } else {
+        report.Problem("The display cannot be opened.",
+                       "Is it the right one, may this user use it (XAUTHORITY, xhost), and does "
+                       "GDK_BACKEND fit?");
+    }
+    for (const std::string& line : Lines(probe.errors)) {
+        report.Line("message", line);
+    }
+}
+
+// The version is part of the file's name: the toolkit's own answer would need its windows.
+std::string WxVersion() {
+    Dl_info info;
+    const auto* const address = reinterpret_cast<const void*>(&wxGetEnvMap);
+    std::error_code error;
+    return dladdr(address, &info) == 0
+               ? wxVERSION_NUM_DOT_STRING
+               : std::string("made for " wxVERSION_NUM_DOT_STRING ", found ") +
+                     std::filesystem::canonical(info.dli_fname, error).string();
+}
+
+}  // namespace
+
+bool ReportDisplay(Report& report) {
+    report.Section("Display");
+    ReportVariables(report);
+    ReportSocket(report, "DISPLAY", XSocket);
+    ReportSocket(report, "WAYLAND_DISPLAY", WaylandSocket);
+    report.Line("wxWidgets", WxVersion());
+    const ProcessResult probe = RunReadOnly(ProbeDisplay, kProbeSeconds);
+    bool opened = false;
+    for (const std::string& line : Lines(probe.output)) {
+        const auto [what, value] = Split(line);
+        report.Line(what, value);
+        opened = opened || what == "opened";
+    }
+    if (!opened) {
+        ReportUnreachable(report, probe);
+    }
+    return opened;
+}
+
+}  // namespace demo

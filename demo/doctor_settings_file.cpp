@@ -1,0 +1,138 @@
+// The doctor on the settings file: which one, why, and what a start would do to it.
+#include <fcntl.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "doctor_topics.h"
+#include "registry/file_descriptor.h"
+#include "registry/registry_file.h"
+#include "stored_values.h"
+
+namespace demo {
+
+using namespace zeldlg::registry;
+
+namespace {
+
+bool IsNotThere(int error) { return error == ENOENT || error == ENOTDIR; }
+
+const char* Reason(int error) {
+    return error == EINVAL ? "it is no regular file" : strerror(error);
+}
+
+std::string StateOf(const SettingsPlace& place, const EffectiveSettings& settings) {
+    if (settings.file == place.file) {
+        return settings.copied ? "used: it is going to be copied to the user's" : "used";
+    }
+    if (place.error == 0) {
+        return place.name == "user's" && settings.copied ? "there, to be written over" : "there";
+    }
+    return IsNotThere(place.error) ? "not there"
+                                   : std::string("cannot be used: ") + Reason(place.error);
+}
+
+void ReportPlaces(Report& report, const EffectiveSettings& settings) {
+    for (const char* const name : {"ZEL_HOME", "HOME", "USER"}) {
+        report.Line(name, Variable(name));
+    }
+    int number = 0;
+    for (const SettingsPlace& place : settings.looked) {
+        report.Line("place " + std::to_string(++number) + ", " + place.name,
+                    place.file + " (" + StateOf(place, settings) + ")");
+    }
+    for (const SettingsPlace& place : settings.looked) {
+        if (place.error != 0 && !IsNotThere(place.error)) {
+            report.Problem(place.file + ": " + Reason(place.error) + ".",
+                           "It is passed over. Where it is the user's, nothing can be saved; "
+                           "mend its owner and rights, or remove it.");
+        }
+    }
+}
+
+// The stamp between its quotes.
+std::string StampOf(const std::string& file) {
+    const RegistryStamp stamp = ReadStamp(file);
+    if (!stamp.text) {
+        return stamp.readable ? "none" : "the file cannot be read";
+    }
+    const std::string& text = *stamp.text;
+    const size_t begin = text.find('=') + 1;
+    const size_t end = text.find_last_not_of("\r\n") + 1;
+    return text.substr(begin, end - begin);
+}
+
+std::string NextStart(const EffectiveSettings& settings) {
+    const std::string shipped = RegistryPath(settings.places.shippedDirectory);
+    const auto directory = UserDirectory(settings.places);
+    const std::string user = directory ? RegistryPath(*directory) : std::string();
+    switch (settings.refresh) {
+        case Refresh::Make:
+            return settings.copied
+                       ? "makes " + user + " of " + shipped
+                       : "copies nothing: there is no user's file, and none can be made";
+        case Refresh::Replace:
+            return settings.copied
+                       ? "copies " + shipped + " over " + user + ": their stamps differ"
+                       : "copies nothing, though the stamps differ: " + user + " cannot be written";
+        case Refresh::None:
+            break;
+    }
+    return "copies nothing";
+}
+
+void ReportStamps(Report& report, const EffectiveSettings& settings) {
+    const std::string shipped = RegistryPath(settings.places.shippedDirectory);
+    if (const auto directory = UserDirectory(settings.places)) {
+        report.Line("stamp of the user's", StampOf(RegistryPath(*directory)));
+    }
+    report.Line("stamp of the shipped", StampOf(shipped));
+    report.Line("the next start", NextStart(settings));
+    if (settings.refresh == Refresh::Replace && !settings.copied) {
+        report.Problem("The user's file is older than the shipped one and cannot be replaced.",
+                       "Give the user the right to write it.");
+    }
+    const RegistryStamp stamp = ReadStamp(shipped);
+    if (stamp.text && !stamp.text->ends_with("\r\n")) {
+        report.Problem("The stamp's line in the shipped file does not end with CR LF.",
+                       "Users lose each change of their settings: mend its line ends.");
+    }
+}
+
+RegistryError Load(const std::string& file, std::unique_ptr<RegistryText>& text) {
+    FileContent content;
+    RegistryError error = ReadContent(FileDescriptor::Open(file, O_RDONLY), content);
+    if (error == kSuccess) {
+        error = RegistryText::Check({content.text.get(), content.size});
+    }
+    if (error == kSuccess) {
+        text = std::make_unique<RegistryText>(std::move(content.text), content.size);
+    }
+    return error;
+}
+
+}  // namespace
+
+FoundSettings ReportSettingsFile(Report& report) {
+    report.Section("Settings file");
+    FoundSettings settings{.where = FindSettings(), .text = nullptr};
+    ReportPlaces(report, settings.where);
+    ReportStamps(report, settings.where);
+    if (!settings.where.file) {
+        report.Problem("There is no settings file: every setting is at its default.",
+                       "Is the package of the library installed, with its " +
+                           RegistryPath(settings.where.places.shippedDirectory) + "?");
+        return settings;
+    }
+    const RegistryError error = Load(*settings.where.file, settings.text);
+    if (error != kSuccess) {
+        report.Problem(*settings.where.file + " is refused with error " + std::to_string(error) +
+                           ": " + Describe(error) + ".",
+                       "Every setting counts as missing. Mend the file, or remove it where it is "
+                       "the user's: it is made anew of the shipped one.");
+    }
+    return settings;
+}
+
+}  // namespace demo

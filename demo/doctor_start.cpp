@@ -1,0 +1,122 @@
+// The doctor on the library itself: loads, starts and ends it as a host does.
+#include <dlfcn.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "command.h"
+#include "doctor_topics.h"
+#include "read_only_process.h"
+
+namespace demo {
+
+namespace {
+
+constexpr int kStartSeconds = 20;
+constexpr uint32_t kLongestName = 64;
+
+using Clock = std::chrono::steady_clock;
+
+long MillisecondsSince(Clock::time_point start) {
+    return static_cast<long>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
+}
+
+// A host would copy the shipped file over the user's first; this process cannot, and reads the
+// shipped one instead.
+void PassOverUsersSettings() {
+    setenv("ZEL_HOME", "/dev/null", 1);
+    unsetenv("USER");
+}
+
+void SayFile(const DLG_FunctionList* dialogs) {
+    void* address = nullptr;
+    std::memcpy(&address, &dialogs->Finalize, sizeof address);
+    Dl_info info;
+    if (dladdr(address, &info) != 0) {
+        printf("file: %s\n", info.dli_fname);
+    }
+}
+
+int Load() {
+    const DLG_FunctionList* const dialogs = LoadDialogs();
+    if (dialogs == nullptr) {
+        return EXIT_NO_LIBRARY;
+    }
+    SayFile(dialogs);
+    return EXIT_CONFIRMED;
+}
+
+int Start(bool settingsAreCopied) {
+    if (settingsAreCopied) {
+        PassOverUsersSettings();
+    }
+    const DLG_FunctionList* const dialogs = LoadDialogs();
+    if (dialogs == nullptr) {
+        return EXIT_NO_LIBRARY;
+    }
+    SayFile(dialogs);
+    fflush(stdout);  // the start may never come back
+    wchar_t locale[kLongestName];
+    uint32_t size = kLongestName;
+    Clock::time_point begin = Clock::now();
+    const uint32_t result = dialogs->GetLocale(locale, &size);
+    const long started = MillisecondsSince(begin);
+    begin = Clock::now();
+    dialogs->Finalize();
+    if (result != ZELDLG_OK) {
+        printf("result: 0x%08x\n", static_cast<unsigned>(result));
+        return EXIT_NOT_CONFIRMED;
+    }
+    printf("locale: %ls\nstarted in: %ld ms\nended in: %ld ms\n", locale, started,
+           MillisecondsSince(begin));
+    return EXIT_CONFIRMED;
+}
+
+void ReportFailure(Report& report, const ProcessResult& probe) {
+    using End = ProcessResult::End;
+    if (probe.end == End::NotStarted) {
+        report.Problem("The start could not be tried.",
+                       "This system does not let a process give up the right to write files.");
+    } else if (probe.end == End::TooLong) {
+        report.Problem("It does not start within " + std::to_string(kStartSeconds) + " seconds.",
+                       "A host would wait without end.");
+    } else if (probe.end == End::Died) {
+        report.Problem(std::string("It dies at its start: ") + strsignal(probe.code) + ".",
+                       "Please report this, with what stands here.");
+    } else if (probe.code == EXIT_NO_LIBRARY) {
+        report.Problem("The library cannot be loaded.",
+                       "Is its package installed, with what it depends on?");
+    } else {
+        report.Problem("It does not start.", "Its messages may tell why.");
+    }
+}
+
+}  // namespace
+
+void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay) {
+    using End = ProcessResult::End;
+    report.Section("Library");
+    const bool copied = settings.where.copied;
+    const ProcessResult probe = RunReadOnly(
+        [copied, hasDisplay] { return hasDisplay ? Start(copied) : Load(); }, kStartSeconds);
+    for (const std::string& line : Lines(probe.output)) {
+        const auto [what, value] = Split(line);
+        report.Line(what, value);
+    }
+    if (probe.end == End::Exited && probe.code == EXIT_CONFIRMED) {
+        if (!hasDisplay) {
+            report.Line("started", "not tried: there is no display");
+        }
+        return;
+    }
+    ReportFailure(report, probe);
+    for (const std::string& line : Lines(probe.errors)) {
+        report.Line("message", line);
+    }
+}
+
+}  // namespace demo
