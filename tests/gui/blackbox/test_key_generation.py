@@ -104,8 +104,11 @@ class Animation(KeyCase):
         start = CYCLE.index(frames[0][0])
         expected = [CYCLE[(start + place) % 3] for place in range(len(frames))]
         self.assertEqual(expected, [frame for frame, _ in frames])
-        self.assertTrue(17 <= len(frames) <= 20, frames)
-        self.assertAlmostEqual(0.5, statistics.median(seconds for _, seconds in frames), delta=0.05)
+        # On a busy machine a tick comes late, and the next half a second after it. A tick of
+        # 0.4 or 0.6 seconds is still told from that.
+        self.assertTrue(15 <= len(frames) <= 20, frames)
+        median = statistics.median(seconds for _, seconds in frames)
+        self.assertTrue(0.45 <= median <= 0.57, frames)
         self.assertEqual(painted, self.screen.pixels(self.label()))
 
     def test_it_is_painted_again_after_another_program(self):
