@@ -47,7 +47,7 @@ std::string SocketError(const std::string& path) {
     const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     const bool connected =
         connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-    const std::string error = connected ? "" : strerror(errno);
+    std::string error = connected ? "" : strerror(errno);
     close(socket);
     return error;
 }

@@ -53,7 +53,7 @@ std::wstring FolderOf(const FoundSettings& settings) {
 }
 
 std::wstring ReportFolder(Report& report, const FoundSettings& settings) {
-    const std::wstring folder = FolderOf(settings);
+    std::wstring folder = FolderOf(settings);
     const std::string path = ToNarrow(folder);
     report.Line("folder of catalogues", path.empty() ? "not set: the usual ones" : path);
     std::error_code error;

@@ -38,7 +38,7 @@ void Report::Problem(const std::string& what, const std::string& advice) {
     ++m_problems;
 }
 
-void Report::Conclude() {
+void Report::Conclude() const {
     if (m_inSection && m_sectionIsFine) {
         puts("  ok");
     }

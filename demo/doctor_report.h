@@ -22,7 +22,7 @@ public:
     int Finish();
 
 private:
-    void Conclude();
+    void Conclude() const;
 
     bool m_inSection = false;
     bool m_sectionIsFine = true;

@@ -7,6 +7,7 @@
 
 #include "doctor_topics.h"
 #include "known_settings.h"
+#include "policy/pin_policy_settings.h"
 #include "registry/registry_encoding.h"
 #include "registry/settings.h"
 #include "stored_values.h"
@@ -61,6 +62,10 @@ void ReportValue(Report& report, RegistryText& text, KeyNode& key, const KnownSe
         report.Problem(name + " has the wrong type and counts as missing.",
                        std::string("It has to be a ") + NameOf(setting.type) + "; its default is " +
                            setting.fallback + ".");
+    } else if (setting.type == SettingType::TextOrBytes &&
+               value->bytes.size() > zeldlg::kMaxCharList) {
+        report.Problem(name + " is too long and counts as missing.",
+                       "It may have " + std::to_string(zeldlg::kMaxCharList) + " bytes.");
     }
 }
 
@@ -115,7 +120,7 @@ void JudgeLine(Report& report, const std::string& key, std::string_view line) {
     if (!value) {
         report.Problem(
             "A line cannot be understood and does not count: " + BeginningOf(line) + where,
-            "Values are \"NAME\"=\"TEXT\", \"NAME\"=dword:HEX or \"NAME\"=hex:HEX,HEX.");
+            R"(Values are "NAME"="TEXT", "NAME"=dword:HEX or "NAME"=hex:HEX,HEX.)");
     } else if (!IsKnown(key, value->name)) {
         const std::string name = value->name.empty() ? "@" : std::string(value->name);
         report.Line("not known", name + where + " (the dialogs do not read it)");

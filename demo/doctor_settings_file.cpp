@@ -82,6 +82,14 @@ std::string NextStart(const EffectiveSettings& settings) {
     return "copies nothing";
 }
 
+bool IsUsersLonger(const EffectiveSettings& settings) {
+    const auto sizeIn = [](const std::string& directory) {
+        return FileDescriptor::Open(RegistryPath(directory), O_RDONLY).Size();
+    };
+    return sizeIn(UserDirectory(settings.places).value_or("")) >
+           sizeIn(settings.places.shippedDirectory);
+}
+
 void ReportStamps(Report& report, const EffectiveSettings& settings) {
     const std::string shipped = RegistryPath(settings.places.shippedDirectory);
     if (const auto directory = UserDirectory(settings.places)) {
@@ -89,6 +97,9 @@ void ReportStamps(Report& report, const EffectiveSettings& settings) {
     }
     report.Line("stamp of the shipped", StampOf(shipped));
     report.Line("the next start", NextStart(settings));
+    if (settings.refresh == Refresh::Replace && settings.copied && IsUsersLonger(settings)) {
+        report.Line("", "The user's file is longer: its end stays behind the copy.");
+    }
     if (settings.refresh == Refresh::Replace && !settings.copied) {
         report.Problem("The user's file is older than the shipped one and cannot be replaced.",
                        "Give the user the right to write it.");

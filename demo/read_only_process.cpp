@@ -32,7 +32,8 @@ constexpr uint32_t kRefused = SECCOMP_RET_ERRNO | EROFS;
 // The low half of an argument, which holds an int.
 constexpr uint32_t ArgumentOffset(unsigned index) {
     constexpr unsigned kLowHalf = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__ ? 4 : 0;
-    return offsetof(seccomp_data, args) + index * 8 + kLowHalf;
+    return static_cast<uint32_t>(offsetof(seccomp_data, args) + index * sizeof(uint64_t)) +
+           kLowHalf;
 }
 
 void LoadNumber(Filter& filter) {

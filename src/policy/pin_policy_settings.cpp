@@ -10,9 +10,6 @@ namespace {
 
 constexpr const wchar_t* kPoliciesKey = L"SOFTWARE\\Corvenna\\Tessaly\\2.0\\Policies";
 
-/// Longest character list that can be read, in bytes.
-constexpr std::size_t kMaxCharList = 64;
-
 struct NumberValue {
     const wchar_t* name;
     std::uint8_t PinPolicy::*field;

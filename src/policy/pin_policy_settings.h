@@ -1,11 +1,15 @@
 // A PIN policy out of the configuration store, the alternative to the one on the card.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "policy/pin_policy.h"
 
 namespace zeldlg {
+
+/// Bytes of "P4CharList"; a longer one counts as empty.
+inline constexpr std::size_t kMaxCharList = 64;
 
 /// Reads the policy set stored under a name. Numbers are kept as their lowest byte.
 /// The source becomes kRegistry in any case. When there is no such set nothing else changes;

@@ -217,7 +217,13 @@ class SettingsFile(DoctorCase):
         self.assertRegex(section, 'stamp of the user\'s +"old"')
         self.assertRegex(section, 'stamp of the shipped +"new"')
         self.assertRegex(section, f"copies /usr/share/tessaly/registry over {self.user_file}")
+        self.assertNotIn("its end stays", section)
         self.assertIn("LimitPinToAscii = number 0", found.section("Settings"))
+
+    def test_one_whose_end_would_stay_behind_the_copy(self):
+        self.write(self.shipped_file, registry(stamp="new"))
+        self.write(self.user_file, registry('"LimitPinToAscii"=dword:00000001', stamp="old"))
+        self.assertIn("its end stays", self.run_doctor().section("Settings file"))
 
     def test_one_that_is_old_and_cannot_be_replaced(self):
         self.write(self.shipped_file, registry(stamp="new"))
@@ -276,6 +282,13 @@ class Settings(DoctorCase):
         found = self.run_doctor()
         self.assert_problems(found, "P2MinLen has the wrong type")
         self.assertRegex(found.section("Settings"), r"Policies\\Bank +P4CharList = string abc")
+
+    def test_a_list_of_characters_that_is_too_long_is_a_problem(self):
+        self.healthy()
+        for length, problems in ((64, ()), (65, ("P4CharList is too long",))):
+            self.write(self.user_file, registry() + f'[{KEY}\\Policies\\Bank]\r\n'
+                       f'"P4CharList"="{"x" * length}"\r\n\r\n')
+            self.assert_problems(self.run_doctor(), *problems)
 
     def test_what_is_not_known_is_named_without_its_value(self):
         self.healthy()
