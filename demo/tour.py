@@ -10,7 +10,7 @@ import sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "gui"))
 
-from stage import Screen, wait_until  # noqa: E402
+from stage import Screen  # noqa: E402
 
 # File name, words of the command, title of the window, what is typed into each field, the key that
 # ends the dialog (none: it ends by itself), the program's exit code.
@@ -46,22 +46,9 @@ SCENES = [
 FOLLOWED = {"enrolment-hint": ("biometric-enrol", "Lumora Bio Token - enrolling finger (scan 1)")}
 
 
-def fill(screen, window, values):
-    def editable():
-        found = [node for node in window.walk() if "editable" in node.states]
-        return found if len(found) >= len(values) else None
-    fields = wait_until(editable, what=f"{len(values)} fields")
-    for field, value in zip(fields, values):
-        field.focus()
-        screen.type_text(value, field)
-        wait_until(lambda: field.length == len(value), what="the typed characters")
-        print(f"  (typed {len(value)} characters)", flush=True)
-
-
 def photograph(screen, window, directory, name):
-    screen.pixels(window)  # waits until it is painted
     path = os.path.join(directory, name + ".png")
-    screen.screenshot(path, window)
+    screen.photograph(path, window)
     print(f"  (picture {os.path.relpath(path)})", flush=True)
 
 
@@ -72,8 +59,9 @@ def play(screen, program, directory, scene):
         window = screen.find_window(title, process)
         if end is not None:
             screen.wait_focused()  # a window that ends by itself has nothing for the keyboard
-        if values:
-            fill(screen, window, values)
+        screen.fill(window, values)
+        for value in values:
+            print(f"  (typed {len(value)} characters)", flush=True)
         photograph(screen, window, directory, name)
         if end is not None:
             screen.key(end)

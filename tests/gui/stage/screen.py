@@ -26,6 +26,8 @@ STATES = {1: "active", 4: "checked", 6: "defunct", 7: "editable", 8: "enabled", 
           32: "has-popup", 39: "default", 41: "checkable"}
 RELATIONS = {1: "label-for", 2: "labelled-by", 16: "description-for", 17: "described-by"}
 ON_SCREEN = 0
+# A window is painted in pieces: it counts as painted when it has stayed the same for so long.
+STILL_SECONDS = 0.2
 
 # Roles whose accessible name is the text that is drawn.
 DRAWN = ("label", "push button", "check box", "radio button", "toggle button", "table cell",
@@ -417,6 +419,18 @@ class Screen:
         self.wait_focused(into)
         self.x11.key(combination)
 
+    def fill(self, window, values):
+        """Types the values into the window's fields, in their order; an empty one into none."""
+        def editable():
+            found = [node for node in window.walk() if "editable" in node.states]
+            return found if len(found) >= len(values) else None
+        fields = wait_until(editable, what=f"{len(values)} fields", seen=window.dump)
+        for field, value in zip(fields, values):
+            if value:
+                field.focus()
+                self.type_text(value, field)
+                wait_until(lambda: field.length == len(value), what="the typed characters")
+
     # ---- clipboard
 
     def paste(self, text, into=None):
@@ -468,12 +482,28 @@ class Screen:
             if len(set(found)) > 1 or time.monotonic() > deadline:
                 return found
 
-    def screenshot(self, path, window=None):
-        """Writes a PNG file of the screen, or of the window with its frame."""
+    def screenshot(self, path, window=None, margin=0):
+        """Writes a PNG file of the screen, or of the window with its frame and some pixels."""
         area = None
         if window is not None:
-            area = self.x11.geometry(self.x11_window(window), frame=True)
+            x, y, width, height = self.x11.geometry(self.x11_window(window), frame=True)
+            area = x - margin, y - margin, width + 2 * margin, height + 2 * margin
         self.x11.screenshot(path, area)
+
+    def photograph(self, path, window, margin=0):
+        """The same of the window once it has the keyboard, is painted and changes no more."""
+        number = self.x11_window(window)
+        wait_until(lambda: self.x11.holds_focus(number), what="the keyboard")
+        seen, since = None, time.monotonic()
+
+        def still():
+            nonlocal seen, since
+            pixels = self.pixels(window)
+            if pixels != seen:
+                seen, since = pixels, time.monotonic()
+            return time.monotonic() - since > STILL_SECONDS
+        wait_until(still, what="a picture that stays the same")
+        self.screenshot(path, window, margin)
 
 
 def _process_id(host):

@@ -1,0 +1,151 @@
+"""Takes the pictures on the stage that this process runs on: see script/gallery."""
+
+import argparse
+import fnmatch
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import traceback
+
+from stage import Gone, Host, Screen, StageError, library_path, make_locales
+
+from . import page
+from .states import STATES, Fill, Key, Press, Run
+
+REGISTRY = "REGEDIT4\r\n"
+SECTION = "\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0{}]\r\n{}\r\n"
+LOCALES = {"de": "de_DE"}
+MARGIN = 4
+COLOURS = 128
+
+
+def parse():
+    parser = argparse.ArgumentParser(prog="script/gallery", description="Takes the pictures of "
+                                     "docs/gallery.md and writes the page.")
+    parser.add_argument("pattern", nargs="?", default="*",
+                        help="only pictures whose names match, for example 'pin-*'")
+    parser.add_argument("--page", action="store_true", help="write the page only")
+    return parser.parse_args()
+
+
+def registry(surroundings):
+    sections = [("\\" + key if key else "", f'"{name}"=dword:{number:08x}')
+                for key, name, number in surroundings.settings]
+    if surroundings.language:
+        folder = os.path.join(os.path.dirname(library_path()), "po", "locale")
+        sections.append(("\\Locales", f'"Path"="{folder}"'))
+    return REGISTRY + "".join(SECTION.format(*section) for section in sections)
+
+
+def environment(surroundings):
+    extra = {"GTK_THEME": surroundings.theme or None,
+             "GDK_SCALE": str(surroundings.scale) if surroundings.scale != 1 else None}
+    if surroundings.language:
+        locale = LOCALES[surroundings.language]
+        extra |= {"LANG": locale + ".UTF-8", "LOCPATH": make_locales(locale)}
+    return extra
+
+
+class Photographer:
+    """Brings up one state after another in one host process and takes their pictures."""
+
+    def __init__(self, screen, surroundings):
+        self._screen = screen
+        self._host = Host(registry=registry(surroundings), environment=environment(surroundings))
+
+    def close(self, failed):
+        self._host.close(failed)
+
+    def take(self, state, path):
+        call = self._host.call(state.export, **state.arguments)
+        window = self._screen.find_window(state.title, self._host)
+        for act in state.acts:
+            self._do(act, window)
+        self._screen.photograph(path, window, MARGIN)
+        if state.modal:
+            self._screen.close_window(window)
+        call.result()
+        if state.hide:
+            self._host.run(state.hide)
+        self._screen.wait_gone(window)
+
+    def _do(self, act, window):
+        match act:
+            case Fill(values):
+                self._screen.fill(window, values)
+            case Key(name):
+                self._screen.key(name)
+            case Press(name):
+                next(node for node in window.walk() if node.name == name).press()
+            case Run(export, times):
+                for _ in range(times):
+                    self._host.run(export)
+
+
+def shrink(path):
+    """Makes the picture a fraction of its size, with few colours."""
+    subprocess.run(["pngquant", "--force", "--nofs", "--strip", "--output", path, str(COLOURS),
+                    path], check=True)
+    subprocess.run(["optipng", "-quiet", "-o2", "-strip", "all", path], check=True)
+
+
+def grouped(states):
+    """The states by their surroundings, so that a process is started for each of these only."""
+    groups = {}
+    for state in states:
+        groups.setdefault(state.surroundings, []).append(state)
+    return groups
+
+
+def take_group(screen, surroundings, states, announce):
+    """Takes the pictures of one process's states; gives the names of those that failed."""
+    failed, photographer = [], None
+    for state in states:
+        announce(state.name)
+        try:
+            photographer = photographer or Photographer(screen, surroundings)
+            with tempfile.TemporaryDirectory() as directory:
+                draft = os.path.join(directory, state.name + ".png")
+                photographer.take(state, draft)
+                shrink(draft)
+                shutil.copyfile(draft, os.path.join(page.PICTURES, state.name + ".png"))
+        except (AssertionError, Gone, StageError, StopIteration, OSError,
+                subprocess.CalledProcessError):
+            traceback.print_exc()
+            failed.append(state.name)
+            if photographer:
+                photographer.close(failed=True)
+            photographer = None
+    if photographer:
+        photographer.close(failed=False)
+    return failed
+
+
+def main():
+    options = parse()
+    page.write()
+    states = [state for state in STATES if fnmatch.fnmatch(state.name, options.pattern)]
+    if options.page:
+        return 0
+    if not states:
+        print(f"no picture matches {options.pattern!r}", file=sys.stderr)
+        return 2
+    numbers = iter(range(1, len(states) + 1))
+
+    def announce(name):
+        print(f"{next(numbers)} of {len(states)}: {name}", flush=True)
+
+    os.makedirs(page.PICTURES, exist_ok=True)
+    screen = Screen()
+    failed = [name for surroundings, group in grouped(states).items()
+              for name in take_group(screen, surroundings, group, announce)]
+    screen.close()
+    if failed:
+        print(f"not taken: {', '.join(failed)}", file=sys.stderr)
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

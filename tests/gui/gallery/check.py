@@ -1,0 +1,78 @@
+#!/usr/bin/python3
+"""Fails where the gallery has fallen behind the library or its own table. Takes no picture."""
+
+import os
+import re
+import struct
+import sys
+
+GUI = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
+sys.path[:0] = [GUI, os.path.join(GUI, "blackbox")]
+
+from every_dialog import DIALOGS  # noqa: E402
+from gallery.page import PAGE, PICTURES, ROOT, page  # noqa: E402
+from gallery.states import STATES  # noqa: E402
+
+# Exports that bring up a window, by their names.
+SHOWING = re.compile(r"\b(DLG_(?:PinPad)?Show\w+|DLG_Ask\w+|DLG_\w+RetryDialog)\(")
+SHOWN_PICTURE = re.compile(r"!\[[^\]]*\]\(pictures/gallery/(\w[\w-]*)\.png\)")
+PNG = b"\x89PNG\r\n\x1a\n\x00\x00\x00\rIHDR"
+SMALLEST = 50
+
+
+def read(path):
+    with open(path, encoding="utf-8") as file:
+        return file.read()
+
+
+def repeated(names):
+    return sorted({name for name in names if names.count(name) > 1})
+
+
+def picture_problems(names):
+    """What the table names, what the tree has and what the page shows are the same."""
+    files = {entry.removesuffix(".png") for entry in os.listdir(PICTURES)}
+    shown = SHOWN_PICTURE.findall(read(PAGE))
+    for name in repeated(names):
+        yield f"two states are called {name}"
+    for name in repeated(shown):
+        yield f"docs/gallery.md shows {name} twice"
+    for what, found in (("in docs/pictures/gallery", files), ("in docs/gallery.md", set(shown))):
+        for name in sorted(set(names) - found):
+            yield f"{name} is not {what}: run script/gallery {name}"
+        for name in sorted(found - set(names)):
+            yield f"{name} is {what} and not in the table"
+    for name in sorted(files & set(names)):
+        with open(os.path.join(PICTURES, name + ".png"), "rb") as file:
+            head = file.read(24)
+        if head[:16] != PNG or min(struct.unpack(">II", head[16:])) < SMALLEST:
+            yield f"{name}.png is no picture of a window"
+
+
+def page_problems():
+    if read(PAGE) != page():
+        yield "docs/gallery.md is not what the table gives: run script/gallery --page"
+
+
+def missing_dialogs():
+    shown = {(state.export, state.title) for state in STATES}
+    exports = {export for export, _ in shown}
+    declared = set(SHOWING.findall(read(os.path.join(ROOT, "include", "zeldlg", "zeldlg.h"))))
+    if len(declared) < 25:
+        yield f"only {sorted(declared)} were found in the header"
+    for export in sorted(declared - exports):
+        yield f"no picture of {export}"
+    for export, title in sorted({(dialog.export, dialog.title) for dialog in DIALOGS} - shown):
+        yield f"no picture of {export} with the title {title!r}"
+
+
+def main():
+    problems = [*picture_problems([state.name for state in STATES]), *page_problems(),
+                *missing_dialogs()]
+    for problem in problems:
+        print(problem, file=sys.stderr)
+    return 1 if problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
