@@ -52,22 +52,31 @@ def photograph(screen, window, directory, name):
     print(f"  (picture {os.path.relpath(path)})", flush=True)
 
 
+def show(screen, process, directory, scene):
+    name, _, title, values, end, _ = scene
+    window = screen.find_window(title, process)
+    if end is not None:
+        screen.wait_focused()  # a window that ends by itself has nothing for the keyboard
+    screen.fill(window, values)
+    for value in values:
+        print(f"  (typed {len(value)} characters)", flush=True)
+    photograph(screen, window, directory, name)
+    if end is not None:
+        screen.key(end)
+    if name in FOLLOWED:
+        following, title = FOLLOWED[name]
+        photograph(screen, screen.find_window(title, process), directory, following)
+
+
 def play(screen, program, directory, scene):
-    name, words, title, values, end, _ = scene
+    words = scene[1]
     print(f"$ zeldlg-demo {' '.join(words)}", flush=True)
     with subprocess.Popen([program, *words]) as process:
-        window = screen.find_window(title, process)
-        if end is not None:
-            screen.wait_focused()  # a window that ends by itself has nothing for the keyboard
-        screen.fill(window, values)
-        for value in values:
-            print(f"  (typed {len(value)} characters)", flush=True)
-        photograph(screen, window, directory, name)
-        if end is not None:
-            screen.key(end)
-        if name in FOLLOWED:
-            following, title = FOLLOWED[name]
-            photograph(screen, screen.find_window(title, process), directory, following)
+        try:
+            show(screen, process, directory, scene)
+        except BaseException:
+            process.kill()  # its end is waited for
+            raise
     return process.returncode
 
 

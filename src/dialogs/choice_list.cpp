@@ -69,6 +69,8 @@ ChoiceList::ChoiceList(wxWindow* parent, wxStaticText& label)
     // Bars that only show when the mouse is near would leave the other rows unnoticed.
     gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(GetHandle()), FALSE);
     Bind(wxEVT_KEY_DOWN, &ChoiceList::OnKeyDown, this);
+    // The base has kept its own idea while it was made; no row need ever come to correct that.
+    InvalidateBestSize();
 }
 
 void ChoiceList::Add(const wxString& text, uint64_t value) {

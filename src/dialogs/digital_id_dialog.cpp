@@ -130,8 +130,8 @@ void CDigitalIDSelectionDialog::OnSelected(wxCommandEvent&) {
     StopCountDown();
     ShowDetail(m_validFrom, m_prompt.validFrom);
     ShowDetail(m_validTo, m_prompt.validTo);
-    if (m_userName != nullptr && m_prompt.count > 0) {
-        ShowDetail(m_userName, m_prompt.name);
+    if (m_userName != nullptr) {
+        ShowDetail(m_userName, m_prompt.count > 0 ? m_prompt.name : wxString());
     }
 }
 

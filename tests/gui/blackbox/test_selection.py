@@ -136,6 +136,7 @@ class Tokens(SelectionCase):
             self.open_tokens(**arguments)
             self.assertEqual([], self.rows())
             self.assertFalse(self.ok().enabled)
+            self.assertGreaterEqual(self.list.extents[2], 300, "a list that can be told as one")
             self.screen.key("Return")
             self.screen.key("Escape")
             self.end(CANCELLED)
@@ -275,6 +276,7 @@ class DigitalIds(SelectionCase):
         self.open_ids(count=0, autoSelect=1, directory="corp.example")
         self.assertFalse(self.ok().enabled)
         self.assertEqual("OK", self.ok().name)
+        self.assertEqual([], [text for text in self.window.labels() if "XX" in text])
         self.screen.key("Return")
         self.end(CANCELLED, "Escape")
 

@@ -9,15 +9,16 @@ import sys
 import tempfile
 import traceback
 
-from stage import Gone, Host, Screen, StageError, library_path, make_locales
+from stage import Gone, Host, Screen, StageError, library_path, make_locales, wait_until
 
 from . import page
-from .states import STATES, Fill, Key, Press, Run
+from .states import STATES, Enabled, Fill, Key, Press, Run
 
 REGISTRY = "REGEDIT4\r\n"
 SECTION = "\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0{}]\r\n{}\r\n"
 LOCALES = {"de": "de_DE"}
 MARGIN = 4
+BACKGROUND = "#9aa0a6"
 COLOURS = 128
 
 
@@ -79,6 +80,9 @@ class Photographer:
                 self._screen.key(name)
             case Press(name):
                 next(node for node in window.walk() if node.name == name).press()
+            case Enabled(name):
+                button = window.find(name=name)
+                wait_until(lambda: button.enabled, what=f"the button {name!r}", seen=window.dump)
             case Run(export, times):
                 for _ in range(times):
                     self._host.run(export)
@@ -139,6 +143,8 @@ def main():
 
     os.makedirs(page.PICTURES, exist_ok=True)
     screen = Screen()
+    subprocess.run(["xsetroot", "-solid", BACKGROUND], check=True)
+    screen.x11.point(0, 0)  # a pointer over a window would show its tool tips
     failed = [name for surroundings, group in grouped(states).items()
               for name in take_group(screen, surroundings, group, announce)]
     screen.close()

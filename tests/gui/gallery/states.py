@@ -35,6 +35,12 @@ class Press:
 
 
 @dataclasses.dataclass(frozen=True)
+class Enabled:
+    """Waits until the button with that accessible name can be pressed."""
+    name: str
+
+
+@dataclasses.dataclass(frozen=True)
 class Run:
     """Lets the host call another export, a number of times."""
     export: str
@@ -76,6 +82,11 @@ def typed(*values):
     return (Fill(values),)
 
 
+def accepted(*values, button="OK"):
+    """The same where everything is in order then."""
+    return (Fill(values), Enabled(button))
+
+
 def make(export, title, hide="", modal=None, settings=None, **common):
     """Makes the states of one dialog; what they have in common is said once."""
     values = tuple((key, *value) for key, value in (settings or {}).items())
@@ -102,7 +113,7 @@ POLICY = policy(b"0", enabled=15, p1_threshold=1, p2_classes=2, p2_population=1,
 policed = make("DLG_ShowChangePolicedPinDialog_func", CHANGE_TITLE, label="Company badge",
                max=12, **POLICY)
 unpoliced = make("DLG_ShowChangePolicedPinDialog_func", CHANGE_TITLE, label="Company badge")
-NEW_PIN = ("2468", "ferma7", "ferma7")
+NEW_PIN = ("2468", "zvpk97", "zvpk97")
 REFUSED = ("2468", "9800", "9800")
 
 HIDE_PAD = "DLG_PinPadHideDialog"
@@ -157,7 +168,7 @@ HINT_AGAIN = "Show this window during the next enrolment procedure"
 ENGLISH = {
     "PIN entry": [
         pin("pin", "Just opened: the PIN is too short yet"),
-        pin("pin-typed", "Both rules are met, OK is enabled", typed("135790")),
+        pin("pin-typed", "Both rules are met, OK is enabled", accepted("135790")),
         pin("pin-too-long", "One character more than the token takes", typed("123456789")),
         pin("pin-incorrect", "After a wrong PIN", noFailure=0),
         pin("pin-failed-earlier", "A wrong PIN was entered before this prompt", noFailure=0,
@@ -172,7 +183,8 @@ ENGLISH = {
     ],
     "PIN for a legally binding signature": [
         legal("legal-pin", "Just opened"),
-        legal("legal-pin-typed", "Both rules are met, Sign is enabled", typed("135790")),
+        legal("legal-pin-typed", "Both rules are met, Sign is enabled",
+              accepted("135790", button="Sign")),
         legal("legal-pin-incorrect", "After a wrong PIN", noFailure=0),
         legal_ex("legal-pin-ex", "With a counter: all tries are left"),
         legal_ex("legal-pin-ex-tries-left", "With a counter: two tries are left", triesLeft=2),
@@ -199,7 +211,7 @@ ENGLISH = {
         change("change-pin-old-typed", "The transport PIN has its length", typed("2468")),
         change("change-pin-mismatch", "The confirmation differs", typed("2468", "13579", "1357")),
         change("change-pin-met", "Everything is met, OK is enabled",
-               typed("2468", "13579", "13579")),
+               accepted("2468", "13579", "13579")),
         change("change-pin-ball", "What a red ball asks for, once it is pressed",
                (Press("Not met: Minimum PIN length 4 bytes"),)),
         change("change-pin-incorrect", "After a wrong PIN", noFailure=0),
@@ -210,12 +222,13 @@ ENGLISH = {
         by_puk_puk("unblock-puk-change-puk", "The same for the PUK, last try", finalTry=1),
         transport("transport-pin", "Unlocking a PIN with the PUK"),
         transport("transport-pin-incorrect", "After a wrong PUK", noFailure=0),
-        transport("transport-pin-met", "Everything is met", typed("12345678", "13579", "13579")),
+        transport("transport-pin-met", "Everything is met",
+                  accepted("12345678", "13579", "13579")),
     ],
     "Change of PIN under a policy": [
         policed("policed-pin", "Just opened"),
         policed("policed-pin-refused", "A PIN that the policy refuses", typed(*REFUSED)),
-        policed("policed-pin-met", "A PIN that the policy takes", typed(*NEW_PIN)),
+        policed("policed-pin-met", "A PIN that the policy takes", accepted(*NEW_PIN)),
         policed("policed-pin-distance", "Why the distance of neighbours is refused",
                 (*typed(*REFUSED), Press("Not met: Distance"))),
         policed("policed-pin-diversification", "Why the mixture of characters is refused",
@@ -241,12 +254,12 @@ ENGLISH = {
     "Unblocking with the help desk": [
         response("response", "Just opened"),
         response("response-short", "The response is not complete", typed("a1b2 c3d4")),
-        response("response-complete", "The response is complete", typed(RESPONSE)),
+        response("response-complete", "The response is complete", accepted(RESPONSE)),
         response("response-new-pin", "A new PIN is asked for", askNewPin=1),
         response("response-new-pin-mismatch", "The confirmation differs",
                  typed(RESPONSE, "13579", "1357"), askNewPin=1),
         response("response-new-pin-met", "Everything is met",
-                 typed(RESPONSE, "13579", "13579"), askNewPin=1),
+                 accepted(RESPONSE, "13579", "13579"), askNewPin=1),
         response("response-long-challenge", "A challenge of 64 bytes, a long label",
                  label=LONG_LABEL, challenge=bytes(range(64)).hex(), responseLength=64),
     ],
@@ -270,6 +283,7 @@ ENGLISH = {
         delete("delete-certificate", "A program wants to delete a certificate"),
         unlock("ask-unlock", "The token is locked"),
         ask_transport("ask-transport-pin", "The token has its transport PIN still"),
+
         expiry("ask-expiry", "The PIN is about to expire", number=3),
     ],
     "Notices": [

@@ -27,7 +27,7 @@ STATES = {1: "active", 4: "checked", 6: "defunct", 7: "editable", 8: "enabled", 
 RELATIONS = {1: "label-for", 2: "labelled-by", 16: "description-for", 17: "described-by"}
 ON_SCREEN = 0
 # A window is painted in pieces: it counts as painted when it has stayed the same for so long.
-STILL_SECONDS = 0.2
+STILL_SECONDS = 0.15
 
 # Roles whose accessible name is the text that is drawn.
 DRAWN = ("label", "push button", "check box", "radio button", "toggle button", "table cell",
@@ -421,6 +421,9 @@ class Screen:
 
     def fill(self, window, values):
         """Types the values into the window's fields, in their order; an empty one into none."""
+        if not values:
+            return
+
         def editable():
             found = [node for node in window.walk() if "editable" in node.states]
             return found if len(found) >= len(values) else None

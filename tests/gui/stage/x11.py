@@ -299,9 +299,13 @@ class X11:
         held = [self._key_for(_x11.XStringToKeysym(held.encode()))[0] for held in names]
         self._stroke(code, held)
 
-    def click(self, x, y, button=1):
+    def point(self, x, y):
+        """Moves the pointer there."""
         _xtst.XTestFakeMotionEvent(self._display, -1, x, y, 0)
         self._sync()
+
+    def click(self, x, y, button=1):
+        self.point(x, y)
         for down in (1, 0):
             _xtst.XTestFakeButtonEvent(self._display, button, down, 0)
             self._sync()
