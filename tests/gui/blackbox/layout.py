@@ -65,8 +65,9 @@ def text_gaps(control):
 class Layout:
     """The complaints about one window."""
 
-    def __init__(self, window, translate, from_right=False):
+    def __init__(self, window, translate=str, from_right=False, screen=SCREEN):
         self.window = window
+        self.screen = screen
         self.from_right = from_right
         self.controls = list(controls(window))
         # A ball is a button whose name is not drawn.
@@ -77,7 +78,7 @@ class Layout:
         self.bold = {translate("&Sign").replace("&", "")}
 
     def complaints(self):
-        if not inside(self.window.box, SCREEN):
+        if not inside(self.window.box, self.screen):
             yield f"the window is larger than the screen: {self.window}"
         area = self.window.children[0].box
         for control in self.controls:

@@ -501,10 +501,10 @@ class Screen:
 
         def still():
             nonlocal seen, since
-            pixels = self.pixels(window)
+            pixels = self.x11.pixels(self.x11.geometry(number, frame=True))
             if pixels != seen:
                 seen, since = pixels, time.monotonic()
-            return time.monotonic() - since > STILL_SECONDS
+            return len(set(seen)) > 1 and time.monotonic() - since > STILL_SECONDS
         wait_until(still, what="a picture that stays the same")
         self.screenshot(path, window, margin)
 

@@ -1,0 +1,192 @@
+#!/usr/bin/python3
+"""Every dialog in dark and high-contrast themes and at twice the scale: room for all texts,
+contrasts that can be read, sharp icons. The themes are those that the toolkit has inside.
+"""
+
+import os
+import unittest
+from typing import NamedTuple
+
+from every_dialog import DIALOGS
+from layout import RULE_STATES, Layout
+from picture import Picture, contrast, icons_in
+from stage import Stage, StageTestCase, take_snapshot, wait_until
+
+# Room for the largest dialog at twice the scale.
+WIDTH, HEIGHT = 2048, 1536
+READABLE, READABLE_IF_LARGE = 4.5, 3
+# Of an icon's pixels; the rest is its inside and what is around it.
+SEEN_SHARE = 0.08
+SAME_SHARE = 0.95
+GRAPHICS = ("icon", "redundant object")
+BALLS = tuple(state % "" for state in RULE_STATES)
+CONFIRMING = ("OK", "Sign")
+ENROLMENT = "DLG_ShowSupertokenEnrolDlg"
+HIDE_NOTIFICATION = "DLG_HideSupertokenDlg"
+NEXT_STEP = "DLG_PinPadKeyboardInputNextPin"
+
+
+class Look(NamedTuple):
+    environment: dict
+    scale: int = 1
+    # Whether the background is dark.
+    dark: bool = False
+
+
+LIGHT = Look({"GTK_THEME": "Adwaita"})
+DARK = Look({"GTK_THEME": "Adwaita:dark"}, dark=True)
+HIGH_CONTRAST = Look({"GTK_THEME": "HighContrast"})
+INVERSE = Look({"GTK_THEME": "HighContrastInverse"}, dark=True)
+TWICE = Look({"GTK_THEME": "Adwaita", "GDK_SCALE": "2"}, scale=2)
+
+
+def setUpModule():
+    stage = unittest.enterModuleContext(Stage(size=f"{WIDTH}x{HEIGHT}"))
+    unittest.addModuleCleanup(os.environ.update, dict(os.environ))
+    os.environ.update(stage.environment)
+
+
+def is_large(label):
+    """Whether the guidelines call it large text."""
+    attributes = label.node.default_text_attributes
+    size = float(attributes["size"])
+    return size >= 18 or size >= 14 and int(attributes["weight"]) >= 700
+
+
+class LookCase(StageTestCase):
+    def check_all(self, look):
+        self.look = look
+        self.texts = self.graphics = 0
+        for registry in {dialog.registry: None for dialog in DIALOGS}:
+            host = self.start_host(registry=registry, environment=look.environment)
+            for dialog in DIALOGS:
+                if dialog.registry == registry:
+                    with self.subTest(dialog.name):
+                        self.check(host, dialog)
+            host.close()
+        # What is looked for is there at all.
+        self.assertGreater(self.texts, 150)
+        self.assertGreater(self.graphics, 70)
+
+    def check(self, host, dialog):
+        arguments = {key: value for key, value in dialog.arguments.items() if value is not None}
+        call = host.call(dialog.export, **arguments)
+        window = self.screen.find_window(dialog.title, host)
+        if dialog.title == "PinPad":
+            call.result()
+            host.run(NEXT_STEP)
+        try:
+            self.expect_good(window)
+            if dialog.typed:
+                self.fill(window, dialog)
+                self.expect_good(window)
+        finally:
+            self.remove(host, dialog, call, window)
+
+    def fill(self, window, dialog):
+        """Puts in what makes everything in order."""
+        fields = [seen.node for seen in take_snapshot(window).walk() if "editable" in seen.states]
+        for field, value in zip(fields, filter(None, (dialog.answer, *dialog.typed)), strict=True):
+            field.set_text(value)
+
+        def may_confirm():
+            return any(seen.name in CONFIRMING and "sensitive" in seen.states
+                       for seen in take_snapshot(window).walk())
+        wait_until(may_confirm, what="a button that confirms", seen=window.dump)
+
+    def remove(self, host, dialog, call, window):
+        if not dialog.hide:
+            self.screen.close_window(window)
+        call.result()
+        if dialog.export == ENROLMENT:
+            host.run(HIDE_NOTIFICATION)  # it follows its hint
+        elif dialog.hide:
+            host.run(dialog.hide)
+        self.screen.wait_gone(window)
+
+    def expect_good(self, window):
+        """What is not painted yet has no contrast: looks until there is nothing to complain of."""
+        found = []
+
+        def none():
+            found[:] = self.complaints(window)
+            return not found
+        try:
+            wait_until(none, 2, "a good look")
+        except AssertionError:
+            self.assertEqual([], found)
+
+    def complaints(self, window):
+        snapshot = take_snapshot(window)
+        scale = self.look.scale
+        layout = Layout(snapshot, screen=(0, 0, WIDTH // scale, HEIGHT // scale))
+        picture = self.picture(window)
+        origin = snapshot.children[0].box
+        yield from layout.complaints()
+        if self.is_dark(picture) != self.look.dark:
+            yield "the theme is another one"
+        for seen in snapshot.walk():
+            check = self.check_for(seen)
+            if check is None:
+                continue
+            x, y, width, height = seen.box
+            part = picture.part((x - origin[0]) * scale, (y - origin[1]) * scale, width * scale,
+                                height * scale)
+            if part.pixels:
+                yield from check(seen, part)
+            else:
+                yield f"{seen} is not in the window"
+
+    def check_for(self, seen):
+        if seen.role == "label" and seen.text and "sensitive" in seen.states:
+            return self.text_complaints
+        if seen.role in GRAPHICS or seen.name.startswith(BALLS):
+            return self.graphic_complaints
+        return None
+
+    def picture(self, window):
+        area = self.screen.x11.geometry(self.screen.x11_window(window))
+        return Picture(self.screen.x11.pixels(area), area[2])
+
+    @staticmethod
+    def is_dark(picture):
+        corner = picture.pixels[picture.width * 2 + 2]
+        return contrast(corner, (0, 0, 0)) < contrast(corner, (255, 255, 255))
+
+    def text_complaints(self, label, part):
+        self.texts += 1
+        ratio = part.text_contrast()
+        if ratio < READABLE and not (ratio >= READABLE_IF_LARGE and is_large(label)):
+            yield f"{label} has a contrast of {ratio:.2f}"
+
+    def graphic_complaints(self, graphic, part):
+        self.graphics += 1
+        share = part.share_beyond(READABLE_IF_LARGE)
+        # A decoration may be pale: it says nothing that words do not.
+        if share < SEEN_SHARE and graphic.role != "redundant object":
+            yield f"of {graphic} only {share:.2f} is seen"
+        if self.look.scale == 2:
+            like = max(map(part.likeness, icons_in(part.width, part.height)), default=0)
+            if like < SAME_SHARE:
+                yield f"{graphic} is not the form for twice the scale: {like:.2f} of it"
+
+
+class Looks(LookCase):
+    def test_the_light_theme(self):
+        self.check_all(LIGHT)
+
+    def test_the_dark_theme(self):
+        self.check_all(DARK)
+
+    def test_high_contrast(self):
+        self.check_all(HIGH_CONTRAST)
+
+    def test_inverse_high_contrast(self):
+        self.check_all(INVERSE)
+
+    def test_twice_the_scale(self):
+        self.check_all(TWICE)
+
+
+if __name__ == "__main__":
+    unittest.main()
