@@ -7,9 +7,9 @@ import gi
 gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
-from .wait import Gone, StageError  # noqa: E402
+from .wait import Gone, StageError, scaled  # noqa: E402
 
-TIMEOUT_MS = 3000
+TIMEOUT_MS = int(scaled(3000))
 
 
 class Bus:
