@@ -15,10 +15,8 @@
 namespace zeldlg {
 namespace {
 
-void AppendWord(std::string& out, size_t word) {
-    const auto value = static_cast<uint32_t>(word);
-    out.append(reinterpret_cast<const char*>(&value), sizeof value);
-}
+using test::GoodCatalogue;
+using test::MakeCatalogue;
 
 void SetWord(std::string& file, size_t offset, uint32_t value) {
     memcpy(file.data() + offset, &value, sizeof value);
@@ -58,6 +56,10 @@ std::string GoodCatalogue() {
 // The same with the other byte order.
 std::string Swapped(std::string file, size_t entries) {
     const size_t tables = 28 + 2 * entries * 8;
+TEST(CatalogueCheck, AcceptsAGoodOneInBothByteOrders) {
+    std::string file = GoodCatalogue();
+    EXPECT_TRUE(IsSoundCatalogue(file));
+    const size_t tables = 28 + 2 * 3 * 8;
     for (size_t word = 0; word < tables; word += 4) {
         std::swap(file[word], file[word + 3]);
         std::swap(file[word + 1], file[word + 2]);

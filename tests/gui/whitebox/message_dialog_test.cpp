@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "dialogs/message_boxes.h"
+#include "runtime/handlers/message_box_handler.h"
 #include "test_app.h"
 
 namespace zeldlg {
@@ -394,6 +395,29 @@ INSTANTIATE_TEST_SUITE_P(
         BoxRow{[] { ShowTokenErrorBox(nullptr, 5); }, "Error", "Device error (0x05)", wxART_ERROR},
         BoxRow{[] { ShowUnknownErrorBox(nullptr, 0x1FF); }, "Error", "Unknown error (0x1FF)",
                wxART_ERROR}));
+
+TEST(MessageBoxRequests, EachCodeShowsItsBoxAndTheAnswerStaysUntouched) {
+    const struct {
+        uint64_t code;
+        const char* caption;
+        wxArtID art;
+    } rows[] = {{0x1001, "Error", wxART_ERROR},
+                {0x1002, "Information", wxART_INFORMATION},
+                {0x1003, "Question", wxART_QUESTION}};
+    for (const auto& row : rows) {
+        for (const wchar_t* const text : {L"Well?", static_cast<const wchar_t*>(nullptr)}) {
+            const Answering user(wxID_OK);
+            bool answer = false;
+            CMessage message(row.code, reinterpret_cast<uint64_t>(text),
+                             reinterpret_cast<uint64_t>(&answer));
+            EXPECT_TRUE(HandleMessageBox(&message));
+            EXPECT_EQ(user.m_caption, row.caption);
+            EXPECT_EQ(user.m_text, text == nullptr ? "" : "Well?");
+            EXPECT_EQ(user.m_art, row.art);
+            EXPECT_FALSE(answer);
+        }
+    }
+}
 
 struct QuestionRow {
     bool (*ask)();
