@@ -146,8 +146,6 @@ struct Row {
     bool retry;
 };
 
-void PrintTo(const Row& row, std::ostream* out) { *out << std::hex << row.code; }
-
 class Named : public testing::TestWithParam<Row> {};
 
 TEST_P(Named, ErrorsReadAsTheyShould) {
