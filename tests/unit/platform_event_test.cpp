@@ -224,6 +224,20 @@ TEST(Event, MoreEventsThanAWaitHoldsInItsFrame) {
     EXPECT_EQ(WaitForEvents(100, pointers.data(), false, 0), 99);
 }
 
+TEST(Event, AWaitForManyEventsEndsWithAnyOfThemOrItsTime) {
+    std::array<ManualResetEvent, 100> events;
+    std::vector<ManualResetEvent*> pointers;
+    for (ManualResetEvent& event : events) {
+        pointers.push_back(&event);
+    }
+    EXPECT_EQ(WaitForEvents(100, pointers.data(), false, 1), kWaitTimedOut);
+    const Waiting waiting(pointers, false);
+    EXPECT_TRUE(StaysBlocked(waiting));
+    events[73].Set();
+    EXPECT_TRUE(WaitUntil([&] { return waiting.IsDone(); }));
+    EXPECT_EQ(waiting.Result(), 73);
+}
+
 TEST(Event, PulseReleasesWhoWaitsNowAndLeavesTheEventUnset) {
     ManualResetEvent event;
     const Waiting first({&event}, false);
@@ -278,6 +292,20 @@ TEST(Event, WaitForAllIsSatisfiedOnlyWhenEveryEventIsSet) {
     EXPECT_EQ(waiting.Result(), 0);
     EXPECT_TRUE(WaitForEvent(a, 0));
     EXPECT_FALSE(WaitForEvent(b, 0));
+}
+
+TEST(Event, WaitForAllTakesBackWhatIsResetBeforeTheOtherIsSet) {
+    ManualResetEvent a;
+    ManualResetEvent b;
+    const Waiting waiting({&a, &b}, true);
+    EXPECT_TRUE(StaysBlocked(waiting));
+    a.Set();
+    a.Reset();
+    b.Set();
+    EXPECT_TRUE(StaysBlocked(waiting));
+    a.Set();
+    EXPECT_TRUE(WaitUntil([&] { return waiting.IsDone(); }));
+    EXPECT_EQ(waiting.Result(), 0);
 }
 
 TEST(Event, WaitForAllThatTimesOutUsesNothingUp) {

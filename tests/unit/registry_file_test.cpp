@@ -276,6 +276,15 @@ TEST_F(RegistryRefresh, MissingUserFileIsMadeFromTheShippedOne) {
     EXPECT_EQ(Mode(UserFile()), 0766U);
 }
 
+TEST_F(RegistryRefresh, MissingUserFileIsMadeWhereASymbolicLinkLeads) {
+    WriteFile(ShippedFile(), SmallRegistry("00000001", kStampOne));
+    std::filesystem::create_directories(UserDirectoryPath());
+    std::filesystem::create_symlink(scratch / "linked", UserFile());
+    RefreshUserFile(Places());
+    EXPECT_EQ(ReadFile(scratch / "linked"), SmallRegistry("00000001", kStampOne));
+    EXPECT_TRUE(std::filesystem::is_symlink(UserFile()));
+}
+
 TEST_F(RegistryRefresh, UserFileWithTheSameStampIsKept) {
     WriteFile(ShippedFile(), SmallRegistry("00000001", kStampOne));
     WriteFile(UserFile(), SmallRegistry("00000002", kStampOne));

@@ -215,6 +215,22 @@ TEST(RegistryText, DeletedValueIsGoneWithItsRepetitions) {
     EXPECT_EQ(WriteText(*text), kStart + "[Root\\A]\r\n\"y\"=dword:00000002\r\n\r\n");
 }
 
+TEST(RegistryText, KeyWithoutASectionHasNoValueToDelete) {
+    const auto text = MakeText(kStart + "[Root\\A\\B]\r\n\r\n");
+    EXPECT_FALSE(text->DeleteValue(*FindKey(*text, "Root\\A"), "x"));
+}
+
+TEST(RegistryText, DeletedRootIsGoneAndMadeAgainWhereItIsAskedFor) {
+    const auto text = MakeText(kStart + "[One]\r\n\"x\"=dword:00000001\r\n\r\n[Two]\r\n\r\n");
+    EXPECT_TRUE(text->Children(text->Root("One")).empty());
+    text->Delete(text->Root("One"));
+    EXPECT_EQ(WriteText(*text), kStart + "[Two]\r\n\r\n");
+    KeyNode& again = text->Root("One");
+    EXPECT_EQ(text->Value(again, "x"), std::nullopt);
+    EXPECT_TRUE(text->SetValue(again, "y", {kTypeNumber, 2, {}}));
+    EXPECT_EQ(WriteText(*text), kStart + "[Two]\r\n\r\n[One]\r\n\"y\"=dword:00000002\r\n\r\n");
+}
+
 TEST(RegistryText, NewKeyIsWrittenWithTheParentsThatWereMissing) {
     const auto text = MakeText(kStart + "[Root\\A]\r\n\r\n[Root\\B\\X]\r\n\r\n");
     text->Create(R"(Root\New\Sub\Key)");

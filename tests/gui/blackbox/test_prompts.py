@@ -5,7 +5,7 @@ import os
 import subprocess
 import unittest
 
-from stage import CANCELLED, FAILED, OK, StageTestCase
+from stage import CANCELLED, FAILED, OK, StageTestCase, make_locales
 
 CERTIFICATE = "DLG_ShowConfirmDeleteCertificate"
 
@@ -111,6 +111,18 @@ class Certificate(PromptCase):
         for name in ("application", "label"):
             self.assertEqual(FAILED, self.host.run(CERTIFICATE, **{name: b"M\xfcller"}))
         self.open(CERTIFICATE, issuedTo=b"M\xfcller")
+        self.assertIn("Issued To: M\ufffdller\n", self.text())
+        self.end("No")
+
+    def test_bytes_of_the_locale_are_read_where_they_are_not_utf_8(self):
+        locale = "de_DE.ISO-8859-1"
+        self.host = self.start_host(environment={"LC_ALL": locale,
+                                                 "LOCPATH": make_locales(locale)})
+        self.host.run("DLG_GetLocale")  # the toolkit sets the locale when it starts
+        self.open(CERTIFICATE, application=b"M\xfcller", label="K\u00e4rtchen",
+                  issuedTo=b"M\xfcller")
+        self.assertIn("The application M\u00fcller is", self.text())
+        self.assertIn('label "K\u00e4rtchen"', self.text())
         self.assertIn("Issued To: M\ufffdller\n", self.text())
         self.end("No")
 

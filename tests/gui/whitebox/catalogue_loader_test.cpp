@@ -5,8 +5,7 @@
 #include <wx/utils.h>
 
 #include <filesystem>
-#include <fstream>
-#include <memory>
+#include <string>
 
 #include "support/catalogue_bytes.h"
 #include "support/registry_fixture.h"
@@ -21,16 +20,18 @@ protected:
 
     /// Whether the catalogue is found by a loader with that folder of its own.
     static bool IsFound(const std::string& prefix) {
-        CatalogueLoader loader(prefix);
-        const std::unique_ptr<wxMsgCatalog> found(loader.LoadCatalog("some", "de"));
-        return found != nullptr;
+        wxTranslations translations;
+        translations.SetLoader(new CatalogueLoader(prefix));
+        translations.SetLanguage("de");
+        translations.AddCatalog("some");
+        return translations.GetTranslatedString("Cancel") != nullptr;
     }
 
-    const test::ScratchDirectory m_folder;
+    const registry::test::ScratchDirectory m_folder;
 };
 
 TEST_F(CatalogueLoading, ItsOwnFolderAndThatOfTheEnvironmentAreSearched) {
-    test::WriteFile(Path(), test::GoodCatalogue());
+    registry::test::WriteFile(Path(), test::GoodCatalogue());
     const std::string folder = m_folder / "";
     EXPECT_TRUE(IsFound(folder));
     EXPECT_FALSE(IsFound(""));
@@ -43,7 +44,7 @@ TEST_F(CatalogueLoading, ItsOwnFolderAndThatOfTheEnvironmentAreSearched) {
 
 TEST_F(CatalogueLoading, AFileBeyondAllReasonCountsAsMissing) {
     constexpr std::uintmax_t kLargest = std::uintmax_t{16} << 20U;
-    test::WriteFile(Path(), test::GoodCatalogue());
+    registry::test::WriteFile(Path(), test::GoodCatalogue());
     std::filesystem::resize_file(Path(), kLargest);
     EXPECT_TRUE(IsFound(m_folder / ""));
     std::filesystem::resize_file(Path(), kLargest + 1);

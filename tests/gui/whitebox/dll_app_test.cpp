@@ -5,8 +5,6 @@
 #include <wx/image.h>
 #include <wx/translation.h>
 
-#include <algorithm>
-
 namespace zeldlg {
 
 namespace {
