@@ -21,9 +21,13 @@ constexpr uint32_t kParkTimeoutMs = 1000;
 std::atomic<bool> g_guiThreadIsUp{false};
 std::atomic<pthread_t> g_guiThread{};
 
+// What the exiting thread waits for. Handed over here and not by the main context, whose locks a
+// thread sanitizer does not see.
+std::atomic<ManualResetEvent*> g_parked{nullptr};
+
 // A host that runs the main context itself gets here too: its thread goes on.
-gboolean ParkForever(gpointer parked) {
-    static_cast<ManualResetEvent*>(parked)->Set();
+gboolean ParkForever(gpointer) {
+    g_parked.load()->Set();
     if (pthread_equal(pthread_self(), g_guiThread) == 0) {
         return G_SOURCE_REMOVE;
     }
@@ -46,7 +50,8 @@ public:
         if (platform::CreateEvent(platform::EventKind::ManualReset, &parked) != 0) {
             return;
         }
-        g_idle_add_full(G_PRIORITY_HIGH, ParkForever, parked, nullptr);
+        g_parked = parked;
+        g_idle_add_full(G_PRIORITY_HIGH, ParkForever, nullptr, nullptr);
         platform::WaitForEvent(*parked, kParkTimeoutMs);
     }
 

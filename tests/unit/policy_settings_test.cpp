@@ -18,8 +18,10 @@ constexpr const char* kPoliciesSection =
     "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0\\Policies";
 
 std::string Registry(const std::string& values) {
-    return std::string("REGEDIT4\r\n\r\n") + kPoliciesSection + "]\r\n\r\n" + kPoliciesSection +
-           "\\Set]\r\n" + values + "\r\n";
+    std::string text = "REGEDIT4\r\n\r\n";
+    text.append(kPoliciesSection).append("]\r\n\r\n");
+    text.append(kPoliciesSection).append("\\Set]\r\n").append(values).append("\r\n");
+    return text;
 }
 
 /// No field has the value that a reading would leave behind by accident.

@@ -135,6 +135,13 @@ TEST_F(RegistryStore, BackslashesAtTheEndsOfAPathMakeNoDifference) {
     EXPECT_EQ(Key(HKEY_LOCAL_MACHINE, L"A\\\\B").error, kNotFound);
 }
 
+TEST_F(RegistryStore, PathBelowAKeyWhoseNameEndsWithABackslashHasOneBackslashThere) {
+    UseFile(kStart + "[HKEY_LOCAL_MACHINE\\A\\]\r\n\r\n[HKEY_LOCAL_MACHINE\\A\\B]\r\n\r\n");
+    const Key key(HKEY_LOCAL_MACHINE, L"A\\\\");
+    ASSERT_EQ(key.error, kSuccess);
+    EXPECT_EQ(Key(key.handle, L"B").error, kSuccess);
+}
+
 TEST_F(RegistryStore, PathIsRelativeToAnOpenKey) {
     UseFile(kStart + "[HKEY_LOCAL_MACHINE\\A\\B]\r\n\"x\"=dword:00000001\r\n\r\n");
     const Key parent(HKEY_LOCAL_MACHINE, L"a");

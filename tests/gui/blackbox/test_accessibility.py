@@ -197,6 +197,7 @@ class Announcements(AccessibilityCase):
                 self.type(field, value)
             events.wait_for("Announcement", "The informed password is correct and fullfilled all "
                                             "the password policy requirements !")
+            self.end(dialog)
 
 
 if __name__ == "__main__":

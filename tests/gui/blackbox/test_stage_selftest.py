@@ -179,8 +179,11 @@ class WithSubject(unittest.TestCase):
 
     def test_a_screenshot_holds_the_window_with_its_frame(self):
         number = self.screen.x11_window(self.window)
+        height = self.screen.x11.geometry(number)[3]
+        # The window manager tells the size of the frame after it has taken the window.
+        wait_until(lambda: self.screen.x11.geometry(number, frame=True)[3] > height,
+                   what="the title bar")
         frame = self.screen.x11.geometry(number, frame=True)
-        self.assertGreater(frame[3], self.screen.x11.geometry(number)[3], "the title bar")
         with tempfile.TemporaryDirectory() as directory:
             path = os.path.join(directory, "window.png")
 
