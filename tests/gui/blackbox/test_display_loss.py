@@ -41,7 +41,7 @@ class DisplayLoss(StageTestCase):
         self.assertLess(call.elapsed(), 1)
         self.assertTrue(call.untouched("buffer"))
         self.host.run("DLG_Finalize")
-        self.assertEqual(0, self.host.quit())
+        self.assertEqual(0, self.host.quit(), self.host.stderr())
         self.assertIn("the connection to the display is lost", self.host.stderr())
 
     def test_while_a_dialog_is_open_its_call_fails_and_the_host_lives(self):
