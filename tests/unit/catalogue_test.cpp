@@ -16,50 +16,16 @@ namespace zeldlg {
 namespace {
 
 using test::GoodCatalogue;
+using test::kCatalogueHeader;
 using test::MakeCatalogue;
 
 void SetWord(std::string& file, size_t offset, uint32_t value) {
     memcpy(file.data() + offset, &value, sizeof value);
 }
 
-// A catalogue as msgfmt writes it: header, table of originals, table of translations, texts.
-std::string MakeCatalogue(const std::vector<std::pair<std::string, std::string>>& entries) {
-    const size_t originals = 28;
-    const size_t translations = originals + entries.size() * 8;
-    std::string file;
-    for (const size_t word : {size_t{0x950412de}, size_t{0}, entries.size(), originals,
-                              translations, size_t{0}, size_t{0}}) {
-        AppendWord(file, word);
-    }
-    std::string texts;
-    const size_t textStart = translations + entries.size() * 8;
-    const auto addTable = [&](const auto& textOf) {
-        for (const auto& entry : entries) {
-            AppendWord(file, textOf(entry).size());
-            AppendWord(file, textStart + texts.size());
-            texts += textOf(entry);
-            texts += '\0';
-        }
-    };
-    addTable([](const auto& entry) -> const std::string& { return entry.first; });
-    addTable([](const auto& entry) -> const std::string& { return entry.second; });
-    return file + texts;
-}
-
-const std::string kHeader =
-    "Content-Type: text/plain; charset=UTF-8\nPlural-Forms: nplurals=2; plural=n != 1;\n";
-
-std::string GoodCatalogue() {
-    return MakeCatalogue({{"", kHeader}, {"Cancel", "Abbrechen"}, {"OK", "In Ordnung"}});
-}
-
 // The same with the other byte order.
 std::string Swapped(std::string file, size_t entries) {
     const size_t tables = 28 + 2 * entries * 8;
-TEST(CatalogueCheck, AcceptsAGoodOneInBothByteOrders) {
-    std::string file = GoodCatalogue();
-    EXPECT_TRUE(IsSoundCatalogue(file));
-    const size_t tables = 28 + 2 * 3 * 8;
     for (size_t word = 0; word < tables; word += 4) {
         std::swap(file[word], file[word + 3]);
         std::swap(file[word + 1], file[word + 2]);
@@ -75,7 +41,8 @@ TEST(CatalogueCheck, AcceptsAGoodOneInBothByteOrders) {
 
 TEST(CatalogueCheck, GivesEveryTextWithItsTranslationInBothByteOrders) {
     using Entries = std::vector<std::pair<std::string, std::string>>;
-    const Entries expected = {{"", kHeader}, {"Cancel", "Abbrechen"}, {"OK", "In Ordnung"}};
+    const Entries expected = {
+        {"", kCatalogueHeader}, {"Cancel", "Abbrechen"}, {"OK", "In Ordnung"}};
     for (const std::string& file : {GoodCatalogue(), Swapped(GoodCatalogue(), 3)}) {
         Entries found;
         ForEachTranslation(file, [&](std::string_view text, std::string_view translation) {
