@@ -167,8 +167,10 @@ class Demo(StageTestCase):
                 self.assertNotEqual("", err)
 
     def start(self, *words):
-        process = subprocess.Popen([os.environ["ZELDLG_DEMO"], *words], stdout=subprocess.PIPE,
-                                   stderr=subprocess.PIPE, text=True)
+        # Instrumented programs do not find a library by their own search path.
+        process = subprocess.Popen(
+            [os.environ["ZELDLG_DEMO"], "--library", os.environ["ZELDLG_LIBRARY"], *words],
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         self.addCleanup(process.kill)
         return process
 
