@@ -5,6 +5,8 @@
 #include <wx/stdpaths.h>
 #include <wx/utils.h>
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "resources/catalogue_check.h"
@@ -12,6 +14,8 @@
 namespace zeldlg {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 // Far beyond any catalogue: what is larger is not read into memory.
 constexpr wxFileOffset kLargestCatalogue = wxFileOffset{16} << 20;
@@ -27,6 +31,11 @@ bool ReadFile(const wxString& path, std::string& bytes) {
     }
     bytes.resize(static_cast<size_t>(size));
     return file.Read(bytes.data(), bytes.size()) == static_cast<ssize_t>(size);
+}
+
+bool IsFile(const std::string& path) {
+    std::error_code ignored;
+    return fs::is_regular_file(path, ignored);
 }
 
 }  // namespace
@@ -50,6 +59,22 @@ wxMsgCatalog* CatalogueLoader::LoadCatalog(const wxString& domain, const wxStrin
         }
     }
     return nullptr;
+}
+
+wxArrayString CatalogueLoader::GetAvailableTranslations(const wxString& domain) const {
+    wxArrayString languages;
+    const std::string file = std::string("/") + domain.fn_str().data() + ".mo";
+    for (const wxString& prefix : Prefixes()) {
+        std::error_code ignored;
+        for (fs::directory_iterator each(prefix.fn_str().data(), ignored), end; each != end;
+             each.increment(ignored)) {
+            const std::string& folder = each->path().native();
+            if (IsFile(folder + "/LC_MESSAGES" + file) || IsFile(folder + file)) {
+                languages.Add(wxString(each->path().filename().c_str(), *wxConvFileName));
+            }
+        }
+    }
+    return languages;
 }
 
 std::vector<wxString> CatalogueLoader::Files(const wxString& domain, const wxString& lang) const {

@@ -36,6 +36,15 @@ wxString DirectionMark(const wxWindow& window, const PangoLayoutLine& line, cons
     return line.resolved_dir == PANGO_DIRECTION_RTL ? L"\u200F" : L"\u200E";
 }
 
+wxStaticText* NewLabel(wxWindow* parent, const wxString& text) {
+    return new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(text));
+}
+
+// As most texts do. The label has measured itself anyway.
+bool FitsOneLine(const wxStaticText& label, const wxString& text) {
+    return text.find('\n') == wxString::npos && label.GetBestSize().x <= kTextWidth;
+}
+
 }  // namespace
 
 wxString WrapText(wxWindow& window, const wxString& text, int width) {
@@ -67,9 +76,13 @@ wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, in
 }
 
 wxStaticText* NewText(wxWindow* parent, const wxString& text) {
+    wxStaticText* const label = NewLabel(parent, text);
+    if (FitsOneLine(*label, text)) {
+        return label;
+    }
     const wxString wrapped = WrapText(*parent, text);
-    auto* const label = new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(wrapped));
     if (wrapped != text) {
+        label->SetLabelText(wrapped);
         SetAccessibleName(*label, text);
     }
     return label;
@@ -99,13 +112,17 @@ void TellWhole(wxWindow& window, const wxString& text) {
 }
 
 wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
-    const ElidedText elided = ElideText(*parent, text, maxLines);
-    if (!elided.isCut) {
-        return NewText(parent, text);
+    wxStaticText* const heading = NewLabel(parent, text);
+    if (FitsOneLine(*heading, text)) {
+        return heading;
     }
-    auto* const heading =
-        new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(elided.shown));
-    TellWhole(*heading, text);
+    const ElidedText elided = ElideText(*parent, text, maxLines);
+    heading->SetLabelText(elided.shown);
+    if (elided.isCut) {
+        TellWhole(*heading, text);
+    } else if (elided.shown != text) {
+        SetAccessibleName(*heading, text);
+    }
     return heading;
 }
 

@@ -2,6 +2,7 @@
 #include "resources/catalogue_loader.h"
 
 #include <gtest/gtest.h>
+#include <wx/arrstr.h>
 #include <wx/utils.h>
 
 #include <filesystem>
@@ -49,6 +50,27 @@ TEST_F(CatalogueLoading, AFileBeyondAllReasonCountsAsMissing) {
     EXPECT_TRUE(IsFound(m_folder / ""));
     std::filesystem::resize_file(Path(), kLargest + 1);
     EXPECT_FALSE(IsFound(m_folder / ""));
+}
+
+TEST_F(CatalogueLoading, TheToolkitsOwnWayFindsTheSameLanguages) {
+    for (const char* const file :
+         {"/de/LC_MESSAGES/some.mo", "/fr_CH/some.mo", "/pt_BR/LC_MESSAGES/other.mo",
+          "/empty/LC_MESSAGES/none", "/sr@latin/LC_MESSAGES/some.mo", "/some.mo"}) {
+        registry::test::WriteFile(m_folder / file, test::GoodCatalogue());
+    }
+    std::filesystem::create_directories(m_folder / "/folder/some.mo");
+    std::filesystem::create_directory_symlink(m_folder / "/de", m_folder / "/link");
+    const CatalogueLoader loader(m_folder / "");  // now the toolkit searches there as well
+    for (const char* const domain : {"some", "other", "none", "gtk30"}) {
+        wxArrayString expected = wxFileTranslationsLoader().GetAvailableTranslations(domain);
+        wxArrayString found = loader.GetAvailableTranslations(domain);
+        expected.Sort();
+        found.Sort();
+        EXPECT_EQ(found, expected) << domain;
+    }
+    wxArrayString some = loader.GetAvailableTranslations("some");
+    some.Sort();
+    EXPECT_EQ(wxJoin(some, ' '), "de fr_CH link sr@latin");
 }
 
 }  // namespace
