@@ -27,7 +27,7 @@ class Runs:
 
 
 def measure(rounds, say):
-    ours, bare = Runs(), Runs()
+    ours, bare, translated = Runs(), Runs(), Runs()
     for turn in range(rounds):
         say(f"dialogs, {turn + 1} of {rounds}")
         # Who comes first finds the files in memory as the other left them: each in turn.
@@ -36,11 +36,13 @@ def measure(rounds, say):
                 ours.add(programs.host("dialogs", DIALOGS, probed=True))
             else:
                 bare.add(programs.bare(DIALOGS, probed=True))
+        translated.add(programs.bare("locale", DIALOGS, probed=True))
     more = [mine - theirs for mine, theirs in zip(ours.closing, bare.closing)]
     memory = [mine - theirs for mine, theirs in zip(ours.rss, bare.rss)]
     return [
         Figure("cold: program start to focus", ours.cold, "ms"),
         Figure("cold: the bare program", bare.cold, "ms"),
+        Figure("cold: the bare program with translations", translated.cold, "ms"),
         Figure("cold: ratio", ratios(ours.cold, bare.cold), "", 1.10),
         Figure("warm: call to focus", ours.warm, "ms"),
         Figure("warm: the bare program", bare.warm, "ms"),

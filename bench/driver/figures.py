@@ -42,8 +42,9 @@ class Figure:
         target = "" if self.target is None else \
             f"{'≥' if self.at_least else '≤'} {number(self.target)}"
         verdict = {None: "", True: "met", False: "**missed**"}[self.met]
+        is_median = self.share == 0.5 and len(self.samples) > 1
         return [self.name, f"{number(self.value)} {self.unit}".strip(),
-                f"{number(low)} – {number(high)}" if len(self.samples) > 1 else "",
+                f"{number(low)} – {number(high)}" if is_median else "",
                 target, verdict]
 
     def as_json(self):

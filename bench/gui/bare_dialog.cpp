@@ -2,7 +2,9 @@
 // toolkit is: what the library's own dialog is compared with.
 //
 //     zeldlg_bench_bare COUNT                shows it COUNT times, one after the other
+//     zeldlg_bench_bare locale COUNT         with the translations of the system's language
 //     zeldlg_bench_bare poll ROUNDS MS       shows nothing, and looks for events every 10 ms
+//     zeldlg_bench_bare sleep ROUNDS MS      the same without looking
 
 #include <glib.h>
 #include <unistd.h>
@@ -101,14 +103,18 @@ int ShowOnce() {
     return dialog.ShowModal();
 }
 
-// The least that a program costs whose toolkit is looked after every ten milliseconds.
-int PollAtIntervals(int rounds, int milliseconds) {
+void HandleEvents() {
+    while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+    }
+}
+
+// The least that a program costs that wakes up every ten milliseconds and does that.
+int WakeUpAtIntervals(int rounds, int milliseconds, void (*work)()) {
     for (; rounds > 0; --rounds) {
         const Cost before = CostSoFar();
         for (const int64_t end = NoteClock() + milliseconds * INT64_C(1000000);
              NoteClock() < end;) {
-            while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
-            }
+            work();
             usleep(10'000);
         }
         NoteCostSince(&before);
@@ -122,22 +128,31 @@ public:
     bool OnInit() override { return true; }
 
     int OnRun() override {
-        if (argc > 3 && argv[1] == "poll") {
-            return PollAtIntervals(wxAtoi(argv[2]), wxAtoi(argv[3]));
+        if (argc > 3) {
+            return WakeUpAtIntervals(
+                wxAtoi(argv[2]), wxAtoi(argv[3]), argv[1] == "poll" ? HandleEvents : [] {});
         }
-        for (int left = argc > 1 ? wxAtoi(argv[1]) : 1; left > 0; --left) {
+        if (argc > 2 && argv[1] == "locale") {
+            m_locale.Init(wxLANGUAGE_DEFAULT, wxLOCALE_LOAD_DEFAULT);
+            m_locale.AddCatalog("tokenutils");
+        }
+        for (int left = wxAtoi(argv[argc - 1]); left > 0; --left) {
+            usleep(BENCH_PAUSE);
+            HandleEvents();
             Note("call");
             const int answer = ShowOnce();
             Note("return");
             if (answer != wxID_OK) {
                 return EXIT_FAILURE;
             }
-            while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
-            }
+            HandleEvents();
         }
         NoteValue("rss", ResidentKb());
         return EXIT_SUCCESS;
     }
+
+private:
+    wxLocale m_locale;
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 /* dialogs COUNT: asks for a PIN that often, one time after the other. */
 #include <stdlib.h>
+#include <unistd.h>
 
 #include "host.h"
 #include "memory.h"
@@ -10,6 +11,7 @@ int MeasureDialogs(const Host* host) {
     for (long left = Argument(host, 0); left > 0; --left) {
         uint8_t bytes[64];
         PinBuffer pin = {bytes, sizeof bytes};
+        usleep(BENCH_PAUSE);
         Note("call");
         const uint32_t result = host->dialogs->ShowPinDialog(&request, &pin);
         Note("return");

@@ -10,6 +10,9 @@
 /* The descriptor's number stands in this variable; without it nothing is noted. */
 #define BENCH_NOTES "ZELDLG_BENCH_NOTES"
 
+/* Microseconds before each dialog: what the one before left to do is done. */
+#define BENCH_PAUSE 30000
+
 /* Nanoseconds of the monotonic clock. */
 static inline int64_t NoteClock(void) {
     struct timespec now;
