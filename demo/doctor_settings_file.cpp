@@ -1,6 +1,7 @@
 // The doctor on the settings file: which one, why, and what a start would do to it.
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -51,11 +52,20 @@ void ReportPlaces(Report& report, const EffectiveSettings& settings) {
     }
 }
 
+bool IsMissing(const std::string& file, const EffectiveSettings& settings) {
+    const auto place = std::find_if(settings.looked.begin(), settings.looked.end(),
+                                    [&](const SettingsPlace& each) { return each.file == file; });
+    return place != settings.looked.end() && IsNotThere(place->error);
+}
+
 // The stamp between its quotes.
-std::string StampOf(const std::string& file) {
+std::string StampOf(const std::string& file, const EffectiveSettings& settings) {
     const RegistryStamp stamp = ReadStamp(file);
+    if (!stamp.text && stamp.readable) {
+        return "none";
+    }
     if (!stamp.text) {
-        return stamp.readable ? "none" : "the file cannot be read";
+        return IsMissing(file, settings) ? "no file" : "the file cannot be read";
     }
     const std::string& text = *stamp.text;
     const size_t begin = text.find('=') + 1;
@@ -93,9 +103,9 @@ bool IsUsersLonger(const EffectiveSettings& settings) {
 void ReportStamps(Report& report, const EffectiveSettings& settings) {
     const std::string shipped = RegistryPath(settings.places.shippedDirectory);
     if (const auto directory = UserDirectory(settings.places)) {
-        report.Line("stamp of the user's", StampOf(RegistryPath(*directory)));
+        report.Line("stamp of the user's", StampOf(RegistryPath(*directory), settings));
     }
-    report.Line("stamp of the shipped", StampOf(shipped));
+    report.Line("stamp of the shipped", StampOf(shipped, settings));
     report.Line("the next start", NextStart(settings));
     if (settings.refresh == Refresh::Replace && settings.copied && IsUsersLonger(settings)) {
         report.Line("", "The user's file is longer: its end stays behind the copy.");

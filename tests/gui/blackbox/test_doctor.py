@@ -196,7 +196,10 @@ class Healthy(DoctorCase):
 
 class SettingsFile(DoctorCase):
     def test_none_at_all(self):
-        self.assert_problems(self.run_doctor(), "There is no settings file")
+        found = self.run_doctor()
+        self.assert_problems(found, "There is no settings file")
+        for whose in ("user's", "shipped"):
+            self.assertRegex(found.section("Settings file"), f"stamp of the {whose} +no file\n")
 
     def test_one_that_would_be_made(self):
         self.write(self.shipped_file, registry('"LimitPinToAscii"=dword:00000000'))
@@ -204,6 +207,7 @@ class SettingsFile(DoctorCase):
         self.assert_problems(found)
         section = found.section("Settings file")
         self.assertRegex(section, rf"{self.user_file} \(not there\)")
+        self.assertRegex(section, "stamp of the user's +no file\n")
         self.assertRegex(section, r"/usr/share/tessaly/registry \(used: it is going to be copied")
         self.assertIn(f"makes {self.user_file} of /usr/share/tessaly/registry", section)
         self.assertIn("LimitPinToAscii = number 0", found.section("Settings"))
@@ -259,6 +263,8 @@ class SettingsFile(DoctorCase):
         os.chmod(self.user_file, 0)
         found = self.run_doctor(as_user=True)
         self.assert_problems(found, rf"{self.user_file}: Permission denied")
+        self.assertRegex(found.section("Settings file"),
+                         "stamp of the user's +the file cannot be read\n")
         self.assertIn("LimitPinToAscii = number 1", found.section("Settings"))
 
     def test_a_stamp_whose_line_ends_with_lf_alone(self):
