@@ -33,10 +33,24 @@ foreach(component IN LISTS components)
             RENAME ${package_${component}} COMPONENT ${component})
 endforeach()
 
-install(FILES docs/settings.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_runtime}
+# Pages for hosts and administrators. Links that leave their folder lead to what is installed; what
+# another package has, or none, is named.
+foreach(page hosting settings)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS docs/${page}.md)
+    file(READ docs/${page}.md text)
+    string(REPLACE "[`zeldlg.h`](../include/zeldlg/zeldlg.h)"
+           "`${CMAKE_INSTALL_FULL_INCLUDEDIR}/zeldlg/zeldlg.h`" text "${text}")
+    string(REPLACE "[`examples/`](../examples)"
+           "`${CMAKE_INSTALL_FULL_DATADIR}/doc/${package_development}/examples`" text "${text}")
+    string(REPLACE "[the gallery](gallery.md)" "the gallery in the sources" text "${text}")
+    string(REPLACE "](../packaging/registry)"
+           "](${CMAKE_INSTALL_FULL_DATADIR}/tessaly/registry)" text "${text}")
+    file(WRITE ${generated_dir}/docs/${page}.md "${text}")
+    list(APPEND pages ${generated_dir}/docs/${page}.md)
+endforeach()
+install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_runtime}
         COMPONENT runtime)
-install(FILES docs/hosting.md docs/settings.md
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_development}/docs
+install(FILES ${pages} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_development}/docs
         COMPONENT development)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_development}
         COMPONENT development)
@@ -71,7 +85,8 @@ set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
     "dialogs of a smart-card and security-token middleware
 ${common_description}
 .
-This package has the shared library and the shipped settings.")
+This package has the shared library, the shipped settings, and what hosts and
+administrators have to know.")
 file(WRITE ${generated_dir}/shlibs
      "libzeldlglib ${PROJECT_VERSION_MAJOR} ${package_runtime} (>= ${PROJECT_VERSION})\n")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA

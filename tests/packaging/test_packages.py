@@ -37,7 +37,8 @@ def documents(package):
 
 CONTENTS = {
     LIBRARY: {f"{LIB}/libzeldlglib.so.3", f"{LIB}/libzeldlglib.so.{UPSTREAM}",
-              "usr/share/tessaly/registry", f"usr/share/doc/{LIBRARY}/settings.md"},
+              "usr/share/tessaly/registry", f"usr/share/doc/{LIBRARY}/hosting.md",
+              f"usr/share/doc/{LIBRARY}/settings.md"},
     DEVELOPMENT: {f"{LIB}/libzeldlglib.so", "usr/include/zeldlg/zeldlg.h",
                   f"{LIB}/cmake/zeldlg/zeldlgConfig.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgConfigVersion.cmake",
@@ -52,6 +53,7 @@ CONTENTS = {
 CONTROL = {LIBRARY: {"control", "md5sums", "shlibs", "symbols", "triggers"},
            DEVELOPMENT: {"control", "md5sums"}, TOOLS: {"control", "md5sums"}}
 # Their number grows with every language.
+LINK = re.compile(r"\]\(([^)#\s]+)[^)]*\)")
 CATALOGUE = re.compile(r"usr/share/locale/[\w@]+/LC_MESSAGES/tokenutils\.mo")
 
 
@@ -123,6 +125,30 @@ class Packages(unittest.TestCase):
                     open(os.path.join(ROOT, source), "rb") as other:
                 self.assertEqual(other.read(), one.read(), shipped)
 
+    def test_links_of_the_pages_lead_to_what_is_installed_with_them(self):
+        self.assertTrue(self.field(TOOLS, "Depends").startswith(LIBRARY))
+        for package, count in ((LIBRARY, 3), (DEVELOPMENT, 6)):
+            links = [(name, target) for name in self.files(package) if name.endswith(".md")
+                     for target in LINK.findall(self.read(package, name))]
+            self.assertGreaterEqual(len(links), count)
+            for name, target in links:
+                # An absolute path leads out of the folder, also into what it depends on.
+                path = os.path.normpath(os.path.join("/", os.path.dirname(name), target))[1:]
+                self.assertTrue(any(os.path.exists(os.path.join(self.tree(each), path))
+                                    for each in (package, LIBRARY)), f"{name}: {target}")
+
+    def test_pages_name_what_other_packages_install(self):
+        page = self.read(LIBRARY, f"usr/share/doc/{LIBRARY}/hosting.md")
+        for path in re.findall(r"`/(usr/[^`]+)`", page):
+            self.assertTrue(any(os.path.exists(os.path.join(self.tree(each), path))
+                                for each in CONTENTS) or path == "usr/share/fonts", path)
+        self.assertIn("`/usr/include/zeldlg/zeldlg.h`", page)
+        self.assertNotIn("../", page)
+
+    def read(self, package, name):
+        with open(os.path.join(self.tree(package), name), encoding="utf-8") as file:
+            return file.read()
+
     def dependencies(self, package):
         return dict(re.fullmatch(r"(\S+)(?: \((.*)\))?", each).groups()
                     for each in self.field(package, "Depends").split(", "))
@@ -159,8 +185,7 @@ class Packages(unittest.TestCase):
                         self.assertNotIn(folder.encode(), content, name)
 
     def read_control(self, name):
-        with open(os.path.join(self.tree(LIBRARY), "DEBIAN", name), encoding="utf-8") as file:
-            return file.read()
+        return self.read(LIBRARY, f"DEBIAN/{name}")
 
     def test_dependents_of_the_library_learn_its_version(self):
         self.assertEqual(f"libzeldlglib 3 {LIBRARY} (>= {UPSTREAM})\n", self.read_control("shlibs"))
