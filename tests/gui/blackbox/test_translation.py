@@ -55,10 +55,10 @@ class TranslationCase(StageTestCase):
     def registry(path, version="2.0"):
         return f'REGEDIT4\r\n\r\n[{KEY}\\{version}\\Locales]\r\n"Path"="{path}"\r\n\r\n'
 
-    def host_in(self, language, registry=None, **options):
+    def host_in(self, language, registry=None, more=None, **options):
         if registry is None:
             registry = self.registry(self.catalogues)
-        environment = {"LANG": language, "LC_ALL": None, "LANGUAGE": None,
+        environment = {"LANG": language, "LC_ALL": None, "LANGUAGE": more,
                        "LOCPATH": self.locales}
         return self.start_host(registry=registry, environment=environment, **options)
 
@@ -91,6 +91,15 @@ class Exports(TranslationCase):
                 self.assertEqual(cancel, self.translation(host, "Cancel"))
                 self.assertEqual(cancel + "\0", self.wide_translation(host, "Cancel"))
                 self.assertEqual(name + "\0", self.locale(host))
+
+    def test_more_languages_count_where_that_of_the_locale_has_no_catalogue(self):
+        for language, more, cancel in (("de_DE.UTF-8", "fr", "Abbrechen"),
+                                       ("pl_PL.UTF-8", "fr", "Annuler"),
+                                       ("C.UTF-8", "it:fr:de", "Annuler"),
+                                       ("en_US.UTF-8", "fr", "Cancel")):
+            with self.subTest(language=language, more=more):
+                host = self.host_in(language, more=more)
+                self.assertEqual(cancel, self.translation(host, "Cancel"))
 
     def test_a_text_without_translation_is_returned_unchanged(self):
         host = self.host_in("de_DE.UTF-8")
