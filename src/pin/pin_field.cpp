@@ -25,7 +25,7 @@ void KeepAsciiOnly(GtkEditable* editable, const char* utf8, int bytes, int* posi
     }
     g_signal_stop_emission_by_name(editable, "insert-text");
     const platform::SecretBytes kept = KeepAscii(inserted);
-    if (kept.size() == 0) {
+    if (kept.Size() == 0) {
         return;
     }
     const std::string_view text = kept;

@@ -27,7 +27,7 @@ public:
 
     /// Valid as long as this object. (Implicit: it is read like any other text.)
     operator std::string_view() const { return {m_bytes.get(), m_size}; }
-    std::size_t size() const { return m_size; }
+    std::size_t Size() const { return m_size; }
 
 private:
     std::unique_ptr<char[]> m_bytes;

@@ -16,7 +16,7 @@ TEST(SecretBytes, HoldsACopy) {
     const SecretBytes secret(typed);
     typed[0] = 'x';
     EXPECT_EQ(std::string_view(secret), "1234");
-    EXPECT_EQ(secret.size(), 4U);
+    EXPECT_EQ(secret.Size(), 4U);
     EXPECT_EQ(std::string_view(SecretBytes()), "");
 }
 
@@ -29,7 +29,7 @@ TEST(SecretBytes, IsHandedOnWhole) {
     SecretBytes first("1234");
     const SecretBytes second(std::move(first));
     EXPECT_EQ(std::string_view(second), "1234");
-    EXPECT_EQ(first.size(), 0U);  // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(first.Size(), 0U);  // NOLINT(bugprone-use-after-move)
 }
 
 TEST(SecretText, IsAssignedAndAppendedLikeAnyOther) {
