@@ -57,6 +57,7 @@ wxBitmap PngBitmap(std::span<const uint8_t> file) {
 }
 
 wxBitmapBundle TwoForms(const wxBitmap& once, std::span<const uint8_t> twice) {
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): counted, and the bundle's from here
     return wxBitmapBundle::FromImpl(new TwoFormsImpl(once, twice));
 }
 

@@ -33,7 +33,7 @@ bool ReadFile(const wxString& path, std::string& bytes) {
     return file.Read(bytes.data(), bytes.size()) == static_cast<ssize_t>(size);
 }
 
-bool IsFile(const std::string& path) {
+bool IsFile(const fs::path& path) {
     std::error_code ignored;
     return fs::is_regular_file(path, ignored);
 }
@@ -63,14 +63,14 @@ wxMsgCatalog* CatalogueLoader::LoadCatalog(const wxString& domain, const wxStrin
 
 wxArrayString CatalogueLoader::GetAvailableTranslations(const wxString& domain) const {
     wxArrayString languages;
-    const std::string file = std::string("/") + domain.fn_str().data() + ".mo";
+    const fs::path file((domain + ".mo").fn_str().data());
     for (const wxString& prefix : Prefixes()) {
         std::error_code ignored;
         for (fs::directory_iterator each(prefix.fn_str().data(), ignored), end; each != end;
              each.increment(ignored)) {
-            const std::string& folder = each->path().native();
-            if (IsFile(folder + "/LC_MESSAGES" + file) || IsFile(folder + file)) {
-                languages.Add(wxString(each->path().filename().c_str(), *wxConvFileName));
+            const fs::path& folder = each->path();
+            if (IsFile(folder / "LC_MESSAGES" / file) || IsFile(folder / file)) {
+                languages.Add(wxString(folder.filename().c_str(), *wxConvFileName));
             }
         }
     }

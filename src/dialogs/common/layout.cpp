@@ -133,10 +133,11 @@ void ReserveRoom(wxStaticText& label) {
 }
 
 // Both the toolkit and GTK below it turn left and right round for such scripts.
+// NOLINTNEXTLINE(misc-no-recursion): windows are a tree of few levels
 void AlignLabels(wxWindow& window) {
     for (wxWindow* const child : window.GetChildren()) {
         if (dynamic_cast<wxStaticText*>(child) == nullptr) {
-            AlignLabels(*child);
+            AlignLabels(*child);  // NOLINT(clang-analyzer-core.NonNullParamChecker): none is null
         } else if (!child->HasFlag(wxALIGN_CENTRE_HORIZONTAL | wxALIGN_RIGHT)) {
             GtkLabel* const label = GTK_LABEL(child->GetHandle());
             gtk_label_set_justify(label, GTK_JUSTIFY_LEFT);
