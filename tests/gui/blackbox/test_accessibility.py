@@ -9,6 +9,7 @@ from stage import OK, Events, StageTestCase, wait_until
 FIELDS = ("password text", "text", "combo box", "table", "list", "list box")
 # Fields that have a name, and no label beside them that could stand for it.
 UNLABELLED = ("Explanation", "Unlocking algorithm")
+EQUAL = "equal to "
 MASK = "\u25cf"
 
 
@@ -26,6 +27,12 @@ class AccessibilityCase(StageTestCase):
         field.focus()
         self.screen.type_text(value, field)
         wait_until(lambda: field.length == len(value), what="the typed characters")
+
+    def clear(self, field):
+        field.focus()
+        self.screen.key("ctrl+a", field)
+        self.screen.key("BackSpace", field)
+        wait_until(lambda: field.length == 0, what="the empty field")
 
     def end(self, dialog):
         """Ends the dialog as a host or Escape does."""
@@ -113,16 +120,29 @@ class Typing(AccessibilityCase):
                 self.open(dialog)
                 fields = [node for node in self.window.walk() if node.role == "password text"]
                 self.assertEqual(len(dialog.typed), len(fields))
-                for field, value in zip(fields, dialog.typed):
+                entries = [*zip(fields, dialog.typed), *self.answers(dialog)]
+                unmet = self.other_rules("Not met: ")
+                self.assertTrue(unmet)
+                for field, value in entries:
                     self.type(field, value)
-                if dialog.answer:
-                    self.type(next(node for node in self.window.walk() if node.role == "text"
-                                   and "editable" in node.states), dialog.answer)
                 self.check_echo(events, fields, dialog.typed)
-                self.check_rules(events)
+                self.check_rules(events, unmet, "Met: ")
+                events.forget()
+                for field, _ in entries:
+                    self.clear(field)
+                self.check_rules(events, unmet, "Not met: ")
+                self.check_equality(events, fields)
+                for field, value in entries:
+                    self.type(field, value)
+                self.check_rules(events, unmet, "Met: ")
                 self.screen.key("Return")
                 self.assertEqual(OK, self.call.result())
                 self.host.close()
+
+    def answers(self, dialog):
+        """The field for what is no secret with its value, where the dialog has one."""
+        return [(node, dialog.answer) for node in self.window.walk()
+                if dialog.answer and node.role == "text" and "editable" in node.states]
 
     def check_echo(self, events, fields, typed):
         for field, value in zip(fields, typed):
@@ -138,15 +158,34 @@ class Typing(AccessibilityCase):
         return "".join(event.value for event in events.seen("TextChanged")
                        if event.path == field.path and event.detail.startswith("insert"))
 
-    def check_rules(self, events):
-        """Each rule that was not met at first is now; both events say so."""
-        told = [node for node in self.window.walk() if node.role in ("icon", "push button")
-                and node.name.startswith("Met: Minimum P")]
-        self.assertEqual(1, len(told))
+    def rules(self, state):
+        """The rules that are in that state by their names: each with its icon or ball."""
+        return {node.name.removeprefix(state): node for node in self.window.walk()
+                if node.role in ("icon", "push button") and node.name.startswith(state)}
+
+    def other_rules(self, state):
+        return {rule: node for rule, node in self.rules(state).items() if EQUAL not in rule}
+
+    def check_rules(self, events, rules, state):
+        """These rules have come into that state, no others are not met; both events say so."""
+        for rule, node in rules.items():
+            self.wait_told(events, state + rule, node)
+        left = rules if state == "Not met: " else {}
+        wait_until(lambda: self.other_rules("Not met: ") == left, what=f"only {list(left)} not met",
+                   seen=self.window.dump)
+
+    def check_equality(self, events, fields):
+        """Once one of two equal entries is removed they differ, and without the other no more."""
+        equality = [(rule, node) for rule, node in self.rules("Met: ").items() if EQUAL in rule]
+        self.assertEqual(int(len(fields) > 1), len(equality))
+        for rule, node in equality:
+            for state in ("Not met: ", "Met: "):
+                self.wait_told(events, state + rule, node)
+
+    @staticmethod
+    def wait_told(events, name, node):
         for kind in ("Announcement", "PropertyChange"):
-            events.wait_for(kind, told[0].name, told[0])
-        self.assertEqual([], [node for node in self.window.walk()
-                              if node.name.startswith("Not met:")])
+            events.wait_for(kind, name, node)
 
 
 class Colours(AccessibilityCase):

@@ -63,6 +63,11 @@ class Events:
             pass
         return [event for event in self._seen if kind in (None, event.kind)]
 
+    def forget(self):
+        """What has come so far counts no more."""
+        self.seen()
+        self._seen.clear()
+
     def wait_for(self, kind, value, node=None):
         """Waits for an event with that value, from that object if one is given."""
         def found():
