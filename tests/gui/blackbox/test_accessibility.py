@@ -125,13 +125,15 @@ class Typing(AccessibilityCase):
                 self.assertTrue(unmet)
                 for field, value in entries:
                     self.type(field, value)
-                self.check_echo(events, fields, dialog.typed)
                 self.check_rules(events, unmet, "Met: ")
+                self.check_echo(events, fields, dialog.typed)
+                self.check_silence(events, fields, dialog.typed)
                 events.forget()
                 for field, _ in entries:
                     self.clear(field)
                 self.check_rules(events, unmet, "Not met: ")
                 self.check_equality(events, fields)
+                self.check_silence(events, fields, dialog.typed)
                 for field, value in entries:
                     self.type(field, value)
                 self.check_rules(events, unmet, "Met: ")
@@ -150,8 +152,17 @@ class Typing(AccessibilityCase):
                        what="a mask character for each that is typed",
                        seen=lambda: self.inserted(events, field))
             self.assertEqual(MASK * len(value), field.text)
+
+    def check_silence(self, events, fields, typed):
+        """Nothing tells a value or a letter of it, and a field nothing but masks and its name."""
+        letters = [*"".join(typed)]
+        names = {field.path: field.name for field in fields}
         for event in events.seen():
-            self.assertNotIn(typed[0], str(event))
+            for value in typed:
+                self.assertNotIn(value, str(event))
+            self.assertNotIn(event.value, letters)
+            if event.path in names and isinstance(event.value, str):
+                self.assertIn(event.value.replace(MASK, ""), ("", names[event.path]))
 
     @staticmethod
     def inserted(events, field):
