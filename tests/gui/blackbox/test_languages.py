@@ -69,6 +69,7 @@ DIALOGS = [
            then=(PAD_INPUT + "NextPin",)),
     Dialog(PAD.format("LegalVerification"), "PinPad", {"allowAbort": 1}, **NOT_MODAL_PAD,
            then=(PAD_INPUT + "NextPin",)),
+    Dialog(PAD.format("NoPinVerification"), "PinPad", {"allowAbort": 1}, **NOT_MODAL_PAD),
     Dialog(PAD.format("LegalNoPinVerification"), "PinPad", **NOT_MODAL_PAD),
     Dialog(PAD.format("Verification"), "PinPad", **NOT_MODAL_PAD, then=(PAD_INPUT + "Cancel",)),
     Dialog(PAD.format("Verification"), "PinPad", **NOT_MODAL_PAD, then=(PAD_INPUT + "Timeout",)),
