@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dialogs/common/window_ptr.h"
+#include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
 #include "pin/pin_entry_dialog.h"
 #include "pin/pin_field.h"
@@ -48,6 +49,18 @@ TEST(SecretFields, AreDeclaredAsSuchInTheChangeDialog) {
         ChangePinPrompt prompt;
         prompt.policed = policed;
         ExpectSecretFields(*MakeWindow<CChangePinDialog>(nullptr, prompt), 3);
+    }
+}
+
+TEST(SecretFields, AreDeclaredAsSuchInTheChallengeDialogWhereItAsksForANewPin) {
+    for (const bool askNewPin : {false, true}) {
+        const UnlockWithCRPrompt prompt{.tokenLabel = "Card",
+                                        .challenge = "\x01",
+                                        .serialNumber = "1",
+                                        .responseLength = 8,
+                                        .newPinBounds = {.min = 4, .max = 8},
+                                        .askNewPin = askNewPin};
+        ExpectSecretFields(*MakeWindow<CUnlockWithCRDialog>(prompt), askNewPin ? 2 : 0);
     }
 }
 
