@@ -218,9 +218,14 @@ class NobodysLanguages(LanguageCase):
                 self.assertEqual([], list(english(layouts[-1].window)))
         return layouts
 
-    @unittest.skipUnless(os.path.exists(RIGHT_TO_LEFT), f"the toolkit has no {RIGHT_TO_LEFT}")
     def test_nothing_is_english_and_the_other_direction_is_the_mirror_image(self):
         layouts = self.survey("eo")
+        with self.subTest("the other direction"):
+            self.check_mirrored(layouts)
+
+    def check_mirrored(self, layouts):
+        if not os.path.exists(RIGHT_TO_LEFT):
+            self.skipTest(f"the toolkit has no {RIGHT_TO_LEFT}")
         for dialog, layout, mirrored in zip(DIALOGS, layouts, self.survey("he")):
             with self.subTest(dialog=dialog.export):
                 self.assertEqual([], list(layout.differences_to_mirror_image(mirrored)))
