@@ -2,6 +2,7 @@
 """The example hosts, built here and as a stranger would, used by a person at the keyboard."""
 
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -11,7 +12,8 @@ from stage import Screen, wait_until
 
 BUILD = os.environ["ZELDLG_BUILD"]
 LIBRARY = os.environ["ZELDLG_LIBRARY"]
-EXAMPLES = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", "..", "examples"))
+ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
+EXAMPLES = os.path.join(ROOT, "examples")
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Werror"]
 
 
@@ -170,13 +172,36 @@ class FoundByPkgConfig(Installed):
         os.mkdir(cls.directory)
         configs = [os.path.join(directory, "pkgconfig")
                    for directory, folders, _ in os.walk(cls.prefix) if "pkgconfig" in folders]
+        configs = ":".join(configs)
         flags = cls.command("pkg-config", "--cflags", "--libs", "zeldlg",
-                            PKG_CONFIG_PATH=":".join(configs)).split()
+                            PKG_CONFIG_PATH=configs).split()
         cls.library_path = next(flag[2:] for flag in flags if flag.startswith("-L"))
         for compiler, source, name in (("cc -std=c11", "login.c", "login"),
                                        ("c++ -std=c++20", "change_pin.cpp", "change_pin")):
             cls.command(*compiler.split(), *WARNINGS, os.path.join(EXAMPLES, source), "-o",
                         os.path.join(cls.directory, name), *flags)
+        cls.build_as_the_readme_says(configs)
+
+    @classmethod
+    def build_as_the_readme_says(cls, configs):
+        with open(os.path.join(ROOT, "README.md"), encoding="utf-8") as file:
+            text = file.read()
+        program, = re.findall(r"^```c\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+        command, = re.findall(r"^`(cc host\.c .*?)`", text, re.MULTILINE)
+        with open(os.path.join(cls.directory, "host.c"), "w", encoding="utf-8") as file:
+            file.write(program)
+        cls.command("sh", "-c", f"cd '{cls.directory}' && {command} -std=c11 {' '.join(WARNINGS)}",
+                    PKG_CONFIG_PATH=configs)
+
+    def test_the_program_of_the_readme_tells_how_long_the_pin_is(self):
+        process = self.start_host("a.out")
+        self.answer(process, "Enter PIN", "975310")
+        self.assertNotIn("975310", self.ends(process, 0, "a PIN of 6 bytes"))
+
+    def test_the_program_of_the_readme_can_be_cancelled(self):
+        process = self.start_host("a.out")
+        self.answer(process, "Enter PIN", key="Escape")
+        self.assertEqual("", self.ends(process, 1))
 
 
 def load_tests(loader, _tests, _pattern):
