@@ -18,7 +18,8 @@ from gallery.states import STATES  # noqa: E402
 
 # Exports that bring up a window, by their names.
 SHOWING = re.compile(r"\b(DLG_(?:PinPad)?Show\w+|DLG_Ask\w+|DLG_\w+RetryDialog)\(")
-SHOWN_PICTURE = re.compile(r"!\[[^\]]*\]\(pictures/gallery/(\w[\w-]*)\.png\)")
+SHOWN_PICTURE = re.compile(r"!\[[^\]]*\]\((?:docs/)?pictures/gallery/(\w[\w-]*)\.png\)")
+IN_README = 3
 PNG = b"\x89PNG\r\n\x1a\n\x00\x00\x00\rIHDR"
 SMALLEST = 50
 
@@ -57,6 +58,15 @@ def page_problems():
         yield "docs/gallery.md is not what the table gives: run script/gallery --page"
 
 
+def readme_problems(names):
+    """The start page has a few pictures of the gallery."""
+    shown = SHOWN_PICTURE.findall(read(os.path.join(ROOT, "README.md")))
+    if len(set(shown)) != IN_README:
+        yield f"README.md shows {shown} instead of {IN_README} pictures of the gallery"
+    for name in sorted(set(shown) - set(names)):
+        yield f"README.md shows {name}, which is not in the table"
+
+
 def missing_dialogs():
     """What the library can show and a table does not."""
     declared = set(SHOWING.findall(read(os.path.join(ROOT, "include", "zeldlg", "zeldlg.h"))))
@@ -74,7 +84,8 @@ def missing_dialogs():
 
 
 def main():
-    problems = [*picture_problems([state.name for state in STATES]), *page_problems(),
+    names = [state.name for state in STATES]
+    problems = [*picture_problems(names), *page_problems(), *readme_problems(names),
                 *missing_dialogs()]
     for problem in problems:
         print(problem, file=sys.stderr)
