@@ -2,6 +2,7 @@
 
 import argparse
 import fnmatch
+import gettext
 import os
 import shutil
 import subprocess
@@ -16,7 +17,8 @@ from .states import STATES, Enabled, Fill, Key, Press, Run
 
 REGISTRY = "REGEDIT4\r\n"
 SECTION = "\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0{}]\r\n{}\r\n"
-LOCALES = {"de": "de_DE"}
+# Languages with their folders of catalogues and their locales.
+LANGUAGES = {"de": ("locale", "de_DE"), "he": ("pseudo", "he_IL")}
 MARGIN = 4
 BACKGROUND = "#9aa0a6"
 COLOURS = 128
@@ -31,12 +33,21 @@ def parse():
     return parser.parse_args()
 
 
+def catalogues(language):
+    return os.path.join(os.path.dirname(library_path()), "po", LANGUAGES[language][0])
+
+
+def translate(text, language):
+    if not language:
+        return text
+    return gettext.translation("tokenutils", catalogues(language), [language]).gettext(text)
+
+
 def registry(surroundings):
     sections = [("\\" + key if key else "", f'"{name}"=dword:{number:08x}')
                 for key, name, number in surroundings.settings]
     if surroundings.language:
-        folder = os.path.join(os.path.dirname(library_path()), "po", "locale")
-        sections.append(("\\Locales", f'"Path"="{folder}"'))
+        sections.append(("\\Locales", f'"Path"="{catalogues(surroundings.language)}"'))
     return REGISTRY + "".join(SECTION.format(*section) for section in sections)
 
 
@@ -44,7 +55,7 @@ def environment(surroundings):
     extra = {"GTK_THEME": surroundings.theme or None,
              "GDK_SCALE": str(surroundings.scale) if surroundings.scale != 1 else None}
     if surroundings.language:
-        locale = LOCALES[surroundings.language]
+        locale = LANGUAGES[surroundings.language][1]
         extra |= {"LANG": locale + ".UTF-8", "LOCPATH": make_locales(locale)}
     return extra
 
@@ -61,7 +72,8 @@ class Photographer:
 
     def take(self, state, path):
         call = self._host.call(state.export, **state.arguments)
-        window = self._screen.find_window(state.title, self._host)
+        title = translate(state.title, state.surroundings.language)
+        window = self._screen.find_window(title, self._host)
         for act in state.acts:
             self._do(act, window)
         self._screen.photograph(path, window, MARGIN)

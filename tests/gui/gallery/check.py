@@ -5,8 +5,12 @@ tables of dialogs that tests go through has. Shows no window.
 
 import os
 import re
-import struct
 import sys
+
+import gi
+
+gi.require_version("GdkPixbuf", "2.0")
+from gi.repository import GdkPixbuf, GLib  # noqa: E402
 
 GUI = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
 sys.path[:0] = [GUI, os.path.join(GUI, "blackbox")]
@@ -20,8 +24,10 @@ from gallery.states import STATES  # noqa: E402
 SHOWING = re.compile(r"\b(DLG_(?:PinPad)?Show\w+|DLG_Ask\w+|DLG_\w+RetryDialog)\(")
 SHOWN_PICTURE = re.compile(r"!\[[^\]]*\]\((?:docs/)?pictures/gallery/(\w[\w-]*)\.png\)")
 IN_README = 3
-PNG = b"\x89PNG\r\n\x1a\n\x00\x00\x00\rIHDR"
-SMALLEST = 50
+# What stands around a window's content in a picture, in pixels.
+EDGE, TITLE_BAR = 10, 40
+# A window whose content was not painted yet has one colour, and every content has many.
+SMALLEST, FEWEST_COLOURS = 50, 16
 
 
 def read(path):
@@ -31,6 +37,25 @@ def read(path):
 
 def repeated(names):
     return sorted({name for name in names if names.count(name) > 1})
+
+
+def shows_something(path):
+    try:
+        picture = GdkPixbuf.Pixbuf.new_from_file(path)
+    except GLib.Error:
+        return False
+    width, height = picture.get_width() - 2 * EDGE, picture.get_height() - TITLE_BAR - EDGE
+    if min(width, height) < SMALLEST:
+        return False
+    content = picture.new_subpixbuf(EDGE, TITLE_BAR, width, height)
+    pixels, size = content.read_pixel_bytes().get_data(), content.get_n_channels()
+    colours = set()
+    for start in range(0, height * content.get_rowstride(), content.get_rowstride()):
+        row = pixels[start:start + width * size]
+        colours |= {row[place:place + size] for place in range(0, len(row), size)}
+        if len(colours) >= FEWEST_COLOURS:
+            return True
+    return False
 
 
 def picture_problems(names):
@@ -47,10 +72,8 @@ def picture_problems(names):
         for name in sorted(found - set(names)):
             yield f"{name} is {what} and not in the table"
     for name in sorted(files & set(names)):
-        with open(os.path.join(PICTURES, name + ".png"), "rb") as file:
-            head = file.read(24)
-        if head[:16] != PNG or min(struct.unpack(">II", head[16:])) < SMALLEST:
-            yield f"{name}.png is no picture of a window"
+        if not shows_something(os.path.join(PICTURES, name + ".png")):
+            yield f"{name}.png is no picture of a window with its content"
 
 
 def page_problems():

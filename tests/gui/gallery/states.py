@@ -62,7 +62,7 @@ class State:
     name: str
     caption: str
     export: str
-    title: str
+    title: str  # in English
     arguments: dict = dataclasses.field(default_factory=dict)
     acts: tuple = ()
     # The export that ends what the call has begun, if there is one.
@@ -71,10 +71,10 @@ class State:
     modal: bool = True
     surroundings: Surroundings = Surroundings()
 
-    def where(self, name, caption, title=None, **surroundings):
+    def where(self, name, caption, **surroundings):
         """The same state in other surroundings."""
         settings = self.surroundings.settings
-        return dataclasses.replace(self, name=name, caption=caption, title=title or self.title,
+        return dataclasses.replace(self, name=name, caption=caption,
                                    surroundings=Surroundings(settings, **surroundings))
 
 
@@ -271,9 +271,9 @@ ENGLISH = {
         tokens("tokens-none", "No token: nothing can be confirmed"),
     ],
     "Choice of a digital ID": [
-        ids("ids", "Three digital IDs", count=3),
+        ids("ids", "Three digital IDs: a host gives one text for all rows", count=3),
         ids("ids-second", "The second is chosen", (Key("Down"),), count=3),
-        ids("ids-many", "Thirty digital IDs", count=30),
+        ids("ids-many", "Thirty digital IDs with one text", count=30),
         ids("ids-none", "None: nothing can be confirmed", count=0),
         ids("ids-no-directory", "Outside of a directory", count=2, directory=""),
         counted_ids("ids-count-down", "The default is taken when the time is over"),
@@ -321,8 +321,13 @@ ENGLISH = {
 _ALL = {state.name: state for states in ENGLISH.values() for state in states}
 
 
-def german(name, caption, title):
-    return _ALL[name].where(name + "-de", caption, title, language="de")
+def german(name, caption):
+    return _ALL[name].where(name + "-de", caption, language="de")
+
+
+def mirrored(name, caption):
+    """In Hebrew letters that make no words: what is looked at is the direction."""
+    return _ALL[name].where(name + "-he", caption, language="he")
 
 
 def themed(theme, suffix, *names):
@@ -341,13 +346,19 @@ LOOKS = ("pin-last-try", "legal-pin-ex-tries-left", "pad-modification-new", "pol
 GALLERY = {
     **ENGLISH,
     "In German": [
-        german("pin-ex-tries-left", "PIN entry", "PIN eingeben"),
-        german("legal-pin", "Signature", "PIN eingeben"),
-        german("pad-modification-new", "PIN pad", "PIN-Pad"),
-        german("policed-pin-refused", "Change of PIN under a policy", "Transport-PIN ändern"),
-        german("unblock-method", "Unblocking", "PIN entsperren"),
-        german("delete-certificate", "Question", "Frage"),
-        german("enrolment-hint", "Enrolment", "Registrierung von Fingerabdrücken"),
+        german("pin-ex-tries-left", "PIN entry"),
+        german("legal-pin", "Signature"),
+        german("pad-modification-new", "PIN pad"),
+        german("policed-pin-refused", "Change of PIN under a policy"),
+        german("unblock-method", "Unblocking"),
+        german("delete-certificate", "Question"),
+        german("enrolment-hint", "Enrolment"),
+    ],
+    "From right to left (the letters make no words)": [
+        mirrored("pin-ex-tries-left", "PIN entry"),
+        mirrored("legal-pin-ex-tries-left", "Signature"),
+        mirrored("policed-pin-refused", "Change of PIN under a policy"),
+        mirrored("response-new-pin", "Unblocking with the help desk"),
     ],
     "In a dark theme": themed(DARK, "dark", *LOOKS),
     "With high contrast": themed(HIGH_CONTRAST, "contrast", *LOOKS),
