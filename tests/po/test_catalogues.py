@@ -4,6 +4,7 @@
 import pathlib
 import re
 import subprocess
+import tempfile
 import unittest
 
 import po_file
@@ -75,6 +76,35 @@ class Catalogues(unittest.TestCase):
         def is_sentence(key):
             return len(re.findall(r"[a-z]{3,}", CONVERSION.sub("", key))) > 3
         self.assert_for_all_texts(lambda key, text: key != text or not is_sentence(key))
+
+
+class PseudoCatalogues(unittest.TestCase):
+    """The languages that nobody speaks, in which the layouts are looked at."""
+
+    # The longest translations are that much longer than the English text.
+    GROWTH = 1.6
+
+    def test_their_texts_are_longer_and_have_no_plain_letter(self):
+        for style in ("accented", "hebrew"):
+            for entry in self.entries(style):
+                words = CONVERSION.sub("", entry.key)
+                if not re.search("[A-Za-z]", words):
+                    continue
+                with self.subTest(style=style, key=entry.key, text=entry.text):
+                    # Rounding, blanks and colons may cost two characters of each line.
+                    lines = entry.key.count("\n") + 1
+                    self.assertGreaterEqual(len(entry.text) + 2 * lines,
+                                            self.GROWTH * len(entry.key))
+                    self.assertNotRegex(CONVERSION.sub("", entry.text), "[A-Za-z]")
+                    self.assertEqual(CONVERSION.findall(entry.key),
+                                     CONVERSION.findall(entry.text))
+
+    @staticmethod
+    def entries(style):
+        with tempfile.TemporaryDirectory() as directory:
+            output = pathlib.Path(directory) / "pseudo.po"
+            subprocess.run([FOLDER / "pseudo_catalogue", TEMPLATE, output, style], check=True)
+            return [entry for entry in po_file.read(output) if entry.key]
 
 
 if __name__ == "__main__":

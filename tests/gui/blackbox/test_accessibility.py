@@ -28,6 +28,20 @@ class AccessibilityCase(StageTestCase):
         self.screen.type_text(value, field)
         wait_until(lambda: field.length == len(value), what="the typed characters")
 
+    def follow(self, order):
+        """Goes with Tab from the control that has the focus through all, there and back."""
+        self.expect_focus(order[0])
+        for name in [*order[1:], order[0]]:
+            self.screen.key("Tab")
+            self.expect_focus(name)
+        for name in [*order[:0:-1], order[0]]:
+            self.screen.key("shift+Tab")
+            self.expect_focus(name)
+
+    def expect_focus(self, name):
+        wait_until(lambda: focused_name(self.screen) == name, what=f"the focus on {name!r}",
+                   seen=self.window.dump)
+
     def clear(self, field):
         field.focus()
         self.screen.key("ctrl+a", field)
@@ -61,7 +75,7 @@ class EveryDialog(AccessibilityCase):
                 self.open(dialog)
                 self.check_roles_and_names(dialog)
                 self.check_labels()
-                self.check_mnemonics()
+                self.check_mnemonics(dialog)
                 self.check_order(dialog)
                 self.end(dialog)
                 self.host.close()
@@ -89,26 +103,18 @@ class EveryDialog(AccessibilityCase):
             if node.role in FIELDS and "focusable" in node.states and node.name not in UNLABELLED:
                 self.assertIn("labelled-by", node.relations, node)
 
-    def check_mnemonics(self):
+    def check_mnemonics(self, dialog):
         keys = [(key, node.name) for node in self.window.walk() for key in node.key_bindings]
         self.assertEqual(len({key for key, _ in keys}), len(keys), keys)
+        if dialog.order == ["Yes", "No"]:
+            self.assertEqual(["No", "Yes"], sorted(name for _, name in keys))
 
     def check_order(self, dialog):
         if not dialog.order:
             self.assertEqual([], [node for node in self.window.walk()
                                   if "focusable" in node.states and node != self.window])
             return
-        self.expect_focus(dialog.order[0])
-        for name in [*dialog.order[1:], dialog.order[0]]:
-            self.screen.key("Tab")
-            self.expect_focus(name)
-        for name in [*dialog.order[:0:-1], dialog.order[0]]:
-            self.screen.key("shift+Tab")
-            self.expect_focus(name)
-
-    def expect_focus(self, name):
-        wait_until(lambda: focused_name(self.screen) == name, what=f"the focus on {name!r}",
-                   seen=self.window.dump)
+        self.follow(dialog.order)
 
 
 class Typing(AccessibilityCase):
@@ -137,9 +143,18 @@ class Typing(AccessibilityCase):
                 for field, value in entries:
                     self.type(field, value)
                 self.check_rules(events, unmet, "Met: ")
+                self.check_order_with_ok(dialog)
                 self.screen.key("Return")
                 self.assertEqual(OK, self.call.result())
                 self.host.close()
+
+    def check_order_with_ok(self, dialog):
+        """The button that confirms comes before Cancel once it can be pressed."""
+        order = [name.replace("Not met: ", "Met: ") for name in dialog.order]
+        order.insert(order.index("Cancel"), "Sign" if "Legal" in dialog.export else "OK")
+        next(node for node in self.window.walk()
+             if node.name == order[0] and "focusable" in node.states and node.role in FIELDS).focus()
+        self.follow(order)
 
     def answers(self, dialog):
         """The field for what is no secret with its value, where the dialog has one."""
