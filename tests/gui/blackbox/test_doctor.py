@@ -14,7 +14,7 @@ import tempfile
 import time
 import unittest
 
-from stage import make_locales
+from stage import make_locales, require_private_mounts
 
 PROGRAM = os.environ["ZELDLG_DEMO"]
 LIBRARY = os.environ["ZELDLG_LIBRARY"]
@@ -76,10 +76,7 @@ class Findings:
 class DoctorCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        probe = subprocess.run(["bwrap", "--bind", "/", "/", "true"], stderr=subprocess.PIPE,
-                               text=True)
-        if probe.returncode != 0:
-            raise unittest.SkipTest("no private mounts here: " + probe.stderr.strip())
+        require_private_mounts()
 
     def setUp(self):
         self.directory = tempfile.mkdtemp(prefix="doctor-")

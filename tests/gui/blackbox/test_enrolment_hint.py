@@ -1,13 +1,12 @@
 #!/usr/bin/python3
 """The explanation before an enrolment, and the setting that switches it off."""
 
-import subprocess
 import tempfile
 import unittest
 
 import test_translation
 from modeless import HINT, plain
-from stage import OK, StageTestCase, wait_until
+from stage import OK, StageTestCase, require_private_mounts, wait_until
 
 ENROL = "DLG_ShowSupertokenEnrolDlg"
 ENROLLING = "Lumora Bio Token - enrolling finger (scan 1)"
@@ -230,9 +229,7 @@ class ReadOnly(HintCase):
 
     def setUp(self):
         super().setUp()
-        probe = subprocess.run([*self.PREFIX, "true"], stderr=subprocess.PIPE, text=True)
-        if probe.returncode != 0:
-            self.skipTest("no private mounts here: " + probe.stderr.strip())
+        require_private_mounts(*self.PREFIX)
 
     def test_a_choice_that_cannot_be_written_is_dropped_and_the_enrolment_goes_on(self):
         for text in (registry(), registry(ON)):

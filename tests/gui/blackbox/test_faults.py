@@ -4,10 +4,9 @@ or goes on with its defaults, and the host lives."""
 
 import os
 import socket
-import subprocess
 import unittest
 
-from stage import CANCELLED, FAILED, OK, StageTestCase, wait_until
+from stage import CANCELLED, FAILED, OK, StageTestCase, require_private_mounts, wait_until
 
 PIN = "DLG_ShowPinDialog"
 TITLE = "Enter PIN"
@@ -101,10 +100,7 @@ class SettingsFile(FaultCase):
 
     @classmethod
     def setUpClass(cls):
-        # In a chroot whose root is no mount point there are no private mounts to be had.
-        probe = subprocess.run([*cls.ONLY_TMP, "true"], stderr=subprocess.PIPE, text=True)
-        if probe.returncode != 0:
-            raise unittest.SkipTest("no private mounts here: " + probe.stderr.strip())
+        require_private_mounts(*cls.ONLY_TMP)
 
     def host_with(self, put):
         host = self.start_host(prefix=self.ONLY_TMP)

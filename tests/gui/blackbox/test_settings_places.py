@@ -11,6 +11,8 @@ import subprocess
 import tempfile
 import unittest
 
+from stage import require_private_mounts
+
 PROGRAM = os.environ["ZELDLG_DEMO"]
 SHIPPED = "/usr/share/tessaly/registry"
 SYSTEM = "/etc/tessaly/registry"
@@ -24,11 +26,7 @@ def registry(value, stamp=None):
 class Places(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        # In a chroot whose root is no mount point there are no private mounts to be had.
-        probe = subprocess.run(["bwrap", "--bind", "/", "/", "true"], stderr=subprocess.PIPE,
-                               text=True)
-        if probe.returncode != 0:
-            raise unittest.SkipTest("no private mounts here: " + probe.stderr.strip())
+        require_private_mounts()
 
     def setUp(self):
         self.directory = tempfile.mkdtemp(prefix="places-")

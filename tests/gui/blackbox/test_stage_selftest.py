@@ -14,7 +14,8 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
-from stage import Gone, Screen, Stage, StageError, wait_until  # noqa: E402
+from stage import (Gone, Screen, Stage, StageError, require_private_mounts,  # noqa: E402
+                   wait_until)
 from stage.servers import dying_with_parent  # noqa: E402
 
 RUN_ON_STAGE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "run_on_stage")
@@ -347,6 +348,16 @@ class Waiting(unittest.TestCase):
             raise Gone("it left")
         with self.assertRaisesRegex(AssertionError, "gone: it left"):
             wait_until(gone, 0.05, "something")
+
+
+class PrivateMounts(unittest.TestCase):
+    def test_what_cannot_mount_skips_a_test_and_what_can_does_not(self):
+        with self.assertRaisesRegex(unittest.SkipTest, "no private mounts here: sorry"):
+            require_private_mounts("sh", "-c", "echo sorry >&2; exit 1")
+        try:
+            require_private_mounts("env")
+        except unittest.SkipTest as skip:
+            self.fail(skip)
 
 
 if __name__ == "__main__":

@@ -10,10 +10,11 @@ import sys
 import tempfile
 import traceback
 
-from stage import Gone, Host, Screen, StageError, library_path, make_locales, wait_until
+from stage import (Gone, Host, Key, Press, Screen, StageError, library_path, make_locales,
+                   wait_until)
 
 from . import page
-from .states import STATES, Enabled, Fill, Key, Press, Run
+from .states import STATES, Enabled, Fill, Run
 
 REGISTRY = "REGEDIT4\r\n"
 SECTION = "\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0{}]\r\n{}\r\n"

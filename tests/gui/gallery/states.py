@@ -2,7 +2,7 @@
 
 import dataclasses
 
-from stage import policy
+from stage import Key, Press, policy
 
 LABEL = "Identity card"
 LONG_LABEL = "Staff badge of the research department, building 12, second floor, card 3 of 4"
@@ -20,18 +20,6 @@ INVERSE = "HighContrastInverse"
 class Fill:
     """Types into the fields in their order; an empty text leaves one alone."""
     values: tuple
-
-
-@dataclasses.dataclass(frozen=True)
-class Key:
-    """Presses a key, for example `Down`."""
-    name: str
-
-
-@dataclasses.dataclass(frozen=True)
-class Press:
-    """Presses the button, the radio button or the ball with that accessible name."""
-    name: str
 
 
 @dataclasses.dataclass(frozen=True)

@@ -1,4 +1,4 @@
-"""What the user of the stage's screen does, and what a host does beside its calls."""
+"""What the user of the stage's screen does beside Key and Press, and a host beside its calls."""
 
 from dataclasses import dataclass
 
@@ -7,18 +7,6 @@ from dataclasses import dataclass
 class Type:
     """Types characters into what has the keyboard."""
     text: str
-
-
-@dataclass(frozen=True)
-class Key:
-    """Presses a key that is no character: `Return`, `Tab`, `shift+Tab`, `BackSpace`, `Down` ..."""
-    name: str
-
-
-@dataclass(frozen=True)
-class Press:
-    """Presses a button by its name, as a screen reader does."""
-    name: str
 
 
 @dataclass(frozen=True)

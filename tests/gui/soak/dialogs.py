@@ -3,7 +3,9 @@
 A dialog is open while `confirmed` is None; it ends with True (OK, Yes, Sign) or False.
 """
 
-from .acts import Click, Close, Fork, Key, Press, Read, Type
+from stage import Key, Press
+
+from .acts import Click, Close, Fork, Read, Type
 
 ASCII_END = 0x80
 HEX_DIGITS = "0123456789abcdefABCDEF"

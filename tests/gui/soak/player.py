@@ -1,9 +1,8 @@
 """Plays a plan on the stage: makes the calls, does what the user does, and compares."""
 
-from stage import Gone, wait_until
+from stage import Gone, Key, Press, wait_until
 
-from .acts import (Click, Close, CloseAll, Configure, Fork, Key, Press, PressAbort, Read, ReadPads,
-                   Type)
+from .acts import Click, Close, CloseAll, Configure, Fork, PressAbort, Read, ReadPads, Type
 from .dialogs import is_shown, squeezed
 from .plan import THREADS
 from .rules import ANY, FAILED

@@ -2,8 +2,10 @@
 it is over.
 """
 
+from stage import Key, Press
+
 from . import dialogs
-from .acts import Click, Close, Fork, Key, Press, Read, Type
+from .acts import Click, Close, Fork, Read, Type
 
 ASCII = "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ!$%&()+,-./:;<=>?@[]_{}~ "
 OTHERS = "\u00e4\u00f6\u00fc\u00e9\u0416\u20ac\u6f22\U0001f511"  # each needs a key of its own

@@ -5,10 +5,12 @@ and drives what is on them, `Host` is a program that loads the library, and `Sta
 them together for a test file that is started with run_on_stage.
 """
 
+from .acts import Key, Press
 from .events import Events
 from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call, Host, HostError,
                    library_path, policy)
 from .locales import make_locales
+from .private_mounts import require_private_mounts
 from .screen import Node, Screen
 from .servers import Stage
 from .snapshot import take_snapshot
@@ -16,5 +18,6 @@ from .testcase import StageTestCase
 from .wait import Gone, StageError, scaled, wait_until
 
 __all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
-           "Gone", "Host", "HostError", "Node", "Screen", "Stage", "StageError", "StageTestCase",
-           "library_path", "make_locales", "policy", "scaled", "take_snapshot", "wait_until"]
+           "Gone", "Host", "HostError", "Key", "Node", "Press", "Screen", "Stage", "StageError",
+           "StageTestCase", "library_path", "make_locales", "policy", "require_private_mounts",
+           "scaled", "take_snapshot", "wait_until"]
