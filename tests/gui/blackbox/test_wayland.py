@@ -6,7 +6,7 @@ import subprocess
 import unittest
 
 from stage import CANCELLED, OK, StageTestCase, wait_until
-from stage.screen import ROOT, Node
+from stage.node import ROOT, Node
 from stage.servers import dying_with_parent
 
 SOCKET = "wayland-of-test"

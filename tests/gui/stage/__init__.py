@@ -10,8 +10,9 @@ from .events import Events
 from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call, Host, HostError,
                    library_path, policy)
 from .locales import make_locales
+from .node import Node
 from .private_mounts import require_private_mounts
-from .screen import Node, Screen
+from .screen import Screen
 from .servers import Stage
 from .snapshot import take_snapshot
 from .testcase import StageTestCase

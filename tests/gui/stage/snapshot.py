@@ -5,7 +5,7 @@ The library answers at its pace of ten milliseconds, so what counts is how often
 
 import dataclasses
 
-from .screen import ATSPI, NULL, ON_SCREEN, STATES
+from .node import ATSPI, NULL, ON_SCREEN, STATES
 from .wait import Gone, wait_until
 
 PROPERTIES = "org.freedesktop.DBus.Properties"
