@@ -24,7 +24,8 @@ NOT_SHOWN = {
     "the digits of challenges and responses": {"0123456789ABCDEF", "0123456789abcdefABCDEF "},
     "names of data that the toolkit keeps": {"zeldlg-tied-to"},
     "the folders, the files and a field of catalogues":
-        {"/", "/share/locale", "/LC_MESSAGES", "tokenutils", ".mo", "LC_PATH", "Plural-Forms:"},
+        {"/", "/share/locale", "/LC_MESSAGES", "LC_MESSAGES", "tokenutils", ".mo", "LC_PATH",
+         "Plural-Forms:"},
     "conversions of a format": {"%", "*", "width", "-+ #0", "hlLqjzt"},
     "what is said on standard error":
         {"zeldlg: the connection to the display is lost\n", "the display is lost",
