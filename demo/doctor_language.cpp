@@ -121,7 +121,7 @@ void ReportLanguage(Report& report, const FoundSettings& settings) {
     // The places depend on the application's name, of which the library has none.
     const wxInitializer initializer;
     const wxLogNull noMessages;
-    wxTheApp->SetAppName(wxString());
+    wxAppConsole::GetInstance()->SetAppName(wxString());
     wxTranslations translations;
     auto* const loader = new zeldlg::CatalogueLoader(folder);  // for `translations`, its owner
     translations.SetLoader(loader);
