@@ -128,8 +128,9 @@ void CWXRunner::RefuseAll() {
 void CWXRunner::LeaveToolkit() {
     ForgetGuiThreadAtExit();
     RefuseAll();
-    Abandon();
-    if (CMessage* const message = std::exchange(m_served, nullptr); message != nullptr) {
+    CMessage* const message = std::exchange(m_served, nullptr);
+    Abandon();  // this object may be gone from here on
+    if (message != nullptr) {
         message->Complete(std::make_exception_ptr(std::runtime_error("the display is lost")));
     }
     for (;;) {
