@@ -8,6 +8,7 @@
 #include "policy/change_pin_rules.h"
 #include "policy/policy_descriptions.h"
 #include "policy/policy_pages.h"
+#include "support/attempt_warnings.h"
 
 namespace zeldlg {
 namespace {
@@ -83,8 +84,8 @@ TEST_P(ChangeFailure, IsDescribed) {
     EXPECT_EQ(failure.triesLeft, row.triesLeft);
 }
 
-constexpr const char* kLast = "WARNING: You have only 1 attempt left!";
-constexpr const char* kMayLock = "WARNING: Repeated login failures may lock the token!";
+using test::kLastAttempt;
+using test::kMayLock;
 constexpr auto kTransport = ChangePinMode::ChangeTransportPin;
 
 // {noFailure, finalTry, triesLeft}
@@ -95,17 +96,17 @@ INSTANTIATE_TEST_SUITE_P(
         FailureRow{kTransport, {true, false, 2}, nullptr, nullptr, {}},
         FailureRow{kTransport, {false, false, {}}, "PIN incorrect", kMayLock, {}},
         FailureRow{kTransport, {false, false, 2}, "PIN incorrect", kMayLock, 2},
-        FailureRow{kTransport, {false, true, 1}, "PIN incorrect", kLast, {}},
+        FailureRow{kTransport, {false, true, 1}, "PIN incorrect", kLastAttempt, {}},
         FailureRow{kTransport,
                    {true, true, {}},
                    "The PIN has previously been entered incorrectly",
-                   kLast,
+                   kLastAttempt,
                    {}},
         FailureRow{ChangePinMode::UnlockPin, {false, false, {}}, "PUK incorrect", kMayLock, {}},
         FailureRow{ChangePinMode::ChangePuk,
                    {true, true, {}},
                    "The PUK has previously been entered incorrectly",
-                   kLast,
+                   kLastAttempt,
                    {}},
         FailureRow{
             ChangePinMode::InitialisePin, {false, false, {}}, "PIN incorrect", kMayLock, {}}));

@@ -4,6 +4,7 @@
 
 #include "pin/pin_failure.h"
 #include "pin/pin_length_rule.h"
+#include "support/attempt_warnings.h"
 
 namespace zeldlg {
 namespace {
@@ -58,8 +59,8 @@ TEST(PinLengthRule, LimitsAreUnsigned) {
 
 constexpr const char* kIncorrect = "PIN incorrect";
 constexpr const char* kEarlier = "The PIN has previously been entered incorrectly";
-constexpr const char* kLast = "WARNING: You have only 1 attempt left!";
-constexpr const char* kMayLock = "WARNING: Repeated login failures may lock the token!";
+using test::kLastAttempt;
+using test::kMayLock;
 
 std::string Line(const char* key) { return key != nullptr ? key : ""; }
 
@@ -83,12 +84,13 @@ TEST_P(FailureOfAttempts, IsDescribed) {
 INSTANTIATE_TEST_SUITE_P(AllCombinations, FailureOfAttempts,
                          testing::Values(AttemptsRow{{true, false, false}, "", ""},
                                          AttemptsRow{{true, false, true}, "", ""},
-                                         AttemptsRow{{true, true, false}, kIncorrect, kLast},
-                                         AttemptsRow{{true, true, true}, kEarlier, kLast},
+                                         AttemptsRow{{true, true, false}, kIncorrect, kLastAttempt},
+                                         AttemptsRow{{true, true, true}, kEarlier, kLastAttempt},
                                          AttemptsRow{{false, false, false}, kIncorrect, kMayLock},
                                          AttemptsRow{{false, false, true}, kEarlier, kMayLock},
-                                         AttemptsRow{{false, true, false}, kIncorrect, kLast},
-                                         AttemptsRow{{false, true, true}, kEarlier, kLast}));
+                                         AttemptsRow{
+                                             {false, true, false}, kIncorrect, kLastAttempt},
+                                         AttemptsRow{{false, true, true}, kEarlier, kLastAttempt}));
 
 struct CounterRow {
     PinRetryCounter counter;
@@ -113,10 +115,10 @@ INSTANTIATE_TEST_SUITE_P(AllCombinations, FailureOfCounter,
                                          CounterRow{{3, 3, true}, "", "", {}},
                                          CounterRow{{3, 2, false}, kIncorrect, kMayLock, 2},
                                          CounterRow{{3, 2, true}, kEarlier, kMayLock, 2},
-                                         CounterRow{{3, 1, false}, kIncorrect, kLast, {}},
-                                         CounterRow{{3, 1, true}, kEarlier, kLast, {}},
-                                         CounterRow{{1, 1, false}, kIncorrect, kLast, {}},
-                                         CounterRow{{1, 1, true}, kEarlier, kLast, {}},
+                                         CounterRow{{3, 1, false}, kIncorrect, kLastAttempt, {}},
+                                         CounterRow{{3, 1, true}, kEarlier, kLastAttempt, {}},
+                                         CounterRow{{1, 1, false}, kIncorrect, kLastAttempt, {}},
+                                         CounterRow{{1, 1, true}, kEarlier, kLastAttempt, {}},
                                          CounterRow{{3, 0, false}, kIncorrect, kMayLock, 0},
                                          CounterRow{{0, 0, false}, "", "", {}},
                                          CounterRow{{3, 5, true}, kEarlier, kMayLock, 5}));

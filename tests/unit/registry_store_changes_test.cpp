@@ -12,6 +12,7 @@ namespace zeldlg::registry {
 namespace {
 
 using test::Key;
+using test::kStart;
 using test::Number;
 using test::ReadFile;
 using test::SetBytes;
@@ -20,8 +21,6 @@ using test::SetText;
 using test::SmallRegistry;
 using test::Text;
 using test::WriteFile;
-
-const std::string kStart = "REGEDIT4\r\n\r\n";
 
 class RegistryStoreChanges : public test::RegistryTest {
 protected:

@@ -16,6 +16,7 @@ namespace zeldlg::registry {
 namespace {
 
 using test::Key;
+using test::kStart;
 using test::Number;
 using test::ReadFile;
 using test::SetNumber;
@@ -23,8 +24,6 @@ using test::SetText;
 using test::SmallRegistry;
 using test::Text;
 using test::WriteFile;
-
-const std::string kStart = "REGEDIT4\r\n\r\n";
 
 class RegistryStore : public test::RegistryTest {
 protected:

@@ -10,10 +10,9 @@
 namespace zeldlg::registry {
 namespace {
 
+using test::kStart;
 using test::MakeText;
 using test::WriteText;
-
-const std::string kStart = "REGEDIT4\r\n\r\n";
 
 KeyNode* FindKey(RegistryText& text, std::string_view name) { return text.Find(FoldedName(name)); }
 

@@ -2,6 +2,7 @@
 // and no key can bring them about as an input method does: finished, past the events for keys.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <wx/app.h>
 
 #include <vector>
 

@@ -34,6 +34,9 @@ inline void PrintTo(const RegistryValue& value, std::ostream* out) {
 
 namespace test {
 
+/// What every registry file begins with.
+inline const std::string kStart = "REGEDIT4\r\n\r\n";
+
 /// A directory that is removed with everything in it. Anyone may enter it.
 class ScratchDirectory {
 public:
@@ -216,7 +219,7 @@ protected:
 
 /// A small registry with one key under HKEY_LOCAL_MACHINE, "Key", holding one number, "Number".
 inline std::string SmallRegistry(std::string_view digits, std::string_view more = {}) {
-    return std::string("REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\Key]\r\n\"Number\"=dword:")
+    return std::string(kStart + "[HKEY_LOCAL_MACHINE\\Key]\r\n\"Number\"=dword:")
         .append(digits)
         .append("\r\n")
         .append(more)
