@@ -38,7 +38,7 @@ def main():
         "dialogs": lambda: dialogs.measure(3 if few else 25, say),
         "requests": lambda: requests.measure_round_trips(1 if few else 5, 1000 if few else 10000),
         "throughput": lambda: requests.measure_throughput(2 if few else 15, 200),
-        "idle": lambda: requests.measure_idle(2 if few else 10, 1000),
+        "idle": lambda: requests.measure_idle(2 if few else 15, 1000, say),
         "size": plain_code.measure_size,
     }
     for group in wanted:

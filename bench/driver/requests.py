@@ -1,7 +1,7 @@
 """Requests without a window, and what the library costs while nothing happens."""
 
 from . import programs
-from .figures import Figure
+from .figures import Figure, ratios
 
 US = 1e3
 THREADS = (1, 2, 4, 8)
@@ -38,17 +38,29 @@ def measure_throughput(rounds, milliseconds):
     return figures
 
 
-def measure_idle(rounds, milliseconds):
-    notes = programs.host("idle", rounds, milliseconds)
-    polled = programs.bare("poll", rounds, milliseconds)
-    asleep = programs.bare("sleep", rounds, milliseconds)
+def measure_idle(rounds, milliseconds, say):
+    kinds = {
+        "ours": lambda: programs.host("idle", 1, milliseconds),
+        "looking": lambda: programs.bare("poll", 1, milliseconds),
+        "asleep": lambda: programs.bare("sleep", 1, milliseconds),
+    }
+    share = {kind: [] for kind in kinds}
+    wake_ups, allocations = [], []
+    for turn in range(rounds):
+        say(f"idle, {turn + 1} of {rounds}")
+        for kind, run in kinds.items():
+            notes = run()
+            share[kind].append(notes.first("ppm") / 1e4)
+            if kind == "ours":
+                wake_ups.append(notes.first("wakeups"))
+                allocations.append(notes.first("allocations") * 1000 / milliseconds)
     return [
-        Figure("idle: share of a core", [ppm / 1e4 for ppm in notes.all("ppm")], "%", 0.3),
-        Figure("idle: a bare program that looks for events every 10 ms",
-               [ppm / 1e4 for ppm in polled.all("ppm")], "%"),
-        Figure("idle: a program that only sleeps, 10 ms at a time",
-               [ppm / 1e4 for ppm in asleep.all("ppm")], "%"),
-        Figure("idle: wake-ups a second", notes.all("wakeups"), ""),
-        Figure("idle: memory requests in a second",
-               [count * 1000 / milliseconds for count in notes.all("allocations")], "", 0),
+        Figure("idle: share of a core", share["ours"], "%", 0.3),
+        Figure("idle: a bare program that looks for events every 10 ms", share["looking"], "%"),
+        Figure("idle: beside that program", ratios(share["ours"], share["looking"]), "", 1.1),
+        Figure("idle: a program that only sleeps, 10 ms at a time", share["asleep"], "%"),
+        Figure("idle: beyond sleeping",
+               [mine - theirs for mine, theirs in zip(share["ours"], share["asleep"])], "%"),
+        Figure("idle: wake-ups a second", wake_ups),
+        Figure("idle: memory requests in a second", allocations, "", 0),
     ]

@@ -1,12 +1,11 @@
 #include "platform/event.h"
 
-#include <pthread.h>
 #include <sched.h>
+#include <semaphore.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <condition_variable>
 #include <functional>
 #include <mutex>
 #include <new>
@@ -23,12 +22,35 @@ enum class Release {
     ByPulse,  // lost when the wait ends without using it
 };
 
-// What a waiting call sleeps on.
-struct Sleeper {
-    std::mutex mutex;
-    std::condition_variable wakeUp;
-    uint64_t wakeUps = 0;
-    bool waitsForAll = false;
+// What a waiting call sleeps on. A condition variable would take its mutex as if others waited for
+// it too, and so ask the kernel, after each poll of an idle program, to wake nobody.
+class Sleeper {
+public:
+    explicit Sleeper(bool waitsForAll) : m_waitsForAll(waitsForAll) { sem_init(&m_wakeUp, 0, 0); }
+    ~Sleeper() { sem_destroy(&m_wakeUp); }
+    Sleeper(const Sleeper&) = delete;
+    Sleeper& operator=(const Sleeper&) = delete;
+
+    bool WaitsForAll() const { return m_waitsForAll; }
+
+    // Ends one sleep, of now or later: a wake-up without a reason only means one more look. The
+    // caller holds the mutex of a list that the sleeper is on, so that it lives until this returns.
+    void WakeUp() { sem_post(&m_wakeUp); }
+
+    // @return Whether something happened before the deadline (null: none).
+    bool Sleep(const timespec* deadline) {
+        int result = 0;
+        do {
+            result = deadline == nullptr ? sem_wait(&m_wakeUp) : sem_timedwait(&m_wakeUp, deadline);
+        } while (result != 0 && errno == EINTR);
+        return result == 0;
+    }
+
+    std::mutex mutex;  // guards what was released of this call
+
+private:
+    sem_t m_wakeUp{};
+    bool m_waitsForAll;
 };
 
 // One event of one waiting call. Linked into the event's list; `released` is guarded by the
@@ -42,16 +64,12 @@ struct Waiter {
 };
 
 void WakeUp(Waiter& waiter, Release release) {
-    {
+    if (release != Release::None) {
         const std::lock_guard lock(waiter.sleeper->mutex);
-        if (release != Release::None) {
-            waiter.released = release;
-        }
-        ++waiter.sleeper->wakeUps;
+        waiter.released = release;
     }
-    // Unlocked, so that the sleeper need not wait again. It lives until it is taken off the list,
-    // whose mutex the caller holds.
-    waiter.sleeper->wakeUp.notify_all();
+    // Unlocked, so that the sleeper need not wait again.
+    waiter.sleeper->WakeUp();
 }
 
 bool IsReleased(const Waiter& waiter) {
@@ -108,7 +126,7 @@ void ManualResetEvent::Set() {
 // events at once only get a setting when all of theirs are there, so they are woken to look.
 void ManualResetEvent::OfferToOneWaiter() {
     for (Waiter* waiter = m_waiters->head; waiter != nullptr; waiter = waiter->next) {
-        if (!waiter->sleeper->waitsForAll && !IsReleased(*waiter)) {
+        if (!waiter->sleeper->WaitsForAll() && !IsReleased(*waiter)) {
             WakeUp(*waiter, Release::BySet);
             return;
         }
@@ -148,8 +166,7 @@ void ManualResetEvent::Reset() {
 // One call of WaitForEvents: registered with every event for as long as it lives.
 class WaitCall {
 public:
-    WaitCall(uint32_t count, ManualResetEvent* const* events, bool waitAll) {
-        m_sleeper.waitsForAll = waitAll;
+    WaitCall(uint32_t count, ManualResetEvent* const* events, bool waitAll) : m_sleeper(waitAll) {
         if (count > m_fewWaiters.size()) {
             m_manyWaiters.resize(count);
             m_waiters = m_manyWaiters.data();
@@ -188,8 +205,8 @@ public:
 
     // Looks, sleeps and looks again until satisfied or past the deadline (null: none).
     int32_t Run(const timespec* deadline) {
-        for (bool timedOut = false;; timedOut = !Sleep(deadline)) {
-            const int32_t index = m_sleeper.waitsForAll ? TakeAll() : TakeFirst();
+        for (bool timedOut = false;; timedOut = !m_sleeper.Sleep(deadline)) {
+            const int32_t index = m_sleeper.WaitsForAll() ? TakeAll() : TakeFirst();
             if (index >= 0) {
                 return index;
             }
@@ -218,7 +235,6 @@ private:
 
     int32_t TakeFirst() {
         const std::lock_guard lock(m_sleeper.mutex);
-        m_seenWakeUps = m_sleeper.wakeUps;
         for (uint32_t i = 0; i < m_count; ++i) {
             if (m_waiters[i].event != nullptr && Take(m_waiters[i])) {
                 return static_cast<int32_t>(i);
@@ -255,10 +271,6 @@ private:
         for (const Waiter* waiter : waiters) {
             locks.emplace_back(waiter->event->m_waiters->mutex);
         }
-        {
-            const std::lock_guard lock(m_sleeper.mutex);
-            m_seenWakeUps = m_sleeper.wakeUps;
-        }
         const bool allSet = std::all_of(waiters.begin(), waiters.end(), [](const Waiter* waiter) {
             return IsReleased(*waiter) || waiter->event->IsSet();
         });
@@ -283,23 +295,7 @@ private:
         return true;
     }
 
-    // @return Whether something happened before the deadline.
-    bool Sleep(const timespec* deadline) {
-        std::unique_lock lock(m_sleeper.mutex);
-        while (m_sleeper.wakeUps == m_seenWakeUps) {
-            if (deadline == nullptr) {
-                m_sleeper.wakeUp.wait(lock);
-            } else if (pthread_cond_timedwait(m_sleeper.wakeUp.native_handle(),
-                                              m_sleeper.mutex.native_handle(),
-                                              deadline) == ETIMEDOUT) {
-                return false;
-            }
-        }
-        return true;
-    }
-
     Sleeper m_sleeper;
-    uint64_t m_seenWakeUps = 0;
     // The idle loop polls a hundred times a second: a few events need no allocation.
     std::array<Waiter, 4> m_fewWaiters;
     std::vector<Waiter> m_manyWaiters;
