@@ -45,22 +45,26 @@ def measure_idle(rounds, milliseconds, say):
         "asleep": lambda: programs.bare("sleep", 1, milliseconds),
     }
     share = {kind: [] for kind in kinds}
-    wake_ups, allocations = [], []
+    wake_ups, allocations, looks = [], [], []
     for turn in range(rounds):
         say(f"idle, {turn + 1} of {rounds}")
-        for kind, run in kinds.items():
-            notes = run()
+        names = list(kinds)
+        for kind in names[turn % 3:] + names[:turn % 3]:
+            notes = kinds[kind]()
             share[kind].append(notes.first("ppm") / 1e4)
             if kind == "ours":
                 wake_ups.append(notes.first("wakeups"))
                 allocations.append(notes.first("allocations") * 1000 / milliseconds)
+            elif kind == "looking":
+                looks.append(notes.first("at-once") / US * 100 / 1e4)
     return [
         Figure("idle: share of a core", share["ours"], "%", 0.3),
         Figure("idle: a bare program that looks for events every 10 ms", share["looking"], "%"),
-        Figure("idle: beside that program", ratios(share["ours"], share["looking"]), "", 1.1),
+        Figure("idle: beside that program", ratios(share["ours"], share["looking"])),
         Figure("idle: a program that only sleeps, 10 ms at a time", share["asleep"], "%"),
         Figure("idle: beyond sleeping",
                [mine - theirs for mine, theirs in zip(share["ours"], share["asleep"])], "%"),
+        Figure("idle: a hundred looks for events, one after the other", looks, "%"),
         Figure("idle: wake-ups a second", wake_ups),
         Figure("idle: memory requests in a second", allocations, "", 0),
     ]
