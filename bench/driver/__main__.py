@@ -10,7 +10,7 @@ from . import building, dialogs, plain_code, programs, report, requests
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 DOCUMENT = os.path.join(SOURCE, "docs", "performance.md")
 PICTURES = os.path.join(SOURCE, "docs", "pictures", "performance")
-GROUPS = ("dialogs", "requests", "throughput", "idle", "plain code", "size", "build")
+GROUPS = ("dialogs", "requests", "throughput", "idle", "animation", "plain code", "size", "build")
 
 
 def say(text):
@@ -39,6 +39,7 @@ def main():
         "requests": lambda: requests.measure_round_trips(1 if few else 5, 1000 if few else 10000),
         "throughput": lambda: requests.measure_throughput(2 if few else 15, 200),
         "idle": lambda: requests.measure_idle(2 if few else 15, 1000, say),
+        "animation": lambda: requests.measure_animation(1 if few else 5, 4200),
         "size": plain_code.measure_size,
     }
     for group in wanted:

@@ -4,6 +4,7 @@ from . import programs
 from .figures import Figure, ratios
 
 US = 1e3
+MS = 1e6
 THREADS = (1, 2, 4, 8)
 NOT_LESS = 0.95  # medians of the same thing differ by less
 
@@ -67,4 +68,23 @@ def measure_idle(rounds, milliseconds, say):
         Figure("idle: a hundred looks for events, one after the other", looks, "%"),
         Figure("idle: wake-ups a second", wake_ups),
         Figure("idle: memory requests in a second", allocations, "", 0),
+    ]
+
+
+def measure_animation(rounds, milliseconds):
+    """The three pictures of the key generation, one every 500 ms."""
+    notes = programs.host("animation", rounds, milliseconds, probed=True)
+    steps, last = [], None
+    for what, value in notes:
+        if what == "frame":
+            if last is not None:
+                steps.append((value - last) / MS)
+            last = value
+        elif what in ("appeared", "enough"):
+            last = None
+    return [
+        Figure("animation: from picture to picture", steps, "ms"),
+        Figure("animation: furthest from its 500 ms", [abs(step - 500) for step in steps], "ms",
+               25, share=1),
+        Figure("animation: share of a core", [ppm / 1e4 for ppm in notes.all("ppm")], "%"),
     ]

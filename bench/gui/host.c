@@ -16,7 +16,8 @@ static const struct {
 } kCommands[] = {{"dialogs", MeasureDialogs},
                  {"roundtrips", MeasureRoundTrips},
                  {"throughput", MeasureThroughput},
-                 {"idle", MeasureIdle}};
+                 {"idle", MeasureIdle},
+                 {"animation", MeasureAnimation}};
 
 void RoundTrip(const Host* host) {
     wchar_t name[32];

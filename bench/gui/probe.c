@@ -1,6 +1,7 @@
 /* A GTK module that sees when a text field has the keyboard, and plays the user: it types a PIN
- * and presses OK. The toolkit loads it by itself (GTK_MODULES) into the host of the library and
- * into the bare program, so that both are measured, and slowed, alike. */
+ * and presses OK. It also sees when windows paint anything. The toolkit loads it by itself
+ * (GTK_MODULES) into the host of the library and into the bare program, so that both are measured,
+ * and slowed, alike. */
 #include <gtk/gtk.h>
 
 #include "note.h"
@@ -39,6 +40,16 @@ static gboolean OnDraw(GSignalInvocationHint* hint, guint count, const GValue* v
     return TRUE;
 }
 
+static gboolean OnFrame(GSignalInvocationHint* hint, guint count, const GValue* values,
+                        gpointer data) {
+    (void)hint;
+    (void)count;
+    (void)values;
+    (void)data;
+    Note("frame");
+    return TRUE;
+}
+
 G_MODULE_EXPORT void gtk_module_init(const gint* argc, gchar*** argv);
 
 void gtk_module_init(const gint* argc, gchar*** argv) {
@@ -50,4 +61,8 @@ void gtk_module_init(const gint* argc, gchar*** argv) {
                                NULL);
     g_signal_add_emission_hook(g_signal_lookup("draw", GTK_TYPE_WIDGET), 0, OnDraw, NULL, NULL);
     g_type_class_unref(widgets);
+    gpointer const clocks = g_type_class_ref(GDK_TYPE_FRAME_CLOCK);
+    g_signal_add_emission_hook(g_signal_lookup("paint", GDK_TYPE_FRAME_CLOCK), 0, OnFrame, NULL,
+                               NULL);
+    g_type_class_unref(clocks);
 }
