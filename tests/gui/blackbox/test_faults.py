@@ -50,11 +50,7 @@ class Threads(FaultCase):
 class Displays(FaultCase):
     def assert_fails_soon(self, display):
         host = self.start_host(environment={"DISPLAY": display}, strict=False)
-        for _ in range(2):
-            call = host.call(PIN)
-            self.assertEqual(FAILED, call.result())
-            self.assertLess(call.elapsed(), 2)
-            self.assertTrue(call.untouched("pin"))
+        self.assert_pin_fails_soon(host)
         host.run("DLG_Finalize")
         host.setenv("DISPLAY", os.environ["DISPLAY"])
         self.confirm_pin_dialog(host)

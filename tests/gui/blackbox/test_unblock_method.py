@@ -3,7 +3,7 @@
 
 import unittest
 
-from stage import CANCELLED, FAILED, OK, StageTestCase, wait_until
+from stage import CANCELLED, FAILED, OK, WAYS_OUT, StageTestCase, wait_until
 
 METHOD = "DLG_ShowSelectUnblockMethod"
 PUK = "Unlock PIN using the PUK"
@@ -273,17 +273,11 @@ class Keyboard(MethodCase):
 
 class WaysOut(MethodCase):
     def test_every_way_out_but_ok_cancels_and_writes_nothing(self):
-        ways = {"Cancel": lambda: self.window.find("push button", "Cancel").press(),
-                "close box": lambda: self.screen.close_window(self.window),
-                "task bar": lambda: self.screen.x11.ask_manager_to_close(
-                    self.screen.x11_window(self.window)),
-                "Escape": lambda: self.screen.key("Escape"),
-                "Alt+F4": lambda: self.screen.key("alt+F4")}
         for arguments in ({}, {"pukOffered": 0, "codes": []}):
-            for way, leave in ways.items():
+            for way, leave in WAYS_OUT.items():
                 with self.subTest(way=way, **arguments):
                     self.open(**arguments)
-                    leave()
+                    leave(self.screen, self.window)
                     self.assertEqual(CANCELLED, self.call.result())
                     self.expect_untouched()
                     self.screen.wait_gone(self.window)

@@ -5,7 +5,7 @@ and drives what is on them, `Host` is a program that loads the library, and `Sta
 them together for a test file that is started with run_on_stage.
 """
 
-from .acts import Key, Press
+from .acts import WAYS_OUT, Key, Press
 from .events import Events
 from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call, Host, HostError,
                    library_path, policy)
@@ -20,5 +20,5 @@ from .wait import Gone, StageError, scaled, wait_until
 
 __all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
            "Gone", "Host", "HostError", "Key", "Node", "Press", "Screen", "Stage", "StageError",
-           "StageTestCase", "library_path", "make_locales", "policy", "require_private_mounts",
-           "scaled", "take_snapshot", "wait_until"]
+           "StageTestCase", "WAYS_OUT", "library_path", "make_locales", "policy",
+           "require_private_mounts", "scaled", "take_snapshot", "wait_until"]

@@ -4,7 +4,7 @@ import os
 import sys
 import unittest
 
-from .host import Host
+from .host import FAILED, Host
 from .screen import Screen
 from .wait import Gone, StageError, wait_until
 
@@ -36,6 +36,14 @@ class StageTestCase(unittest.TestCase):
         if call.done:
             self.fail(f"{export} returned {call.result():#x} instead of showing {title!r}")
         return call, self.screen.find_window(title, host)
+
+    def assert_pin_fails_soon(self, host):
+        """What a host sees whose toolkit cannot start, now and later."""
+        for _ in range(2):
+            call = host.call("DLG_ShowPinDialog")
+            self.assertEqual(FAILED, call.result())
+            self.assertLess(call.elapsed(), 2)
+            self.assertTrue(call.untouched("pin"))
 
     def _end(self, host):
         failed = not self._outcome.success
