@@ -13,6 +13,10 @@ bool IsAsciiByte(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
 
 bool IsAscii(std::string_view utf8) { return std::all_of(utf8.begin(), utf8.end(), IsAsciiByte); }
 
+bool ContainsAscii(std::string_view utf8) {
+    return std::any_of(utf8.begin(), utf8.end(), IsAsciiByte);
+}
+
 platform::SecretBytes KeepAscii(std::string_view utf8) { return {utf8, IsAsciiByte}; }
 
 }  // namespace zeldlg

@@ -14,6 +14,9 @@ platform::SecretBytes KeepAscii(std::string_view utf8);
 
 bool IsAscii(std::string_view utf8);
 
+/// Whether anything is left of `utf8` without those characters.
+bool ContainsAscii(std::string_view utf8);
+
 /// The filter for typed characters: a bell for each that is refused. The toolkit's validation at
 /// OK would open a box that quotes the text. There is nothing left to find then.
 class AsciiValidator : public wxTextValidator {

@@ -1,8 +1,11 @@
 #include "pin/pin_field.h"
 
 #include <gtk/gtk.h>
+#include <wx/utils.h>
+#include <wx/weakref.h>
 
 #include <cstring>
+#include <memory>
 #include <string_view>
 
 #include "dialogs/common/accessible.h"
@@ -15,6 +18,7 @@ namespace zeldlg {
 namespace {
 
 constexpr int kFieldHeight = 24;
+constexpr wxChar kLastAscii = 0x7F;
 
 // The toolkit's event comes when a text is in already, and an input method moves the caret after
 // it: only here does all else stay as it is.
@@ -53,6 +57,46 @@ size_t PinField::Length() const { return gtk_entry_get_text_length(GTK_ENTRY(Get
 void PinField::LimitToAscii() {
     SetValidator(AsciiValidator());
     g_signal_connect(GetHandle(), "insert-text", G_CALLBACK(KeepAsciiOnly), nullptr);
+    Bind(wxEVT_KEY_DOWN, &PinField::OnKeyDown, this);
+    Bind(wxEVT_TEXT_PASTE, &PinField::OnPaste, this);
+}
+
+// The validator learns of a typed character when the selection that it replaces is deleted already.
+void PinField::OnKeyDown(wxKeyEvent& event) {
+    const bool isRefused = event.GetUnicodeKey() > kLastAscii && !event.HasModifiers();
+    if (isRefused && HasSelection()) {
+        wxBell();
+    } else {
+        event.Skip();
+    }
+}
+
+// In place of the toolkit's own paste, which deletes the selection before it looks at the text.
+void PinField::OnPaste(wxClipboardTextEvent&) {
+    using Asker = wxWeakRef<PinField>;  // The answer may come when the dialog is gone.
+    const auto onAnswer = +[](GtkClipboard*, const char* utf8, gpointer data) {
+        const std::unique_ptr<Asker> asker(static_cast<Asker*>(data));
+        if (*asker) {
+            (*asker)->PasteAscii(utf8 != nullptr ? utf8 : "");
+        }
+    };
+    gtk_clipboard_request_text(gtk_widget_get_clipboard(GetHandle(), GDK_SELECTION_CLIPBOARD),
+                               onAnswer, std::make_unique<Asker>(this).release());
+}
+
+void PinField::PasteAscii(const char* utf8) {
+    if (!ContainsAscii(utf8)) {
+        wxBell();
+        return;
+    }
+    GtkEditable* const editable = GTK_EDITABLE(GetHandle());
+    {
+        const EventsSuppressor quiet(this);  // One event for both steps is enough.
+        gtk_editable_delete_selection(editable);
+    }
+    int position = gtk_editable_get_position(editable);
+    gtk_editable_insert_text(editable, utf8, -1, &position);
+    gtk_editable_set_position(editable, position);
 }
 
 PinField::Accepts AcceptedInNewPin() {

@@ -20,7 +20,8 @@ public:
     /// Measure the width first (CSecureTextControl::MeasureFieldWidth).
     /// @param label    Stands for the field; its text becomes the field's name.
     /// @param accepts  A typed character that is not accepted rings the bell; what a paste or an
-    ///                 input method brings is freed of such characters before it goes in.
+    ///                 input method brings is freed of such characters before it goes in. No
+    ///                 selection is lost to a key or a paste that brings nothing else.
     PinField(wxWindow* parent, wxStaticText& label, Accepts accepts = Accepts::Everything);
 
     /// What is typed.
@@ -30,6 +31,9 @@ public:
 
 private:
     void LimitToAscii();
+    void OnKeyDown(wxKeyEvent& event);
+    void OnPaste(wxClipboardTextEvent& event);
+    void PasteAscii(const char* utf8);
 };
 
 /// What the setting for it allows in a new PIN: only ASCII, unless it is there and 0.

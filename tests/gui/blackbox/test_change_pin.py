@@ -299,6 +299,34 @@ class AsciiOnly(ChangeCase):
                    seen=lambda: self.fields[1].length)
         self.cancel()
 
+    def test_what_is_selected_is_not_lost_to_a_refused_paste_or_key(self):
+        self.open()
+        self.type("1234")
+        for refuse in (lambda: self.screen.paste("\u00e9\u6f22"),
+                       lambda: self.screen.type_text("\u00e9")):
+            self.screen.key("ctrl+a", self.fields[0])
+            refuse()
+            self.screen.key("End")
+            self.type("5")
+        self.assertEqual(6, self.fields[0].length)
+        self.screen.key("ctrl+a", self.fields[0])
+        self.screen.paste("a\u00e9b")
+        wait_until(lambda: self.fields[0].length == 2, what="the ASCII characters only",
+                   seen=lambda: self.fields[0].length)
+        self.cancel()
+
+    def test_a_paste_may_be_answered_when_the_window_is_gone(self):
+        self.screen.set_clipboard("1234")
+        self.open()
+        with self.screen.held_clipboard():
+            self.screen.key("ctrl+v", self.fields[0])
+            self.screen.key("Escape")
+            self.assertEqual(CANCELLED, self.call.result())
+            self.screen.wait_gone(self.window)
+        self.open()
+        self.assertEqual(0, self.fields[0].length)
+        self.cancel()
+
 
 class AllCharacters(ChangeCase):
     registry = ('REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0]\r\n'

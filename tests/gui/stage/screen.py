@@ -1,6 +1,8 @@
 """What a user of the stage's screen sees and does: windows, texts, buttons, keys."""
 
+import contextlib
 import os
+import signal
 import subprocess
 import tempfile
 import time
@@ -183,6 +185,17 @@ class Screen:
         with self._clipboard.stdin as pipe:
             pipe.write(text.encode())
         wait_until(lambda: self.clipboard() == text, 10, "the text in the clipboard")
+
+    @contextlib.contextmanager
+    def held_clipboard(self):
+        """While it lasts, whoever wants to paste gets no answer."""
+        asked = self._clipboard_asked()
+        self._clipboard.send_signal(signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            self._clipboard.send_signal(signal.SIGCONT)
+        wait_until(lambda: self._clipboard_asked() > asked, 30, "somebody to ask for the text")
 
     def clipboard(self):
         """What can be pasted; None when nothing can."""
