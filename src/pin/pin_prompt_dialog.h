@@ -23,7 +23,7 @@ protected:
     CPinPromptDialog(wxWindow* parent, const PinLengthRule& lengthRule);
 
     /// The rows, from top to bottom.
-    void AddHeading(const wxString& tokenLabel, size_t maxLines = SIZE_MAX);
+    void AddHeading(const wxString& tokenLabel, size_t maxLines);
     void AddFailureLines(const PinFailureLines& lines);
     void AddPinField();
     wxButton* AddButtons(const wxString& okLabel);

@@ -109,6 +109,15 @@ class Layout(PinDialogCase):
         self.assertTrue(0 <= x and x + width <= 1024 and 0 <= y and y + height <= 768)
         self.cancel()
 
+    def test_a_label_of_many_lines_leaves_all_else_on_the_screen(self):
+        for label in ("A\n" * 200, "\U0001f511" * 600, "W" * 600):
+            self.open(PIN_EX, label=label, maxTries=3, triesLeft=2)
+            shown = f'To log in to "{label}"'[:499]
+            self.assertEqual("".join(shown.split()), "".join(self.heading().split()))
+            x, y, width, height = self.window.extents
+            self.assertTrue(0 <= x and x + width <= 1024 and 0 <= y and y + height < 768)
+            self.cancel()
+
     def test_a_label_beyond_the_limit_is_cut_there(self):
         self.open(label="x" * 600)
         self.assertEqual('Tologinto"' + "x" * (499 - len('To log in to "')),
