@@ -167,6 +167,11 @@ class Warnings(ChangeCase):
                 self.assertEqual(red, self.red_lines())
                 self.cancel()
 
+    def test_the_tries_stand_on_a_line_of_their_own(self):
+        self.open(POLICED, noFailure=0, triesLeft=2)
+        self.window.find("label", f"You have 2 tries remaining\n{MAY_LOCK}")
+        self.cancel()
+
 
 class Rules(ChangeCase):
     def test_ok_only_when_all_four_hold(self):

@@ -276,6 +276,11 @@ class Warnings(PinDialogCase):
                 self.assertEqual(expected, self.warnings())
                 self.cancel()
 
+    def test_the_tries_stand_on_a_line_of_their_own(self):
+        self.open(PIN_EX, maxTries=3, triesLeft=2)
+        self.window.find("label", f"{MAY_LOCK}\nYou have 2 tries remaining")
+        self.cancel()
+
 
 class BadArguments(PinDialogCase):
     def test_nothing_is_shown_for_a_null_record_output_or_label(self):
