@@ -36,6 +36,14 @@ void KeepAsciiOnly(GtkEditable* editable, const char* utf8, int bytes, int* posi
     gtk_editable_insert_text(editable, text.data(), static_cast<int>(text.size()), position);
 }
 
+// As much of a text as GTK pastes into these fields. In bytes.
+size_t LineLength(const char* utf8) {
+    int end = 0;
+    int next = 0;
+    pango_find_paragraph_boundary(utf8, -1, &end, &next);
+    return static_cast<size_t>(end);
+}
+
 }  // namespace
 
 PinField::PinField(wxWindow* parent, wxStaticText& label, Accepts accepts)
@@ -43,6 +51,8 @@ PinField::PinField(wxWindow* parent, wxStaticText& label, Accepts accepts)
                  wxSize(CSecureTextControl::GetFieldWidth(), kFieldHeight), wxTE_PASSWORD) {
     SetLabelFor(label, *this);
     MarkAsSecretField(*this);
+    // A PIN copied from a file or a table brings a line break along, unseen behind the mask.
+    g_object_set(GetHandle(), "truncate-multiline", TRUE, nullptr);
     if (accepts == Accepts::AsciiOnly) {
         LimitToAscii();
     }
@@ -85,7 +95,8 @@ void PinField::OnPaste(wxClipboardTextEvent&) {
 }
 
 void PinField::PasteAscii(const char* utf8) {
-    if (!ContainsAscii(utf8)) {
+    const std::string_view line(utf8, LineLength(utf8));
+    if (!ContainsAscii(line)) {
         wxBell();
         return;
     }
@@ -95,7 +106,7 @@ void PinField::PasteAscii(const char* utf8) {
         gtk_editable_delete_selection(editable);
     }
     int position = gtk_editable_get_position(editable);
-    gtk_editable_insert_text(editable, utf8, -1, &position);
+    gtk_editable_insert_text(editable, line.data(), static_cast<int>(line.size()), &position);
     gtk_editable_set_position(editable, position);
 }
 

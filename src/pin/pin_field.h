@@ -11,8 +11,8 @@
 namespace zeldlg {
 
 /// A password field of the width that all PIN fields have, known to assistive technology and
-/// input methods as what it is. What is typed is read from the toolkit's own memory, which it
-/// overwrites: GetValue() would leave copies behind.
+/// input methods as what it is. Of a paste the first line goes in. What is typed is read from the
+/// toolkit's own memory, which it overwrites: GetValue() would leave copies behind.
 class PinField : public wxTextCtrl {
 public:
     enum class Accepts { Everything, AsciiOnly };

@@ -184,6 +184,17 @@ class Delivery(PinDialogCase):
         self.assertEqual(OK, self.call.result())
         self.assertEqual(b"12345", self.call.value("pin"))
 
+    def test_of_a_pasted_line_the_line_break_is_left_out(self):
+        for text in ("1234\n", "1234\r\n", "1234\n5678\n"):
+            with self.subTest(text):
+                self.open()
+                self.screen.paste(text, self.field)
+                wait_until(lambda: self.field.length > 0, what="the pasted characters")
+                self.expect_ok(True)
+                self.screen.key("Return")
+                self.assertEqual(OK, self.call.result())
+                self.assertEqual(b"1234", self.call.value("pin"))
+
     def test_the_extended_form_delivers_too(self):
         self.open(PIN_EX, maxTries=3, triesLeft=2)
         self.type("98765")

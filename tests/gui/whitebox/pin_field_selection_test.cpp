@@ -80,7 +80,7 @@ TEST_F(PinFieldSelection, IsReplacedByAnAsciiCharacterFromADeadKey) {
 }
 
 TEST_F(PinFieldSelection, IsKeptWhenNothingOfAPasteIsLeft) {
-    for (const char* const text : {"\u00e9", "\u6f22\U0001f511", ""}) {
+    for (const char* const text : {"\u00e9", "\u6f22\U0001f511", "", "\n1"}) {
         Paste(text);
         ExpectKept();
     }
@@ -93,6 +93,11 @@ TEST_F(PinFieldSelection, IsReplacedByWhatIsLeftOfAPaste) {
     ExpectReplacedBy("abc");
     Paste("d");
     EXPECT_EQ(Pin(), "12abcd56");
+}
+
+TEST_F(PinFieldSelection, IsReplacedByTheFirstLineOfAPaste) {
+    Paste("ab\r\ncd\n");
+    ExpectReplacedBy("ab");
 }
 
 // With one change, not one for the selection and one for the text.
