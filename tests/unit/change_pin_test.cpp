@@ -227,6 +227,9 @@ TEST(AsciiFilter, KeepsAsciiOnly) {
     EXPECT_TRUE(IsAscii("ab\x7F"));
     EXPECT_TRUE(IsAscii(""));
     EXPECT_FALSE(IsAscii("a\u0080"));
+    EXPECT_TRUE(ContainsAscii("\u00E9a"));
+    EXPECT_FALSE(ContainsAscii("\u00E9\U0001f511"));
+    EXPECT_FALSE(ContainsAscii(""));
 }
 
 }  // namespace
