@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <utility>
 
 #include "platform/event.h"
 
@@ -25,12 +26,20 @@ std::atomic<pthread_t> g_guiThread{};
 // thread sanitizer does not see.
 std::atomic<ManualResetEvent*> g_parked{nullptr};
 
+// GUI thread only. Never destroyed: that thread may be parked while static objects are destroyed.
+std::function<void()>& Park() {
+    static auto* const park = new std::function<void()>;
+    return *park;
+}
+
 // A host that runs the main context itself gets here too: its thread goes on.
 gboolean ParkForever(gpointer) {
-    g_parked.load()->Set();
     if (pthread_equal(pthread_self(), g_guiThread) == 0) {
+        g_parked.load()->Set();
         return G_SOURCE_REMOVE;
     }
+    Park()();
+    g_parked.load()->Set();
     for (;;) {
         pause();
     }
@@ -61,7 +70,8 @@ private:
 
 }  // namespace
 
-void ParkGuiThreadAtExit() {
+void ParkGuiThreadAtExit(std::function<void()> park) {
+    Park() = std::move(park);
     static const ExitGuard kGuard;
     g_guiThread = pthread_self();
     g_guiThreadIsUp = true;

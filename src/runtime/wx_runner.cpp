@@ -82,7 +82,7 @@ void CWXRunner::Run(void* argument) {
 // What goes wrong in the start must not end the process.
 bool CWXRunner::StartToolkit() {
     try {
-        return m_toolkit->Start([this] { LeaveToolkit(); });
+        return m_toolkit->Start([this] { LeaveToolkit(); }, [this] { PrepareToPark(); });
     } catch (const abi::__forced_unwind&) {
         throw;
     } catch (...) {
@@ -136,6 +136,17 @@ void CWXRunner::LeaveToolkit() {
     for (;;) {
         pause();
     }
+}
+
+// The process exits. A host may finalise, or call, later in its exit: it must not wait for a thread
+// that stays where it is. The callers that are waiting already go on waiting until the process is
+// gone: woken now they would run while the host's own objects are destroyed.
+void CWXRunner::PrepareToPark() {
+    {
+        const std::lock_guard lock(m_queueMutex);
+        m_closed = true;
+    }
+    Abandon();  // this object may be gone from here on
 }
 
 void CWXRunner::Loop(ManualResetEvent& requestEvent) {

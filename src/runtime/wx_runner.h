@@ -43,6 +43,7 @@ private:
     CMessage* TakeFront(platform::ManualResetEvent& requestEvent);
     void RefuseAll();
     [[noreturn]] void LeaveToolkit();
+    void PrepareToPark();
 
     platform::ManualResetEvent* m_startedEvent;
     platform::ManualResetEvent* m_quitEvent;

@@ -82,14 +82,14 @@ bool StartWx() {
 
 }  // namespace
 
-bool WxToolkit::Start(const std::function<void()>& leave) {
+bool WxToolkit::Start(const std::function<void()>& leave, const std::function<void()>& park) {
     if (wxAppConsole::GetInstance() != nullptr || !Enter()) {
         return false;
     }
     SendMessagesToStandardError();
     const bool started = StartWx();
     if (started) {
-        ParkGuiThreadAtExit();
+        ParkGuiThreadAtExit(park);
         WatchDisplay(leave);
     } else {
         wxImage::CleanUpHandlers();  // a failed start keeps them

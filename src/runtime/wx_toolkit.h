@@ -10,7 +10,7 @@ class WxToolkit : public Toolkit {
 public:
     /// Fails when there is no display, when the process already runs an instance of the toolkit,
     /// or when another thread owns GLib's default main context. Can be tried again later.
-    bool Start(const std::function<void()>& leave) override;
+    bool Start(const std::function<void()>& leave, const std::function<void()>& park) override;
     bool Iterate() override;
     /// A host that runs GLib's default main context meanwhile keeps it: its thread would serve
     /// our windows.

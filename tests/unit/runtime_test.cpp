@@ -61,14 +61,17 @@ struct Script {
     std::atomic<bool> stopped{false};
     std::atomic<bool> displayLost{false};  // the next iteration finds out
     std::function<void()> leave;           // what the toolkit was given for that
+    std::function<void()> park;            // and for the exit of the process
+    std::atomic<bool> parks{false};        // the next iteration does
     std::atomic<int> depth{0};
 };
 
 class ScriptedToolkit : public Toolkit {
 public:
     explicit ScriptedToolkit(Script& script) : m_script(script) {}
-    bool Start(const std::function<void()>& leave) override {
+    bool Start(const std::function<void()>& leave, const std::function<void()>& park) override {
         m_script.leave = leave;
+        m_script.park = park;
         m_script.onStart();
         return m_script.starts;
     }
@@ -76,6 +79,12 @@ public:
         ++m_script.iterations;
         if (m_script.displayLost) {
             m_script.leave();
+        }
+        if (m_script.parks) {
+            m_script.park();
+            for (;;) {
+                pause();
+            }
         }
         return m_script.busyIterations-- > 0;
     }
@@ -342,6 +351,49 @@ TEST(Runner, ADisplayThatIsLostBetweenRequestsFailsTheNext) {
     uint64_t reply = 0;
     CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
     EXPECT_FALSE(runner->Send(message));
+}
+
+bool ParkWhileServing(CMessage* message) {
+    if (message->Code() == 3) {
+        message->Param1As<Script>()->park();
+        for (;;) {
+            pause();
+        }
+    }
+    return false;
+}
+
+TEST(Runner, NobodyElseWaitsForAThreadThatWasParkedInARequest) {
+    Script& script = ScriptOfAThreadThatStays();
+    // Never destroyed, like the caller's frame: that caller waits until the process has ended.
+    static std::unique_ptr<GuiRunner>* const kRunner =
+        new std::unique_ptr(MakeRunner(script, {ParkWhileServing, AddOne}));
+    GuiRunner& runner = **kRunner;
+    static std::atomic<bool> isBack{false};
+    std::thread([&script] {
+        CMessage parking(3, reinterpret_cast<uint64_t>(&script), 0);
+        (*kRunner)->Send(parking);
+        isBack = true;
+    }).detach();
+    ASSERT_TRUE(WaitUntil([&] { return !runner.IsRunning(); }));
+    uint64_t reply = 0;
+    CMessage later(1, 0, reinterpret_cast<uint64_t>(&reply));
+    EXPECT_FALSE(runner.Send(later));
+    runner.Stop();
+    EXPECT_EQ(reply, 0U);
+    EXPECT_FALSE(script.stopped);
+    EXPECT_FALSE(isBack);
+}
+
+TEST(Runner, AThreadThatWasParkedBetweenRequestsIsNotWaitedFor) {
+    Script& script = ScriptOfAThreadThatStays();
+    auto runner = MakeRunner(script, {AddOne});
+    script.parks = true;
+    ASSERT_TRUE(WaitUntil([&] { return !runner->IsRunning(); }));
+    CMessage message(1, 0, 0);
+    EXPECT_FALSE(runner->Send(message));
+    runner.reset();
+    EXPECT_FALSE(script.stopped);
 }
 
 // The toolkit's end is one more moment in which its connection can break.

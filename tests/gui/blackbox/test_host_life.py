@@ -98,6 +98,20 @@ class StartAndEnd(LifeCase):
             self.assertEqual(0, host.quit())
             self.screen.wait_gone(window)
 
+    def test_calls_late_in_the_exit_neither_wait_nor_work(self):
+        host = self.start_host(environment=STILL_RUNNING)
+        self.cancel_pin_dialog(host)
+        self.assertEqual(1, host.run("DLG_PinPadShowVerificationDialog"))
+        host.command("exit-calls")
+        self.assertEqual(0, host.quit())
+
+    def test_nor_while_a_dialog_is_open(self):
+        host = self.start_host(environment=STILL_RUNNING)
+        _, window = self.show(host, PIN, TITLE)
+        host.command("exit-calls")
+        self.assertEqual(0, host.quit())
+        self.screen.wait_gone(window)
+
 
 class Threads(LifeCase):
     def test_eight_threads_each_get_their_own_answer(self):

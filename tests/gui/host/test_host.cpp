@@ -19,6 +19,7 @@
 
 #include "arguments.h"
 #include "child_process.h"
+#include "exit_calls.h"
 #include "export_calls.h"
 #include "glib_loop.h"
 #include "gtk_start.h"
@@ -238,6 +239,8 @@ bool Host::Change(const Words& words, JsonLine& line) {
         StopGlibLoop();
     } else if (words == Words{"fork"}) {
         ReportForkedCalls(FindSymbol("DLG_GetLocale"), FindSymbol("DLG_Finalize"), line);
+    } else if (words == Words{"exit-calls"}) {
+        CallAtExit(FindSymbol("DLG_GetLocale"), FindSymbol("DLG_Finalize"));
     } else if (words == Words{"gtk-init"}) {
         line.Flag("started", StartGtk());
     } else if (words == Words{"toolkit", "start"}) {
@@ -282,6 +285,7 @@ int Main(int argumentCount, char** arguments) {
         std::cerr << "usage: " << arguments[0] << " LIBRARY\n";
         return EXIT_FAILURE;
     }
+    PrepareExitCalls();
     static Host* host = nullptr;  // never destroyed: workers may be in calls at the exit
     try {
         host = new Host(arguments[1]);
