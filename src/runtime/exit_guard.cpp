@@ -18,12 +18,18 @@ using platform::ManualResetEvent;
 // A thread that is busy for longer than this is left to its fate: exiting must not hang.
 constexpr uint32_t kParkTimeoutMs = 1000;
 
+enum class Phase {
+    Down,
+    Changing,  // the toolkit is being started or stopped; there is no loop to park the thread in
+    Up,
+};
+
 // Written on the GUI thread, read by the thread that exits.
-std::atomic<bool> g_guiThreadIsUp{false};
+std::atomic<Phase> g_phase{Phase::Down};
 std::atomic<pthread_t> g_guiThread{};
 
-// What the exiting thread waits for. Handed over here and not by the main context, whose locks a
-// thread sanitizer does not see.
+// What the exiting thread waits for; null until then. Handed over here and not by the main context,
+// whose locks a thread sanitizer does not see.
 std::atomic<ManualResetEvent*> g_parked{nullptr};
 
 // GUI thread only. Never destroyed: that thread may be parked while static objects are destroyed.
@@ -32,16 +38,31 @@ std::function<void()>& Park() {
     return *park;
 }
 
-// A host that runs the main context itself gets here too: its thread goes on.
-gboolean ParkForever(gpointer) {
-    if (pthread_equal(pthread_self(), g_guiThread) == 0) {
-        g_parked.load()->Set();
-        return G_SOURCE_REMOVE;
-    }
+[[noreturn]] void ParkForever() {
     Park()();
     g_parked.load()->Set();
     for (;;) {
         pause();
+    }
+}
+
+bool IsGuiThread() { return pthread_equal(pthread_self(), g_guiThread) != 0; }
+
+// A host that runs the main context itself gets here too: its thread goes on.
+gboolean ParkGuiThread(gpointer) {
+    if (IsGuiThread()) {
+        ParkForever();
+    }
+    g_parked.load()->Set();
+    return G_SOURCE_REMOVE;
+}
+
+// The exiting thread says that it waits before it looks at the phase: one of the two always sees
+// the other.
+void EnterPhase(Phase phase) {
+    g_phase = phase;
+    if (g_parked.load() != nullptr) {
+        ParkForever();
     }
 }
 
@@ -51,7 +72,7 @@ class ExitGuard {
 public:
     ~ExitGuard() {
         // A forked child has no GUI thread, and the locks of the main context may be taken.
-        if (!g_guiThreadIsUp || getpid() != m_process) {
+        if (getpid() != m_process || g_parked.load() != nullptr || IsGuiThread()) {
             return;
         }
         // Never destroyed: the GUI thread may still be on its way out of Set.
@@ -60,8 +81,13 @@ public:
             return;
         }
         g_parked = parked;
-        g_idle_add_full(G_PRIORITY_HIGH, ParkForever, nullptr, nullptr);
-        platform::WaitForEvent(*parked, kParkTimeoutMs);
+        const Phase phase = g_phase;
+        if (phase == Phase::Up) {
+            g_idle_add_full(G_PRIORITY_HIGH, ParkGuiThread, nullptr, nullptr);
+        }
+        if (phase != Phase::Down) {
+            platform::WaitForEvent(*parked, kParkTimeoutMs);
+        }
     }
 
 private:
@@ -70,13 +96,21 @@ private:
 
 }  // namespace
 
-void ParkGuiThreadAtExit(std::function<void()> park) {
+void WatchExit() { static const ExitGuard kGuard; }
+
+void AwaitGuiThreadAtExit(std::function<void()> park) {
     Park() = std::move(park);
-    static const ExitGuard kGuard;
     g_guiThread = pthread_self();
-    g_guiThreadIsUp = true;
+    AwaitGuiThreadAtExit();
 }
 
-void ForgetGuiThreadAtExit() { g_guiThreadIsUp = false; }
+void AwaitGuiThreadAtExit() { EnterPhase(Phase::Changing); }
+
+void ParkGuiThreadAtExit() {
+    static const ExitGuard kGuard;  // goes before what the start made, too
+    EnterPhase(Phase::Up);
+}
+
+void ForgetGuiThreadAtExit() { EnterPhase(Phase::Down); }
 
 }  // namespace zeldlg

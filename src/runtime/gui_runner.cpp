@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "runtime/exit_guard.h"
 #include "runtime/handlers/handler_chain.h"
 #include "runtime/wx_toolkit.h"
 
@@ -82,6 +83,7 @@ GuiRunner* GetGuiRunner() {
     const std::lock_guard lock(process.mutex);
     if (process.runner == nullptr) {
         g_starter = getpid();
+        WatchExit();
         process.runner = std::make_shared<GuiRunner>(std::make_unique<WxToolkit>());
         for (const RequestHandler handler : HandlerChain()) {
             process.runner->RegisterHandler(handler);

@@ -86,6 +86,7 @@ bool CWXRunner::StartToolkit() {
     } catch (const abi::__forced_unwind&) {
         throw;
     } catch (...) {
+        ForgetGuiThreadAtExit();
         return false;
     }
 }

@@ -80,20 +80,31 @@ bool StartWx() {
     return wxEntryStart(argumentCount, static_cast<wxChar**>(nullptr));
 }
 
+void StopWx() {
+    const CatalogueWriter catalogueWriter;
+    wxEntryCleanup();
+    // The windows are destroyed, but nothing sends that to the display any more.
+    if (GdkDisplay* const display = gdk_display_get_default(); display != nullptr) {
+        gdk_display_flush(display);
+    }
+}
+
 }  // namespace
 
 bool WxToolkit::Start(const std::function<void()>& leave, const std::function<void()>& park) {
     if (wxAppConsole::GetInstance() != nullptr || !Enter()) {
         return false;
     }
+    AwaitGuiThreadAtExit(park);
     SendMessagesToStandardError();
     const bool started = StartWx();
     if (started) {
-        ParkGuiThreadAtExit(park);
         WatchDisplay(leave);
+        ParkGuiThreadAtExit();
     } else {
         wxImage::CleanUpHandlers();  // a failed start keeps them
         GiveMessagesBack();
+        ForgetGuiThreadAtExit();
     }
     Leave();
     return started;
@@ -106,15 +117,11 @@ bool WxToolkit::Enter() { return g_main_context_acquire(nullptr) != FALSE; }
 void WxToolkit::Leave() { g_main_context_release(nullptr); }
 
 void WxToolkit::Stop() {
-    ForgetGuiThreadAtExit();
-    const CatalogueWriter catalogueWriter;
-    wxEntryCleanup();
-    // The windows are destroyed, but nothing sends that to the display any more.
-    if (GdkDisplay* const display = gdk_display_get_default(); display != nullptr) {
-        gdk_display_flush(display);
-    }
+    AwaitGuiThreadAtExit();
+    StopWx();
     ForgetDisplay();
     GiveMessagesBack();
+    ForgetGuiThreadAtExit();
 }
 
 }  // namespace zeldlg
