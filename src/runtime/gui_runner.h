@@ -21,6 +21,7 @@ public:
 
     /// Before the first request only.
     void RegisterHandler(zeldlg::RequestHandler handler);
+    size_t HandlerCount() const { return m_thread->HandlerCount(); }
 
     bool IsRunning() const { return m_thread->IsRunning(); }
 

@@ -34,6 +34,7 @@ public:
 
     /// Before the first request only: the thread reads the list without a lock.
     void RegisterHandler(RequestHandler handler) { m_handlers.push_back(handler); }
+    size_t HandlerCount() const { return m_handlers.size(); }
 
 private:
     bool StartToolkit();
