@@ -61,7 +61,7 @@ wxStaticBitmap* NewIcon(wxWindow* parent, long style) {
 }
 
 wxString YesLabel(int64_t seconds) {
-    return FormatTranslated(CATALOGUE_KEY("&Yes (%ds)"), static_cast<int>(seconds));
+    return FormatTranslated(CATALOGUE_KEY("&Yes (%ds)"), ShownNumber(seconds));
 }
 
 wxSize RoomOnScreen(const wxWindow& window) {

@@ -285,6 +285,15 @@ TEST_F(MessageDialog, AYesNoBoxWithoutACountStartsNoTimer) {
     EXPECT_EQ(test::GetTestApp().Seen(wxEVT_TIMER), seen);
 }
 
+TEST_F(MessageDialog, ASettingThatIsTooLargeForTheLabelIsNotShownAsTimeThatIsOver) {
+    for (const int64_t seconds : {int64_t{INT32_MAX} + 1, int64_t{UINT32_MAX}}) {
+        Make(0x600, seconds);
+        EXPECT_EQ(DefaultButton().GetLabel(), "&Yes (2147483647s)") << seconds;
+        m_dialog->Destroy();
+    }
+    m_dialog = nullptr;
+}
+
 TEST_F(MessageDialog, TheYesButtonHasRoomForTheCount) {
     for (const int64_t seconds : {int64_t{3}, int64_t{120}, int64_t{86400}, int64_t{INT32_MAX}}) {
         Make(0x600, seconds);
