@@ -143,7 +143,7 @@ void CDigitalIDSelectionDialog::OnTouched(wxMouseEvent& event) {
 
 void CDigitalIDSelectionDialog::ShowDetail(wxStaticText* label, const wxString& text) {
     label->SetLabelText(text);
-    label->SetToolTip(text);
+    layout::TellWhole(*label, text);
 }
 
 void CDigitalIDSelectionDialog::StartCountDown() {

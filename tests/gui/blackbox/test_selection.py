@@ -297,6 +297,15 @@ class DigitalIds(SelectionCase):
         self.assertIn("from " * 60, self.window.labels())
         self.close()
 
+    def test_the_tool_tip_of_a_value_that_is_cut_has_room_on_the_screen(self):
+        texts = {"validFrom": "F" * 300, "validTo": "word " * 60, "name": "&" * 300}
+        self.open_ids(count=2, directory="d.example", **texts)
+        for text in texts.values():
+            tool_tip = self.window.find("label", text).description
+            self.assertEqual(text.replace(" ", ""), "".join(tool_tip.split()))
+            self.assertLess(max(map(len, tool_tip.splitlines())), 100)
+        self.close()
+
     def test_tab_visits_list_box_and_buttons(self):
         self.open_ids(count=2)
         for name in (ALWAYS, "OK", "Cancel", self.list.name):
