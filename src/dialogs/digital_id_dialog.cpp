@@ -1,6 +1,7 @@
 #include "dialogs/digital_id_dialog.h"
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/closing.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/selection_texts.h"
@@ -40,6 +41,7 @@ CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prom
     AddButtons(rows);
     FillList();
     layout::Finish(*this, rows);
+    CancelOnClose(*this);
     CentreOnScreen();
     m_list->SetFocus();
     if (m_countDown) {

@@ -5,6 +5,7 @@
 #include <wx/statline.h>
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/closing.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/unblock_method.h"
@@ -55,6 +56,7 @@ CSelectUnblockMethodDialog::CSelectUnblockMethodDialog(bool pukOffered,
     ShowWhetherOffline();
     Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { ShowWhetherOffline(); });
     layout::Finish(*this, m_rows);
+    CancelOnClose(*this);
 }
 
 uint32_t CSelectUnblockMethodDialog::Method() const {

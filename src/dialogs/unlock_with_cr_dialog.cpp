@@ -8,6 +8,7 @@
 
 #include "dialogs/challenge_text.h"
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/closing.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/response_decoder.h"
@@ -67,6 +68,7 @@ CUnlockWithCRDialog::CUnlockWithCRDialog(UnlockWithCRPrompt prompt)
     Revalidate();
     Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Revalidate(); });
     layout::Finish(*this, m_rows);
+    CancelOnClose(*this);
     m_responseField->SetFocus();
 }
 

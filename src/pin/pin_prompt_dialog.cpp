@@ -3,6 +3,7 @@
 #include <wx/button.h>
 #include <wx/statline.h>
 
+#include "dialogs/common/closing.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/common/surface.h"
 #include "pin/secure_text_control.h"
@@ -86,6 +87,7 @@ void CPinPromptDialog::AddRules() {
 
 void CPinPromptDialog::FinishLayout() {
     layout::Finish(*this, m_rows);
+    CancelOnClose(*this);
     m_pinField->SetFocus();
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/closing.h"
 #include "dialogs/common/layout.h"
 #include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
@@ -78,6 +79,7 @@ CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prom
     Revalidate();
     Choose(prompt.policed ? m_states.size() - kPolicyPageCount - 2 : 0);
     layout::Finish(*this, m_rows);
+    CancelOnClose(*this);
     m_oldField->SetFocus();
 }
 
