@@ -64,13 +64,17 @@ ChoiceList::ChoiceList(wxWindow* parent, wxStaticText& label)
     // The rows take the keyboard, not the frame around them.
     gtk_widget_set_can_focus(GetHandle(), FALSE);
     KeepRowsSingleLine(TreeOf(*this));
-    gtk_tree_view_set_enable_search(TreeOf(*this), TRUE);
-    gtk_tree_view_set_search_equal_func(TreeOf(*this), IsOtherRow, this, nullptr);
+    gtk_tree_view_set_enable_search(TreeOf(*this), FALSE);
     // Bars that only show when the mouse is near would leave the other rows unnoticed.
     gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(GetHandle()), FALSE);
     Bind(wxEVT_KEY_DOWN, &ChoiceList::OnKeyDown, this);
     // The base has kept its own idea while it was made; no row need ever come to correct that.
     InvalidateBestSize();
+}
+
+void ChoiceList::LetSearch() {
+    gtk_tree_view_set_enable_search(TreeOf(*this), TRUE);
+    gtk_tree_view_set_search_equal_func(TreeOf(*this), IsOtherRow, this, nullptr);
 }
 
 void ChoiceList::Add(const wxString& text, uint64_t value) {

@@ -14,6 +14,10 @@ public:
     /// @param label Stands for the list: its text becomes the list's name.
     ChoiceList(wxWindow* parent, wxStaticText& label);
 
+    /// Has typed letters find a row. For rows that differ: the toolkit opens a small window for
+    /// that, and as long as it is there, five seconds, the dialog's close box does nothing.
+    void LetSearch();
+
     /// Appends a row and selects the first one.
     void Add(const wxString& text, uint64_t value);
 

@@ -23,6 +23,7 @@ CTokenDialog::CTokenDialog(wxWindow* parent)
     wxStaticText* const label =
         layout::NewText(this, Translate(CATALOGUE_KEY("Please select a token:")));
     m_list = new ChoiceList(this, *label);
+    m_list->LetSearch();
     m_okButton = new Button(this, wxID_OK, Translate(CATALOGUE_KEY("OK")));
     m_okButton->SetDefault();
     m_okButton->Disable();

@@ -374,6 +374,11 @@ class CountDown(SelectionCase):
         self.assertTrue(self.ok().name.startswith("OK ("), self.ok())
         self.end(CANCELLED, "Escape")
 
+    def test_the_close_box_while_it_counts_after_a_letter_was_typed(self):
+        self.open_ids(count=3, autoSelect=1)
+        self.screen.type_text("a")
+        self.close()
+
     def test_the_button_does_not_shrink_while_it_counts(self):
         self.open_ids(count=3, autoSelect=1)
         width = self.ok().extents[2]
