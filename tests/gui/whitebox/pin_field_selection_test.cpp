@@ -3,6 +3,7 @@
 #include <gdk/gdkkeysyms.h>
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <wx/dialog.h>
 #include <wx/sizer.h>
 
 #include <string>
