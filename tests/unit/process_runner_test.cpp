@@ -1,45 +1,54 @@
-// The runner of the process, in children of their own that have no display.
+// The runner of the process: each test has a process of its own, without a display.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 
 #include "runtime/gui_runner.h"
 #include "runtime/handlers/handler_chain.h"
-#include "support/registry_fixture.h"
 
 namespace zeldlg {
 namespace {
 
-using registry::test::InChild;
+constexpr int kOtherwise = 99;
 
-// The toolkit complains of that.
+class ProcessRunnerDeathTest : public testing::Test {
+protected:
+    void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    static int HandlersOfAChain() { return static_cast<int>(HandlerChain().size()); }
+};
+
 void LoseDisplay() {
-    static_cast<void>(std::freopen("/dev/null", "w", stderr));
     for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY"}) {
         unsetenv(name);
     }
 }
 
-// A chain that is registered twice answers as one does: only the count tells.
-TEST(ProcessRunner, TheSecondCallRegistersNoHandlers) {
-    EXPECT_EQ(InChild([] {
-                  LoseDisplay();
-                  const GuiRunner* const first = GetGuiRunner();
-                  const bool isSame = GetGuiRunner() == first;
-                  return isSame ? static_cast<int>(first->HandlerCount()) : -1;
-              }),
-              static_cast<int>(HandlerChain().size()));
+[[noreturn]] void EndWithHandlersOf(const GuiRunner* runner) {
+    _exit(runner != nullptr ? static_cast<int>(runner->HandlerCount()) : kOtherwise);
 }
 
-TEST(ProcessRunner, AnotherRunnerHasTheWholeChainAgain) {
-    EXPECT_EQ(InChild([] {
-                  LoseDisplay();
-                  GetGuiRunner();
-                  DestroyGuiRunner();
-                  return static_cast<int>(GetGuiRunner()->HandlerCount());
-              }),
-              static_cast<int>(HandlerChain().size()));
+void AskTwice() {
+    LoseDisplay();
+    const GuiRunner* const first = GetGuiRunner();
+    EndWithHandlersOf(GetGuiRunner() == first ? first : nullptr);
+}
+
+// A chain that is registered twice answers as one does: only the count tells.
+TEST_F(ProcessRunnerDeathTest, TheSecondCallRegistersNoHandlers) {
+    EXPECT_EXIT(AskTwice(), testing::ExitedWithCode(HandlersOfAChain()), "");
+}
+
+void StartAnew() {
+    LoseDisplay();
+    GetGuiRunner();
+    DestroyGuiRunner();
+    EndWithHandlersOf(GetGuiRunner());
+}
+
+TEST_F(ProcessRunnerDeathTest, AnotherRunnerHasTheWholeChainAgain) {
+    EXPECT_EXIT(StartAnew(), testing::ExitedWithCode(HandlersOfAChain()), "");
 }
 
 }  // namespace
