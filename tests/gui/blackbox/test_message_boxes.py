@@ -247,8 +247,9 @@ class LongTexts(BoxCase):
         self.assertEqual("Yes", self.screen.focused().name)
         before = label.extents[1]
         self.screen.key("shift+Tab")
-        self.screen.wait_focused(next(node for node in self.window_tree()
-                                      if node.role in ("panel", "scroll pane") and node.focused))
+        wait_until(lambda: any(node.focused for node in self.window_tree()
+                               if node.role in ("panel", "scroll pane")),
+                   what="the text to have the keyboard")
         self.screen.key("Next")
         wait_until(lambda: label.extents[1] < before, what="the text scrolled up",
                    seen=lambda: label.extents)
