@@ -49,8 +49,9 @@ def measure_idle(rounds, milliseconds, say):
     wake_ups, allocations, looks = [], [], []
     for turn in range(rounds):
         say(f"idle, {turn + 1} of {rounds}")
-        names = list(kinds)
-        for kind in names[turn % 3:] + names[:turn % 3]:
+        # Each comes first in turn.
+        first = turn % len(kinds)
+        for kind in [*kinds][first:] + [*kinds][:first]:
             notes = kinds[kind]()
             share[kind].append(notes.first("ppm") / 1e4)
             if kind == "ours":

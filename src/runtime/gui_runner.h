@@ -21,6 +21,7 @@ public:
 
     /// Before the first request only.
     void RegisterHandler(zeldlg::RequestHandler handler);
+    /// How many handlers are in the chain, one that was registered twice counted twice.
     size_t HandlerCount() const { return m_thread->HandlerCount(); }
 
     bool IsRunning() const { return m_thread->IsRunning(); }
