@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "dialogs/common/accessible.h"
 
@@ -55,6 +56,32 @@ int RowHeight(GtkTreeView* tree) {
     return height + separator;
 }
 
+bool IsTab(const GdkEventKey& key) {
+    return key.keyval == GDK_KEY_Tab || key.keyval == GDK_KEY_KP_Tab ||
+           key.keyval == GDK_KEY_ISO_Left_Tab;
+}
+
+bool IsTouch(const GdkEvent& event) {
+    switch (event.type) {
+        case GDK_KEY_PRESS:
+            return !IsTab(event.key);
+        case GDK_BUTTON_PRESS:
+        case GDK_TOUCH_BEGIN:
+        case GDK_SCROLL:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// The toolkit's own events leave out the scroll bars and what lies between them and the rows.
+gboolean OnEvent(GtkWidget*, GdkEvent* event, const std::function<void()>* touched) {
+    if (IsTouch(*event)) {
+        (*touched)();
+    }
+    return FALSE;
+}
+
 }  // namespace
 
 ChoiceList::ChoiceList(wxWindow* parent, wxStaticText& label)
@@ -75,6 +102,17 @@ ChoiceList::ChoiceList(wxWindow* parent, wxStaticText& label)
 void ChoiceList::LetSearch() {
     gtk_tree_view_set_enable_search(TreeOf(*this), TRUE);
     gtk_tree_view_set_search_equal_func(TreeOf(*this), IsOtherRow, this, nullptr);
+}
+
+void ChoiceList::ReportTouches(std::function<void()> touched) {
+    m_touched = std::move(touched);
+    GtkScrolledWindow* const frame = GTK_SCROLLED_WINDOW(GetHandle());
+    for (GtkWidget* const part :
+         {GetHandle(), GTK_WIDGET(TreeOf(*this)), gtk_scrolled_window_get_hscrollbar(frame),
+          gtk_scrolled_window_get_vscrollbar(frame)}) {
+        g_signal_connect(part, "event", G_CALLBACK(OnEvent), &m_touched);
+    }
+    Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) { m_touched(); });
 }
 
 void ChoiceList::Add(const wxString& text, uint64_t value) {
@@ -109,6 +147,9 @@ wxSize ChoiceList::DoGetBestSize() const {
 
 void ChoiceList::OnKeyDown(wxKeyEvent& event) {
     const int key = event.GetKeyCode();
+    if (key == WXK_SPACE || key == WXK_NUMPAD_SPACE) {
+        return;  // GTK would take it for a double click
+    }
     if ((key != WXK_LEFT && key != WXK_RIGHT) || event.HasModifiers()) {
         event.Skip();
         return;

@@ -40,7 +40,9 @@ CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prom
     AddAlwaysUse(rows);
     AddButtons(rows);
     FillList();
+    ShowDetails();
     layout::Finish(*this, rows);
+    TellDetailsThatAreCut();
     CancelOnClose(*this);
     CentreOnScreen();
     m_list->SetFocus();
@@ -54,9 +56,8 @@ void CDigitalIDSelectionDialog::AddList(wxSizer* rows) {
         this, Translate(CATALOGUE_KEY("Multiple Digital IDs found; please select an appropriate "
                                       "Digital ID from the list below:")));
     m_list = new ChoiceList(this, *heading);
-    m_list->Bind(wxEVT_LISTBOX, &CDigitalIDSelectionDialog::OnSelected, this);
+    m_list->ReportTouches([this] { StopCountDown(); });
     m_list->Bind(wxEVT_LISTBOX_DCLICK, [this](wxCommandEvent&) { EndModal(wxID_OK); });
-    m_list->Bind(wxEVT_LEFT_DOWN, &CDigitalIDSelectionDialog::OnTouched, this);
     rows->Add(heading, Bordered());
     rows->Add(m_list, Bordered().Proportion(1).Expand());
 }
@@ -124,28 +125,23 @@ void CDigitalIDSelectionDialog::FillList() {
     if (m_prompt.defaultIndex < m_prompt.count) {
         m_list->Choose(m_prompt.defaultIndex);
     }
-    wxCommandEvent event;
-    OnSelected(event);
 }
 
-void CDigitalIDSelectionDialog::OnSelected(wxCommandEvent&) {
-    StopCountDown();
-    ShowDetail(m_validFrom, m_prompt.validFrom);
-    ShowDetail(m_validTo, m_prompt.validTo);
+// Every row has the same details: they are shown once, whatever is selected later.
+void CDigitalIDSelectionDialog::ShowDetails() {
+    m_validFrom->SetLabelText(m_prompt.validFrom);
+    m_validTo->SetLabelText(m_prompt.validTo);
     if (m_userName != nullptr) {
-        ShowDetail(m_userName, m_prompt.count > 0 ? m_prompt.name : wxString());
+        m_userName->SetLabelText(m_prompt.count > 0 ? m_prompt.name : wxString());
     }
 }
 
-// A click on the row that is selected already says as much as one on another.
-void CDigitalIDSelectionDialog::OnTouched(wxMouseEvent& event) {
-    StopCountDown();
-    event.Skip();
-}
-
-void CDigitalIDSelectionDialog::ShowDetail(wxStaticText* label, const wxString& text) {
-    label->SetLabelText(text);
-    layout::TellWhole(*label, text);
+void CDigitalIDSelectionDialog::TellDetailsThatAreCut() {
+    for (wxStaticText* const detail : {m_validFrom, m_validTo, m_userName}) {
+        if (detail != nullptr) {
+            layout::TellWholeIfCut(*detail);
+        }
+    }
 }
 
 void CDigitalIDSelectionDialog::StartCountDown() {

@@ -44,10 +44,8 @@ private:
     void AddAlwaysUse(wxSizer* rows);
     void AddButtons(wxSizer* rows);
     void FillList();
-
-    void OnSelected(wxCommandEvent& event);
-    void OnTouched(wxMouseEvent& event);
-    static void ShowDetail(wxStaticText* label, const wxString& text);
+    void ShowDetails();
+    void TellDetailsThatAreCut();
 
     void StartCountDown();
     void StopCountDown();

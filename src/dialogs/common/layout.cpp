@@ -111,6 +111,14 @@ void TellWhole(wxWindow& window, const wxString& text) {
     SetAccessibleName(window, text);
 }
 
+void TellWholeIfCut(wxStaticText& label) {
+    const wxSize room = label.GetSize();
+    const wxSize text = label.GetBestSize();
+    if (text.x > room.x || text.y > room.y) {
+        TellWhole(label, label.GetLabelText());
+    }
+}
+
 wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
     wxStaticText* const heading = NewLabel(parent, text);
     if (FitsOneLine(*heading, text)) {

@@ -43,6 +43,10 @@ ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines);
 /// Makes the whole of a text known that `window` shows cut: as tool tip and accessible name.
 void TellWhole(wxWindow& window, const wxString& text);
 
+/// The same for a label that ends what it has no room for with an ellipsis; does nothing where all
+/// of its text is to be seen. Call it when the label has its size.
+void TellWholeIfCut(wxStaticText& label);
+
 /// A label that shows `text` literally (an ampersand is an ampersand), wrapped. Its accessible name
 /// is the text as it is: a screen reader would make a pause where a line ends.
 wxStaticText* NewText(wxWindow* parent, const wxString& text);

@@ -99,14 +99,6 @@ class Tokens(SelectionCase):
             self.end(OK, "Return")
             self.assertEqual(identifier, self.call.number("identifier"))
 
-    def test_a_double_click_confirms(self):
-        self.open_tokens(*CARDS)
-        cell = self.list.find_all("table cell")[1]
-        cell.click()
-        cell.click()
-        self.end(OK)
-        self.assertEqual(7, self.call.number("identifier"))
-
     def test_closing_by_the_title_bar_is_cancel_and_leaves_the_identifier_untouched(self):
         self.open_tokens(*CARDS)
         self.close()
@@ -159,6 +151,46 @@ class Tokens(SelectionCase):
         cells = self.list.find_all("table cell")
         self.assertLess(cells[3].extents[3], 1.5 * cells[0].extents[3], "a line break in a row")
         self.close()
+
+
+class Confirming(SelectionCase):
+    """What holds for both lists."""
+
+    def open_each(self):
+        for name, show in (("tokens", lambda: self.open_tokens(*CARDS)),
+                           ("digital IDs", lambda: self.open_ids(count=3, value=7))):
+            with self.subTest(list=name):
+                show()
+                yield name
+
+    def chosen(self, name):
+        return (self.call.number("identifier") if name == "tokens"
+                else int.from_bytes(self.call.output("chosen")[:8], "little"))
+
+    def test_a_double_click_confirms(self):
+        for name in self.open_each():
+            cell = self.list.find_all("table cell")[1]
+            cell.click()
+            cell.click()
+            self.end(OK)
+            self.assertEqual(7, self.chosen(name))
+
+    def test_each_enter_key_confirms(self):
+        for key in ("Return", "KP_Enter"):
+            for name in self.open_each():
+                self.screen.key("Down")
+                self.expect_selected(1)
+                self.end(OK, key)
+                self.assertEqual(7, self.chosen(name))
+
+    def test_the_space_bar_does_not_confirm(self):
+        for key in ("space", "shift+space", "ctrl+space", "KP_Space"):
+            for _ in self.open_each():
+                self.screen.key(key)
+                self.screen.key("Down")
+                self.expect_selected(1)
+                self.assertFalse(self.call.done, key)
+                self.close()
 
 
 class LongLists(SelectionCase):
@@ -306,6 +338,14 @@ class DigitalIds(SelectionCase):
             self.assertLess(max(map(len, tool_tip.splitlines())), 100)
         self.close()
 
+    def test_a_value_that_is_not_cut_has_no_tool_tip(self):
+        self.open_ids(name="Jane", count=2, directory="d.example", validFrom="2024-01-01",
+                      validTo="W" * 300)
+        self.assertEqual({"2024-01-01": False, "W" * 300: True, "Jane": False},
+                         {text: self.window.find("label", text).description != ""
+                          for text in ("2024-01-01", "W" * 300, "Jane")})
+        self.close()
+
     def test_tab_visits_list_box_and_buttons(self):
         self.open_ids(count=2)
         for name in (ALWAYS, "OK", "Cancel", self.list.name):
@@ -384,6 +424,100 @@ class CountDown(SelectionCase):
         width = self.ok().extents[2]
         wait_until(lambda: self.ok().name == "OK (4s)", 10, "a second to pass", seen=self.ok)
         self.assertEqual(width, self.ok().extents[2])
+        self.close()
+
+
+class Touching(SelectionCase):
+    """What ends a count-down, which would take a minute here, and what lets it run on."""
+    registry = registry("dword:0000003c")
+
+    def open_counting(self, **arguments):
+        self.open_ids(autoSelect=1, **{"count": 30, "name": "wide " * 60, **arguments})
+        self.assertTrue(self.ok().name.startswith("OK ("), self.ok())
+
+    def in_list(self, x=0.3, y=0.3):
+        """A place on the rows, as parts of the list's size."""
+        left, top, width, height = self.list.extents
+        return left + int(x * width), top + int(y * height)
+
+    def bar(self, upright):
+        return next(node for node in self.window.find_all("scroll bar")
+                    if (node.extents[3] > node.extents[2]) == upright)
+
+    def click_bar(self, upright):
+        left, top, width, height = self.bar(upright).extents
+        self.screen.x11.click(left + width - 8, top + height - 8)
+
+    def drag_bar(self, upright):
+        left, top, width, height = self.bar(upright).extents
+        x, y = left + 8, top + 8
+        self.screen.x11.drag((x, y), (x, y + 30) if upright else (x + 30, y))
+
+    def expect_stopped(self, **touches):
+        for name, touch in touches.items():
+            with self.subTest(touch=name):
+                self.open_counting()
+                touch()
+                wait_until(lambda: self.ok().name == "OK", what="the plain label", seen=self.ok)
+                self.assertFalse(self.call.done)
+                self.close()
+
+    def expect_counting(self, act):
+        """Does it, and sees the count go on."""
+        act()
+        before = self.ok().name
+        wait_until(lambda: self.ok().name not in (before, "OK"), what="another second",
+                   seen=self.ok)
+
+    def test_each_key_ends_it_even_one_that_changes_nothing(self):
+        self.expect_stopped(**{key: lambda key=key: self.screen.key(key) for key in
+                               ("Up", "Home", "Left", "Down", "End", "a", "F5", "BackSpace",
+                                "Delete", "space", "ctrl+a", "Shift_L")})
+
+    def test_each_mouse_button_ends_it(self):
+        def click(button):
+            return lambda: self.screen.x11.click(*self.in_list(0.3, 0.05), button)
+        self.expect_stopped(left=click(1), middle=click(2), right=click(3), back=click(8))
+
+    def test_the_wheel_ends_it(self):
+        def turn(button):
+            return lambda: self.screen.x11.click(*self.in_list(), button)
+        self.expect_stopped(up=turn(4), down=turn(5), left=turn(6), right=turn(7))
+
+    def test_the_wheel_over_a_scroll_bar_ends_it(self):
+        def turn():
+            left, top, width, height = self.bar(True).extents
+            self.screen.x11.click(left + width // 2, top + height // 2, 5)
+        self.expect_stopped(down=turn)
+
+    def test_the_scroll_bars_end_it(self):
+        self.expect_stopped(click=lambda: self.click_bar(True), drag=lambda: self.drag_bar(True),
+                            click_across=lambda: self.click_bar(False),
+                            drag_across=lambda: self.drag_bar(False))
+
+    def test_a_click_below_the_rows_ends_it(self):
+        self.open_counting(count=1, name="x")
+        self.screen.x11.click(*self.in_list(0.5, 0.8))
+        wait_until(lambda: self.ok().name == "OK", what="the plain label", seen=self.ok)
+        self.close()
+
+    def test_keys_that_the_list_does_not_get_let_it_run_on(self):
+        self.open_counting()
+        box = self.window.find("check box")
+        self.expect_counting(lambda: self.screen.key("Tab"))
+        self.screen.wait_focused(box)
+        self.expect_counting(lambda: self.screen.key("space", box))
+        self.assertTrue(box.checked)
+        self.expect_counting(lambda: self.screen.key("Tab", box))
+        self.close()
+
+    def test_the_mouse_outside_of_the_list_lets_it_run_on(self):
+        self.open_counting()
+        heading = self.window.find_all("label")[0].extents
+        for button in (1, 2, 3, 5):
+            self.expect_counting(lambda: self.screen.x11.click(heading[0] + 5, heading[1] + 5,
+                                                               button))
+        self.expect_counting(lambda: self.screen.x11.point(*self.in_list()))
         self.close()
 
 

@@ -310,6 +310,13 @@ class X11:
             _xtst.XTestFakeButtonEvent(self._display, button, down, 0)
             self._sync()
 
+    def drag(self, begin, end):
+        """Moves the pointer from one (x, y) to another with the left button held."""
+        self.point(*begin)
+        for down, place in ((1, end), (0, end)):
+            _xtst.XTestFakeButtonEvent(self._display, 1, down, 0)
+            self.point(*place)
+
     def screenshot(self, path, area=None):
         """Writes a PNG file of the screen, or of the area (x, y, width, height) of it."""
         width, height, pixels = self._read(area or self.geometry(self.root))

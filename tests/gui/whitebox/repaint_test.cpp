@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "dialogs/common/window_ptr.h"
+#include "dialogs/digital_id_dialog.h"
 #include "pin/pin_entry_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
@@ -71,14 +72,15 @@ private:
 
 constexpr std::chrono::milliseconds kQuiet(200);
 constexpr const char* kField = "GtkEntry";
+constexpr const char* kRows = "GtkTreeView";
 
 class Repaint : public testing::Test {
 protected:
-    void Open(wxDialog& dialog, const wxWindow& field) {
+    void Open(wxDialog& dialog, const wxWindow& focused, const char* type = kField) {
         m_watch.Begin(dialog.m_widget);
         dialog.Show();
         ASSERT_TRUE(PumpUntil(
-            [&] { return field.HasFocus() && dialog.IsActive() && m_watch.HasDrawn(kField); }));
+            [&] { return focused.HasFocus() && dialog.IsActive() && m_watch.HasDrawn(type); }));
         Settle();
     }
 
@@ -89,8 +91,14 @@ protected:
         ASSERT_TRUE(PumpUntil([this] { return m_watch.HasDrawn(kField); }));
     }
 
+    void PressDown() {
+        Settle();
+        test::user::Press(WXK_DOWN);
+        ASSERT_TRUE(PumpUntil([this] { return m_watch.HasDrawn(kRows); }));
+    }
+
     // The caret blinks: that is the field's own painting.
-    void ExpectOnlyTheFieldPainted() const {
+    void ExpectOnlyTheFocusedPainted() const {
         EXPECT_EQ(m_watch.Allocated(), Watch::Types());
         for (const char* const type : {"GtkLabel", "GtkImage", "GtkButton", "GtkTextView"}) {
             EXPECT_FALSE(m_watch.HasDrawn(type)) << type;
@@ -116,28 +124,29 @@ private:
     Watch m_watch;
 };
 
-PinField& FirstField(const wxWindow& dialog) {
+template <typename Control>
+Control& First(const wxWindow& dialog) {
     for (wxWindow* const child : dialog.GetChildren()) {
-        if (auto* const field = dynamic_cast<PinField*>(child); field != nullptr) {
-            return *field;
+        if (auto* const control = dynamic_cast<Control*>(child); control != nullptr) {
+            return *control;
         }
     }
-    throw std::logic_error("the dialog has no PIN field");
+    throw std::logic_error("the dialog has no such control");
 }
 
 TEST_F(Repaint, OfThePinDialogIsTheFieldAlone) {
     const auto dialog =
         MakeWindow<CPinEntryDialog>(nullptr, "Card", PinLengthRule(4, 8), PinFailureLines());
-    Open(*dialog, FirstField(*dialog));
+    Open(*dialog, First<PinField>(*dialog));
     for (const char* const digit : {"1", "2", "3"}) {
         Type(digit);
-        ExpectOnlyTheFieldPainted();
+        ExpectOnlyTheFocusedPainted();
     }
     Type("4");  // now the rule is met: that has to be seen
     EXPECT_TRUE(Seen().HasDrawn("GtkButton"));
     for (const char* const digit : {"5", "6"}) {
         Type(digit);
-        ExpectOnlyTheFieldPainted();
+        ExpectOnlyTheFocusedPainted();
     }
 }
 
@@ -146,10 +155,25 @@ TEST_F(Repaint, OfTheChangeDialogIsTheFieldAlone) {
     prompt.bounds = {.newValue = {4, 8}, .oldValue = {4, 8}};
     prompt.policed = true;
     const auto dialog = MakeWindow<CChangePinDialog>(nullptr, prompt);
-    Open(*dialog, FirstField(*dialog));
+    Open(*dialog, First<PinField>(*dialog));
     for (const char* const digit : {"1", "2", "3"}) {
         Type(digit);
-        ExpectOnlyTheFieldPainted();
+        ExpectOnlyTheFocusedPainted();
+    }
+}
+
+TEST_F(Repaint, OfAnotherDigitalIdIsTheListAlone) {
+    DigitalIdPrompt prompt;
+    prompt.validFrom = "2024-01-01";
+    prompt.validTo = "2034-01-01";
+    prompt.count = 4;
+    prompt.directory = "corp.example";
+    const auto dialog = MakeWindow<CDigitalIDSelectionDialog>(prompt);
+    Open(*dialog, First<ChoiceList>(*dialog), kRows);
+    for (int row = 1; row < 4; ++row) {
+        PressDown();
+        EXPECT_EQ(First<ChoiceList>(*dialog).GetSelection(), row);
+        ExpectOnlyTheFocusedPainted();
     }
 }
 
