@@ -14,6 +14,7 @@
 #include <functional>
 #include <vector>
 
+#include "controls.h"
 #include "dialogs/message_boxes.h"
 #include "runtime/handlers/message_box_handler.h"
 #include "test_app.h"
@@ -22,30 +23,16 @@ namespace zeldlg {
 
 namespace {
 
+using test::AllOf;
+using test::Nth;
 using test::PumpUntil;
 
-template <typename Control>
-Control* Find(const wxWindow& window) {
-    for (wxWindow* const child : window.GetChildren()) {
-        auto* const found = dynamic_cast<Control*>(child);
-        if (found != nullptr) {
-            return found;
-        }
-        if (auto* const below = Find<Control>(*child)) {
-            return below;
-        }
-    }
-    return nullptr;
-}
-
-wxString TextOf(const wxWindow& dialog) { return Find<wxStaticText>(dialog)->GetLabelText(); }
+wxString TextOf(const wxWindow& dialog) { return Nth<wxStaticText>(dialog, 0).GetLabelText(); }
 
 std::vector<wxString> ButtonsOf(const wxWindow& dialog) {
     std::vector<wxString> labels;
-    for (wxWindow* const child : dialog.GetChildren()) {
-        if (const auto* const button = dynamic_cast<wxButton*>(child)) {
-            labels.push_back(button->GetLabel());
-        }
+    for (const wxButton* const button : AllOf<wxButton>(dialog)) {
+        labels.push_back(button->GetLabel());
     }
     return labels;
 }
@@ -59,7 +46,7 @@ bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
 }
 
 bool HasIcon(const wxWindow& dialog, const wxArtID& art) {
-    return SamePicture(Find<wxStaticBitmap>(dialog)->GetBitmap(),
+    return SamePicture(Nth<wxStaticBitmap>(dialog, 0).GetBitmap(),
                        wxArtProvider::GetBitmap(art, "wxART_OTHER_C"));
 }
 
@@ -105,7 +92,7 @@ TEST_F(MessageDialog, IconsDiffer) {
 
 TEST_F(MessageDialog, TheIconStandsOnTheDialogsColour) {
     Make(0x400);
-    EXPECT_EQ(Find<wxStaticBitmap>(*m_dialog)->GetBackgroundColour(),
+    EXPECT_EQ(Nth<wxStaticBitmap>(*m_dialog, 0).GetBackgroundColour(),
               m_dialog->GetBackgroundColour());
 }
 
@@ -142,8 +129,8 @@ TEST_F(MessageDialog, HasAFixedSize) {
 
 TEST_F(MessageDialog, BordersAreThoseOfEachRow) {
     Make(0x400, 0, "A text that is wider than the two buttons below it");
-    const wxRect icon = Find<wxStaticBitmap>(*m_dialog)->GetRect();
-    const wxRect text = Find<wxStaticText>(*m_dialog)->GetRect();
+    const wxRect icon = Nth<wxStaticBitmap>(*m_dialog, 0).GetRect();
+    const wxRect text = Nth<wxStaticText>(*m_dialog, 0).GetRect();
     const wxRect yes = DefaultButton().GetRect();
     const wxRect no = m_dialog->FindWindow(wxID_CANCEL)->GetRect();
     const wxSize client = m_dialog->GetClientSize();
@@ -160,8 +147,8 @@ TEST_F(MessageDialog, BordersAreThoseOfEachRow) {
 
 TEST_F(MessageDialog, ASingleOkHasItsOwnBorder) {
     Make(0x200);
-    const wxRect icon = Find<wxStaticBitmap>(*m_dialog)->GetRect();
-    const wxRect text = Find<wxStaticText>(*m_dialog)->GetRect();
+    const wxRect icon = Nth<wxStaticBitmap>(*m_dialog, 0).GetRect();
+    const wxRect text = Nth<wxStaticText>(*m_dialog, 0).GetRect();
     const wxRect ok = DefaultButton().GetRect();
     EXPECT_EQ(ok.y, std::max(icon.height, text.height) + 40 + 20);
     EXPECT_EQ(m_dialog->GetClientSize().y - ok.GetBottom() - 1, 20);
@@ -333,7 +320,7 @@ TEST_F(MessageDialog, StaysOnTheScreenWithItsButtonsWhateverTheText) {
 
 TEST_F(MessageDialog, ATextThatFitsIsNotPutIntoAnArea) {
     Make(0x400, 0, Lines(10));
-    EXPECT_EQ(Find<wxStaticText>(*m_dialog)->GetParent(), m_dialog);
+    EXPECT_EQ(Nth<wxStaticText>(*m_dialog, 0).GetParent(), m_dialog);
     EXPECT_EQ(TextOf(*m_dialog), Lines(10));
 }
 

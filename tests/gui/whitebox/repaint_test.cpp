@@ -5,10 +5,10 @@
 
 #include <chrono>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "controls.h"
 #include "dialogs/common/window_ptr.h"
 #include "dialogs/digital_id_dialog.h"
 #include "pin/pin_entry_dialog.h"
@@ -20,6 +20,7 @@ namespace zeldlg {
 
 namespace {
 
+using test::Nth;
 using test::PumpUntil;
 
 // Sees what happens to each widget of a window, by the widget's type.
@@ -124,20 +125,10 @@ private:
     Watch m_watch;
 };
 
-template <typename Control>
-Control& First(const wxWindow& dialog) {
-    for (wxWindow* const child : dialog.GetChildren()) {
-        if (auto* const control = dynamic_cast<Control*>(child); control != nullptr) {
-            return *control;
-        }
-    }
-    throw std::logic_error("the dialog has no such control");
-}
-
 TEST_F(Repaint, OfThePinDialogIsTheFieldAlone) {
     const auto dialog =
         MakeWindow<CPinEntryDialog>(nullptr, "Card", PinLengthRule(4, 8), PinFailureLines());
-    Open(*dialog, First<PinField>(*dialog));
+    Open(*dialog, Nth<PinField>(*dialog, 0));
     for (const char* const digit : {"1", "2", "3"}) {
         Type(digit);
         ExpectOnlyTheFocusedPainted();
@@ -155,7 +146,7 @@ TEST_F(Repaint, OfTheChangeDialogIsTheFieldAlone) {
     prompt.bounds = {.newValue = {4, 8}, .oldValue = {4, 8}};
     prompt.policed = true;
     const auto dialog = MakeWindow<CChangePinDialog>(nullptr, prompt);
-    Open(*dialog, First<PinField>(*dialog));
+    Open(*dialog, Nth<PinField>(*dialog, 0));
     for (const char* const digit : {"1", "2", "3"}) {
         Type(digit);
         ExpectOnlyTheFocusedPainted();
@@ -169,10 +160,10 @@ TEST_F(Repaint, OfAnotherDigitalIdIsTheListAlone) {
     prompt.count = 4;
     prompt.directory = "corp.example";
     const auto dialog = MakeWindow<CDigitalIDSelectionDialog>(prompt);
-    Open(*dialog, First<ChoiceList>(*dialog), kRows);
+    Open(*dialog, Nth<ChoiceList>(*dialog, 0), kRows);
     for (int row = 1; row < 4; ++row) {
         PressDown();
-        EXPECT_EQ(First<ChoiceList>(*dialog).GetSelection(), row);
+        EXPECT_EQ(Nth<ChoiceList>(*dialog, 0).GetSelection(), row);
         ExpectOnlyTheFocusedPainted();
     }
 }

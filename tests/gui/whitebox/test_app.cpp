@@ -1,18 +1,33 @@
 #include "test_app.h"
 
 #include <gtk/gtk.h>
+#include <wx/tooltip.h>
 
 #include <cstdlib>
 #include <utility>
 
 namespace {
 
-int g_bellCount = 0;  // Written by gdk_beep(), on the one thread of the tests.
+// Written by what stands in for the toolkit's functions below, on the one thread of the tests.
+int g_bellCount = 0;
+std::vector<unsigned> g_timerIntervals;
+long g_toolTipDelay = 0;
 
 }  // namespace
 
 // Stands in for GDK's own, which is what wxBell() calls.
 extern "C" __attribute__((visibility("default"))) void gdk_beep() { ++g_bellCount; }
+
+// What the toolkit starts its timers with.
+extern "C" __attribute__((visibility("default"))) guint g_timeout_add(guint milliseconds,
+                                                                      GSourceFunc act,
+                                                                      gpointer data) {
+    g_timerIntervals.push_back(milliseconds);
+    return g_timeout_add_full(G_PRIORITY_DEFAULT, milliseconds, act, data, nullptr);
+}
+
+// The toolkit's own does nothing with GTK 3, nor can it be asked what it was told.
+void wxToolTip::SetDelay(long milliseconds) { g_toolTipDelay = milliseconds; }
 
 namespace zeldlg::test {
 
@@ -68,5 +83,9 @@ bool PumpUntil(const std::function<bool()>& condition) {
 }
 
 int TakeBellCount() { return std::exchange(g_bellCount, 0); }
+
+std::vector<unsigned> TakeTimerIntervals() { return std::exchange(g_timerIntervals, {}); }
+
+long TakeToolTipDelay() { return std::exchange(g_toolTipDelay, 0); }
 
 }  // namespace zeldlg::test

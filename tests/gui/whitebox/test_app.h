@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <map>
+#include <vector>
 
 namespace zeldlg::test {
 
@@ -30,5 +31,11 @@ bool PumpUntil(const std::function<bool()>& condition);
 
 /// How often the bell rang since the last call. The bell makes no sound here.
 int TakeBellCount();
+
+/// In milliseconds, of the timers that were started since the last call.
+std::vector<unsigned> TakeTimerIntervals();
+
+/// In milliseconds; the last that was asked for since the last call, 0 when none was.
+long TakeToolTipDelay();
 
 }  // namespace zeldlg::test

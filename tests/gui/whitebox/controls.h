@@ -1,0 +1,59 @@
+// Finds the controls of a dialog, at any depth, as a person would name them.
+#pragma once
+
+#include <wx/stattext.h>
+#include <wx/window.h>
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace zeldlg::test {
+
+/// All controls of a class, in the order in which they were made.
+template <typename Control>
+std::vector<Control*> AllOf(const wxWindow& window) {
+    std::vector<Control*> found;
+    for (wxWindow* const child : window.GetChildren()) {
+        if (auto* const control = dynamic_cast<Control*>(child); control != nullptr) {
+            found.push_back(control);
+        }
+        const std::vector<Control*> below = AllOf<Control>(*child);
+        found.insert(found.end(), below.begin(), below.end());
+    }
+    return found;
+}
+
+/// The one that comes first, counted from 0.
+template <typename Control>
+Control& Nth(const wxWindow& window, size_t index) {
+    return *AllOf<Control>(window).at(index);
+}
+
+/// What a label reads, with blanks where its lines end: where that is depends on the font.
+inline wxString Unwrapped(const wxStaticText& label) {
+    wxString text = label.GetLabelText();
+    text.Replace("\n", " ");
+    return text;
+}
+
+/// The label that reads so.
+inline wxStaticText& LabelReading(const wxWindow& window, const wxString& text) {
+    for (wxStaticText* const label : AllOf<wxStaticText>(window)) {
+        if (Unwrapped(*label) == text) {
+            return *label;
+        }
+    }
+    throw std::logic_error("no label reads " + text.utf8_string());
+}
+
+/// What all labels read, those of rules and captions too.
+inline std::vector<std::string> Labels(const wxWindow& window) {
+    std::vector<std::string> texts;
+    for (const wxStaticText* const label : AllOf<wxStaticText>(window)) {
+        texts.push_back(Unwrapped(*label).utf8_string());
+    }
+    return texts;
+}
+
+}  // namespace zeldlg::test
