@@ -504,7 +504,8 @@ ZELDLG_EXPORT uint32_t DLG_SetParameter(uint64_t parameter, uint64_t value);
 /** Has no effect. @return ::ZELDLG_NOT_SUPPORTED, always. */
 ZELDLG_EXPORT uint32_t DLG_GetParameter(uint64_t parameter, uint64_t value);
 /** Start the user interface before it is needed. @return An opaque pointer, valid until
- *  ::DLG_Finalize; null when there is no memory for it, and in a child process (see above). */
+ *  ::DLG_Finalize; null when there is no memory for it, in a child process (see above), once the
+ *  display is lost and once the process exits. */
 ZELDLG_EXPORT struct GuiRunner* InitApp(void);
 /** The same as ::DLG_Finalize. */
 ZELDLG_EXPORT void QuitApp(void);

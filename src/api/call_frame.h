@@ -17,23 +17,11 @@
 
 namespace zeldlg::api {
 
-/// While it lives the calling thread cannot be cancelled: the GUI thread may be writing into its
-/// stack.
-class NotCancelable {
-public:
-    NotCancelable() { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &m_previous); }
-    ~NotCancelable() { pthread_setcancelstate(m_previous, nullptr); }
-    NotCancelable(const NotCancelable&) = delete;
-    NotCancelable& operator=(const NotCancelable&) = delete;
-
-private:
-    int m_previous = PTHREAD_CANCEL_ENABLE;
-};
-
-/// Runs an export's body; whatever it throws becomes `failure`.
+/// Runs an export's body; whatever it throws becomes `failure`. Not to be inlined: a cancellation
+/// must never be unwound through it.
 template <typename Body>
-std::invoke_result_t<Body> Guarded(std::invoke_result_t<Body> failure, const Body& body) noexcept {
-    const NotCancelable notCancelable;
+[[gnu::noinline]] std::invoke_result_t<Body> Caught(std::invoke_result_t<Body> failure,
+                                                    const Body& body) noexcept {
     try {
         return body();
     } catch (...) {
@@ -41,15 +29,26 @@ std::invoke_result_t<Body> Guarded(std::invoke_result_t<Body> failure, const Bod
     }
 }
 
+/// An export's frame: as Caught, on a thread that cannot be cancelled meanwhile, since the GUI
+/// thread may be writing into its stack. A thread that allows it at any time can be cancelled at
+/// each instruction before and after that, so there is nothing here to be destroyed or caught.
+template <typename Body>
+std::invoke_result_t<Body> Guarded(std::invoke_result_t<Body> failure, const Body& body) {
+    int previous = PTHREAD_CANCEL_ENABLE;
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous);
+    const auto result = Caught(failure, body);
+    pthread_setcancelstate(previous, nullptr);
+    return result;
+}
+
 /// The same for an export that returns nothing.
 template <typename Body>
 requires std::same_as < std::invoke_result_t<Body>,
-void > void Guarded(const Body& body) noexcept {
-    const NotCancelable notCancelable;
-    try {
+void > void Guarded(const Body& body) {
+    Guarded(false, [&body] {
         body();
-    } catch (...) {  // NOLINT(bugprone-empty-catch): there is nobody to tell
-    }
+        return true;
+    });
 }
 
 /// Sends a request, starting the GUI thread when there is none, and waits until it is over.

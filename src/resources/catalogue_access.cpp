@@ -16,4 +16,6 @@ CatalogueReader::CatalogueReader() : m_lock(g_catalogueMutex) {}
 
 CatalogueWriter::CatalogueWriter() : m_lock(g_catalogueMutex) {}
 
+bool CloseCatalogue() { return g_catalogueMutex.try_lock(); }
+
 }  // namespace zeldlg

@@ -18,7 +18,7 @@ private:
     std::shared_lock<std::shared_mutex> m_lock;
 };
 
-/// Held by the GUI thread while the catalogue comes and goes.
+/// Held by the GUI thread while the toolkit's translations object comes, goes and changes.
 class CatalogueWriter {
 public:
     CatalogueWriter();
@@ -28,5 +28,9 @@ public:
 private:
     std::unique_lock<std::shared_mutex> m_lock;
 };
+
+/// When the process exits: nobody translates outside the GUI thread any more, but waits until the
+/// process is gone. Once. @return False while somebody still does.
+bool CloseCatalogue();
 
 }  // namespace zeldlg

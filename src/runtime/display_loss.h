@@ -6,14 +6,10 @@
 
 namespace zeldlg {
 
-/// Leaves the GUI thread for good: must not return.
-using LeaveToolkit = std::function<void()>;
-
-/// GUI thread, once the toolkit is up: calls `leave` on this thread when its connection to the
-/// display breaks. On Wayland, and for connections of other threads, nothing changes.
-void WatchDisplay(LeaveToolkit leave);
-
-/// GUI thread, once the toolkit has ended.
-void ForgetDisplay();
+/// GUI thread, before the toolkit is started: calls `leave` on this thread, which must not return,
+/// when its connection to the display breaks, until the thread's life in the toolkit is over. On
+/// Wayland, and for connections of other threads, nothing changes.
+/// @param leave The caller's, for as long as that.
+void WatchDisplay(const std::function<void()>& leave);
 
 }  // namespace zeldlg

@@ -4,6 +4,7 @@
 #include <wx/log.h>
 
 #include "registry/settings.h"
+#include "resources/catalogue_access.h"
 #include "resources/catalogue_loader.h"
 
 namespace zeldlg {
@@ -39,6 +40,7 @@ bool CDllApp::OnInit() {
 }
 
 void CDllApp::SetUpLocale() {
+    const CatalogueWriter catalogueWriter;
     m_locale.reset();
     auto* const translations = new wxTranslations;
     translations->SetLoader(new CatalogueLoader(CataloguePrefix()));

@@ -3,45 +3,87 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <stdexcept>
 #include <utility>
 
-#include "runtime/exit_guard.h"
 #include "runtime/handlers/handler_chain.h"
 #include "runtime/wx_toolkit.h"
 
+using zeldlg::Life;
 using zeldlg::platform::WaitForEvent;
 
-GuiRunner::GuiRunner(std::unique_ptr<zeldlg::Toolkit> toolkit)
-    : m_thread(std::make_unique<zeldlg::CWXRunner>(m_startedEvent.Get(), m_quitEvent.Get(),
-                                                   std::move(toolkit))) {
+namespace {
+
+using State = Life::State;
+
+constexpr uint32_t kLookMs = 1;
+
+// Looks every millisecond until something holds. Stays first at the exit meanwhile: a start is one
+// long call of the toolkit, in which the thread itself comes to nothing else.
+// @return Whether it holds; false after the time-out.
+template <typename Predicate>
+bool AwaitWhileStarting(uint32_t timeoutMs, const Predicate& predicate) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!predicate(kLookMs)) {
+        if (Clock::now() >= end) {
+            return false;
+        }
+        zeldlg::GoFirstAtExit();
+    }
+    return true;
+}
+
+}  // namespace
+
+GuiRunner::GuiRunner(Life& life, std::unique_ptr<zeldlg::Toolkit> toolkit,
+                     std::span<const zeldlg::RequestHandler> handlers)
+    : m_life(life),
+      m_thread(std::make_unique<zeldlg::CWXRunner>(life, m_startedEvent.Get(), m_quitEvent.Get(),
+                                                   std::move(toolkit), handlers)) {
     if (m_thread->Start(m_requestEvent.Get())) {
-        static_cast<void>(WaitForEvent(*m_startedEvent, kStartWaitMs));
+        AwaitWhileStarting(kStartWaitMs, [this](uint32_t milliseconds) {
+            return WaitForEvent(*m_startedEvent, milliseconds) || !IsRunning();
+        });
     }
 }
 
 GuiRunner::~GuiRunner() { Stop(); }
 
-void GuiRunner::Stop() {
-    if (!m_thread->IsRunning()) {
-        return;
+bool GuiRunner::Stop() {
+    if (!IsRunning()) {
+        return true;
+    }
+    const bool entered = AwaitWhileStarting(kLoaderWaitMs, [this](uint32_t milliseconds) {
+        return m_life.Now() != State::Entering || WaitForEvent(*m_startedEvent, milliseconds);
+    });
+    if (!entered) {
+        return false;
     }
     m_quitEvent->Set();
     if (!m_thread->Join()) {
         m_thread->Cancel();
     }
-}
-
-void GuiRunner::RegisterHandler(zeldlg::RequestHandler handler) {
-    m_thread->RegisterHandler(handler);
+    return true;
 }
 
 bool GuiRunner::Send(zeldlg::CMessage& message) {
-    if (!IsRunning() || !m_thread->Queue(&message)) {
+    if (!m_thread->Queue(&message)) {
         return false;
     }
     m_requestEvent->Set();
+    const auto isPast = [&](State state) {
+        return [this, state, &message](uint32_t milliseconds) {
+            return m_life.Now() != state || message.IsDone(milliseconds);
+        };
+    };
+    if (!AwaitWhileStarting(kLoaderWaitMs, isPast(State::Entering)) &&
+        m_thread->TakeBack(&message)) {
+        return false;
+    }
+    AwaitWhileStarting(zeldlg::platform::kNoTimeout, isPast(State::Starting));
     message.WaitDone();
     return true;
 }
@@ -56,6 +98,9 @@ namespace {
 struct ProcessRunner {
     std::mutex mutex;
     std::shared_ptr<GuiRunner> runner;
+    // Who creates or destroys it. A signal handler that comes again on that thread, or the exit
+    // that it asks for, must not wait for what it has interrupted.
+    std::atomic<pthread_t> changing{};
 };
 
 ProcessRunner& Process() {
@@ -63,41 +108,37 @@ ProcessRunner& Process() {
     return *process;
 }
 
-// The process that started the toolkit; 0 before the first start.
-std::atomic<pid_t> g_starter{0};
+bool IsUsable() { return !ProcessLife().IsOver() && Process().changing != pthread_self(); }
 
-// A child of it has no GUI thread, shares its parent's connection to the display, and must not
-// touch the locks, which other threads may have held when it was made.
-bool IsForkedChild() {
-    const pid_t starter = g_starter;
-    return starter != 0 && starter != getpid();
-}
+class ChangingRunner {
+public:
+    ChangingRunner() { m_process.changing = pthread_self(); }
+    ~ChangingRunner() { m_process.changing = pthread_t{}; }
+    ChangingRunner(const ChangingRunner&) = delete;
+    ChangingRunner& operator=(const ChangingRunner&) = delete;
+
+private:
+    ProcessRunner& m_process = Process();
+    const std::lock_guard<std::mutex> m_lock{m_process.mutex};
+};
 
 }  // namespace
 
 GuiRunner* GetGuiRunner() {
-    if (IsForkedChild()) {
-        throw std::runtime_error("the toolkit belongs to the parent process");
+    if (!IsUsable()) {
+        throw std::runtime_error("the toolkit cannot be used in this process any more");
     }
-    ProcessRunner& process = Process();
-    const std::lock_guard lock(process.mutex);
-    if (process.runner == nullptr) {
-        g_starter = getpid();
-        WatchExit();
-        process.runner = std::make_shared<GuiRunner>(std::make_unique<WxToolkit>());
-        for (const RequestHandler handler : HandlerChain()) {
-            process.runner->RegisterHandler(handler);
-        }
+    const ChangingRunner changing;
+    std::shared_ptr<GuiRunner>& runner = Process().runner;
+    if (runner == nullptr) {
+        runner = std::make_shared<GuiRunner>(ProcessLife(), std::make_unique<WxToolkit>(),
+                                             HandlerChain());
     }
-    return process.runner.get();
-}
-
-void RegisterHandler(GuiRunner* runner, RequestHandler handler) {
-    runner->RegisterHandler(handler);
+    return runner.get();
 }
 
 bool SendRequest(GuiRunner* runner, CMessage* message) {
-    if (IsForkedChild()) {
+    if (!IsUsable()) {
         return false;
     }
     ProcessRunner& process = Process();
@@ -110,14 +151,15 @@ bool SendRequest(GuiRunner* runner, CMessage* message) {
 }
 
 void DestroyGuiRunner() {
-    if (IsForkedChild()) {
+    if (!IsUsable()) {
         return;
     }
-    ProcessRunner& process = Process();
-    const std::lock_guard lock(process.mutex);
-    if (process.runner != nullptr) {
-        process.runner->Stop();
-        process.runner.reset();
+    const ChangingRunner changing;
+    std::shared_ptr<GuiRunner>& runner = Process().runner;
+    GoFirstAtExit();
+    // A thread that is lost, or is going to be parked, stays and uses it.
+    if (runner != nullptr && runner->Stop() && ProcessLife().Now() == State::Down) {
+        runner.reset();
     }
 }
 

@@ -35,6 +35,11 @@ public:
     /// raises it on the caller's thread.
     void Complete(std::exception_ptr error = nullptr);
 
+    /// Caller: @return Whether the request is over, or is within the time-out. WaitDone follows.
+    bool IsDone(uint32_t timeoutMs) const {
+        return platform::WaitForEvent(*m_doneEvent, timeoutMs);
+    }
+
     /// Caller: waits without a time limit, then makes the message ready to be sent again.
     void WaitDone();
 

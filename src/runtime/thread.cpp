@@ -1,13 +1,13 @@
 #include "runtime/thread.h"
 
-#include <unistd.h>
-
 #include "platform/thread.h"
 
 namespace zeldlg {
 
+using State = Life::State;
+
 CThread::~CThread() {
-    if (m_running) {
+    if (IsRunning()) {
         Cancel();
     } else {
         Join();
@@ -17,17 +17,15 @@ CThread::~CThread() {
 void CThread::Run(void*) {}
 
 bool CThread::Start(void* argument) {
-    if (m_running) {
+    // A thread that has ended by itself is still to be joined. The state changes before there is a
+    // thread: its body may return before its creation does.
+    if (IsRunning() || !Join() || !m_life.Change(State::Down, State::Entering)) {
         return false;
     }
-    Join();  // a thread that has ended by itself
     m_argument = argument;
-    m_endedEvent->Reset();
-    // Set before the thread exists: its body may return before the creation does.
-    m_running = true;
     m_joinable = platform::CreateThread(Enter, this, &m_handle) == platform::kSuccess;
     if (!m_joinable) {
-        m_running = false;
+        m_life.Change(State::Entering, State::Down);
     }
     return m_joinable;
 }
@@ -36,29 +34,21 @@ void* CThread::Enter(void* thread) {
     CThread& self = *static_cast<CThread*>(thread);
     // Also when the thread is cancelled.
     struct TellEnd {
-        CThread& thread;
-        ~TellEnd() {
-            thread.m_running = false;
-            thread.m_endedEvent->Set();
-        }
-    } const tellEnd{self};
-    self.m_nativeId = gettid();
+        Life& life;
+        ~TellEnd() { life.Advance(State::Down); }
+    } const tellEnd{self.m_life};
+    self.m_life.Enter();
     self.Run(self.m_argument);
     return nullptr;
-}
-
-void CThread::Abandon() {
-    m_abandoned = true;
-    m_running = false;
-    m_endedEvent->Set();
 }
 
 bool CThread::Join() {
     if (!m_joinable) {
         return true;
     }
-    platform::WaitForEvent(*m_endedEvent, platform::kNoTimeout);
-    if (m_abandoned) {
+    // Joining a thread that is lost meanwhile would never end, so its end is waited for first.
+    m_life.AwaitEnd();
+    if (m_life.Now() == State::Lost) {
         pthread_detach(m_handle);
         m_joinable = false;
     } else {

@@ -15,12 +15,11 @@ public:
     virtual ~Toolkit() = default;
 
     /// @param leave Called, on this thread, when the toolkit has lost its display and nothing of
-    ///        it can be used or ended any more. Does not return.
-    /// @param park Called, on this thread, when the process exits and the thread is going to stay
-    ///        where it is until then. Returns.
+    ///        it can be used or ended any more; at any time until Stop has returned. Does not
+    ///        return. Outlives the toolkit's use.
     /// @return Whether the toolkit is up. After a failure, or an exception, only destruction
     ///         follows.
-    virtual bool Start(const std::function<void()>& leave, const std::function<void()>& park) = 0;
+    virtual bool Start(const std::function<void()>& leave) = 0;
     /// Serves pending events and timers without blocking. @return Whether there were any.
     virtual bool Iterate() = 0;
     /// Called around a request. @return Whether windows may be used now.

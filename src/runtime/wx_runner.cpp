@@ -1,17 +1,18 @@
 #include "runtime/wx_runner.h"
 
 #include <cxxabi.h>
+#include <dlfcn.h>
 #include <pthread.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <exception>
 #include <stdexcept>
 #include <utility>
 
 #include "runtime/current_parent.h"
-#include "runtime/exit_guard.h"
 
 namespace zeldlg {
 
@@ -19,6 +20,8 @@ wxWindow* g_currentParent = nullptr;
 
 using platform::ManualResetEvent;
 using platform::WaitForEvent;
+using Clock = std::chrono::steady_clock;
+using State = Life::State;
 
 namespace {
 
@@ -33,6 +36,14 @@ void BlockAsynchronousSignals() {
         sigdelset(&blocked, synchronous);
     }
     pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
+}
+
+// Comes back once no other thread loads a library. The toolkit's start loads some: while a
+// constructor of a library waits for it, it would wait for that constructor.
+void PassLoader() {
+    if (void* const program = dlopen(nullptr, RTLD_NOLOAD | RTLD_LAZY); program != nullptr) {
+        dlclose(program);
+    }
 }
 
 class InToolkit {
@@ -64,39 +75,53 @@ private:
 
 }  // namespace
 
-CWXRunner::CWXRunner(ManualResetEvent* startedEvent, ManualResetEvent* quitEvent,
-                     std::unique_ptr<Toolkit> toolkit)
-    : m_startedEvent(startedEvent), m_quitEvent(quitEvent), m_toolkit(std::move(toolkit)) {}
+CWXRunner::CWXRunner(Life& life, ManualResetEvent* startedEvent, ManualResetEvent* quitEvent,
+                     std::unique_ptr<Toolkit> toolkit, std::span<const RequestHandler> handlers)
+    : CThread(life),
+      m_startedEvent(startedEvent),
+      m_quitEvent(quitEvent),
+      m_toolkit(std::move(toolkit)),
+      m_handlers(handlers.begin(), handlers.end()) {}
 
 void CWXRunner::Run(void* argument) {
     BlockAsynchronousSignals();
-    if (!StartToolkit()) {
+    PassLoader();
+    m_life.Advance(State::Starting);
+    const std::function<void()> leave = [this] { LeaveToolkit(); };
+    if (!StartToolkit(leave)) {
         return;
     }
+    m_life.Advance(State::Up);
     m_startedEvent->Set();
     Loop(*static_cast<ManualResetEvent*>(argument));
+    m_life.Advance(State::Ending);
     RefuseAll();
     m_toolkit->Stop();
 }
 
 // What goes wrong in the start must not end the process.
-bool CWXRunner::StartToolkit() {
+bool CWXRunner::StartToolkit(const std::function<void()>& leave) {
     try {
-        return m_toolkit->Start([this] { LeaveToolkit(); }, [this] { PrepareToPark(); });
+        return m_toolkit->Start(leave);
     } catch (const abi::__forced_unwind&) {
         throw;
     } catch (...) {
-        ForgetGuiThreadAtExit();
         return false;
     }
 }
 
 bool CWXRunner::Queue(CMessage* message) {
     const std::lock_guard lock(m_queueMutex);
-    if (!m_closed) {
+    const bool open = m_life.TakesRequests();
+    if (open) {
         m_queue.push_back(message);
     }
-    return !m_closed;
+    return open;
+}
+
+bool CWXRunner::TakeBack(CMessage* message) {
+    const std::lock_guard lock(m_queueMutex);
+    return std::erase(m_queue, message) != 0;
 }
 
 // The event stays set while there is more to take. It is reset under the lock: what is queued
@@ -114,10 +139,9 @@ CMessage* CWXRunner::TakeFront(ManualResetEvent& requestEvent) {
     return front;
 }
 
-// A request that was queued just before the loop ended must not leave its caller waiting.
+// A request that was queued just before the state changed must not leave its caller waiting.
 void CWXRunner::RefuseAll() {
     const std::lock_guard lock(m_queueMutex);
-    m_closed = true;
     for (CMessage* const message : m_queue) {
         message->Complete(std::make_exception_ptr(std::runtime_error("the GUI thread ends")));
     }
@@ -127,11 +151,9 @@ void CWXRunner::RefuseAll() {
 // In the middle of a request as a rule, deep inside the toolkit: its frames cannot be unwound and
 // its locks may be taken. So the thread stays where it is, and nobody waits for it.
 void CWXRunner::LeaveToolkit() {
-    ForgetGuiThreadAtExit();
+    m_life.Advance(State::Lost);
     RefuseAll();
-    CMessage* const message = std::exchange(m_served, nullptr);
-    Abandon();  // this object may be gone from here on
-    if (message != nullptr) {
+    if (CMessage* const message = std::exchange(m_served, nullptr); message != nullptr) {
         message->Complete(std::make_exception_ptr(std::runtime_error("the display is lost")));
     }
     for (;;) {
@@ -139,30 +161,31 @@ void CWXRunner::LeaveToolkit() {
     }
 }
 
-// The process exits. A host may finalise, or call, later in its exit: it must not wait for a thread
-// that stays where it is. The callers that are waiting already go on waiting until the process is
-// gone: woken now they would run while the host's own objects are destroyed.
-void CWXRunner::PrepareToPark() {
-    {
-        const std::lock_guard lock(m_queueMutex);
-        m_closed = true;
-    }
-    Abandon();  // this object may be gone from here on
-}
-
+// When the windows have had their turn is when an iteration found nothing to do. Ten milliseconds
+// after that, requests and iterations take turns: the toolkit hands out one event at a time, and a
+// host that asks without a pause would keep a press of a button from the window for seconds.
 void CWXRunner::Loop(ManualResetEvent& requestEvent) {
+    auto served = Clock::now();  // the windows, until there was no more to do
+    bool iterated = false;
     for (bool busy = false, quit = false; !quit;) {
         // While the toolkit has work there is no pause: at one event every ten milliseconds a
         // window would take most of a second to paint itself.
         const bool requested = WaitForEvent(requestEvent, busy ? 0 : kPollMs);
         quit = WaitForEvent(*m_quitEvent, 0);
-        if (requested && !quit) {
+        m_life.ParkAtExit();
+        const bool due = !iterated && Clock::now() - served > std::chrono::milliseconds(kPollMs);
+        iterated = !requested || quit || due;
+        if (iterated) {
+            busy = m_toolkit->Iterate();
+            served = busy ? served : Clock::now();
+        } else {
             ServeFront(requestEvent);
             // Hosts tend to ask for several things in a row.
             platform::SpinForEvent(requestEvent);
             busy = true;
-        } else {
-            busy = m_toolkit->Iterate();
+        }
+        if (busy) {
+            StayFirstAtExit();
         }
     }
 }

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <vector>
 
 #include "platform/event.h"
@@ -21,30 +23,32 @@ using RequestHandler = bool (*)(CMessage* message);
 
 class CWXRunner : public CThread {
 public:
-    /// The two events are the caller's and outlive the thread.
-    CWXRunner(platform::ManualResetEvent* startedEvent, platform::ManualResetEvent* quitEvent,
-              std::unique_ptr<Toolkit> toolkit);
+    /// Life and events are the caller's and outlive the thread.
+    CWXRunner(Life& life, platform::ManualResetEvent* startedEvent,
+              platform::ManualResetEvent* quitEvent, std::unique_ptr<Toolkit> toolkit,
+              std::span<const RequestHandler> handlers);
 
     /// The thread's body. @param argument The event that announces a queued request.
     void Run(void* argument) override;
 
-    /// Appends a message to the queue; the thread completes it. @return False when the thread has
-    /// left its loop and will not look again.
+    /// Appends a message to the queue; the thread completes it. @return False when the thread will
+    /// not look again, or there is none.
     bool Queue(CMessage* message);
+    /// @return Whether the message was still in the queue. It is not any more.
+    bool TakeBack(CMessage* message);
 
-    /// Before the first request only: the thread reads the list without a lock.
+    /// Before the thread is started only: it reads the list without a lock.
     void RegisterHandler(RequestHandler handler) { m_handlers.push_back(handler); }
     size_t HandlerCount() const { return m_handlers.size(); }
 
 private:
-    bool StartToolkit();
+    bool StartToolkit(const std::function<void()>& leave);
     void Loop(platform::ManualResetEvent& requestEvent);
     void ServeFront(platform::ManualResetEvent& requestEvent);
     void Dispatch(CMessage& message);
     CMessage* TakeFront(platform::ManualResetEvent& requestEvent);
     void RefuseAll();
     [[noreturn]] void LeaveToolkit();
-    void PrepareToPark();
 
     platform::ManualResetEvent* m_startedEvent;
     platform::ManualResetEvent* m_quitEvent;
@@ -52,9 +56,8 @@ private:
     std::vector<RequestHandler> m_handlers;
     CMessage* m_served = nullptr;  // GUI thread only
 
-    std::mutex m_queueMutex;  // guards the two members below
+    std::mutex m_queueMutex;  // guards the queue; the state is looked at under it
     std::deque<CMessage*> m_queue;
-    bool m_closed = false;
 };
 
 }  // namespace zeldlg

@@ -7,6 +7,7 @@
 #include <wx/image.h>
 #include <wx/init.h>
 #include <wx/log.h>
+#include <wx/translation.h>
 
 #include <csignal>
 #include <cstdio>
@@ -14,7 +15,7 @@
 #include "resources/catalogue_access.h"
 #include "runtime/display_loss.h"
 #include "runtime/dll_app.h"
-#include "runtime/exit_guard.h"
+#include "runtime/life.h"
 
 namespace zeldlg {
 
@@ -48,6 +49,40 @@ void GiveMessagesBack() {
     delete wxLog::SetActiveTarget(nullptr);
 }
 
+// A start that fails leaves them.
+class CleanUp {
+public:
+    CleanUp() = default;
+    ~CleanUp() {
+        if (!m_dismissed) {
+            wxImage::CleanUpHandlers();
+            GiveMessagesBack();
+        }
+    }
+    CleanUp(const CleanUp&) = delete;
+    CleanUp& operator=(const CleanUp&) = delete;
+    void Dismiss() { m_dismissed = true; }
+
+private:
+    bool m_dismissed = false;
+};
+
+class DefaultContext {
+public:
+    DefaultContext() = default;
+    ~DefaultContext() {
+        if (m_acquired) {
+            g_main_context_release(nullptr);
+        }
+    }
+    DefaultContext(const DefaultContext&) = delete;
+    DefaultContext& operator=(const DefaultContext&) = delete;
+    bool IsAcquired() const { return m_acquired; }
+
+private:
+    bool m_acquired = g_main_context_acquire(nullptr) != FALSE;
+};
+
 // While it lives the toolkit creates our application object; afterwards the host's own.
 class ApplicationFactory {
 public:
@@ -75,13 +110,15 @@ private:
 bool StartWx() {
     const KeepPipeSignal keepPipeSignal;
     const ApplicationFactory factory;
-    const CatalogueWriter catalogueWriter;
     int argumentCount = 0;
     return wxEntryStart(argumentCount, static_cast<wxChar**>(nullptr));
 }
 
 void StopWx() {
-    const CatalogueWriter catalogueWriter;
+    {
+        const CatalogueWriter catalogueWriter;
+        wxTranslations::Set(nullptr);
+    }
     wxEntryCleanup();
     // The windows are destroyed, but nothing sends that to the display any more.
     if (GdkDisplay* const display = gdk_display_get_default(); display != nullptr) {
@@ -89,39 +126,62 @@ void StopWx() {
     }
 }
 
-}  // namespace
+// GUI thread only: it runs the toolkit's events outside a request.
+bool g_iterates = false;
 
-bool WxToolkit::Start(const std::function<void()>& leave, const std::function<void()>& park) {
-    if (wxAppConsole::GetInstance() != nullptr || !Enter()) {
-        return false;
+// Before each iteration of the main context, also in a dialog's own loop. A host that runs the main
+// context itself gets here too: its thread goes on.
+gboolean BeforeIteration(GSource*, gint* timeout) {
+    *timeout = -1;
+    ProcessLife().ParkAtExit();
+    if (ProcessLife().IsOwnThread() && !g_iterates) {
+        StayFirstAtExit();
     }
-    AwaitGuiThreadAtExit(park);
-    SendMessagesToStandardError();
-    const bool started = StartWx();
-    if (started) {
-        WatchDisplay(leave);
-        ParkGuiThreadAtExit();
-    } else {
-        wxImage::CleanUpHandlers();  // a failed start keeps them
-        GiveMessagesBack();
-        ForgetGuiThreadAtExit();
-    }
-    Leave();
-    return started;
+    return FALSE;
 }
 
-bool WxToolkit::Iterate() { return g_main_context_iteration(nullptr, FALSE) != FALSE; }
+GSourceFuncs g_exitWatch{BeforeIteration, nullptr, nullptr, nullptr, nullptr, nullptr};
+
+}  // namespace
+
+void WxToolkit::SourceDestroyer::operator()(GSource* source) const {
+    g_source_destroy(source);
+    g_source_unref(source);
+}
+
+bool WxToolkit::Start(const std::function<void()>& leave) {
+    const DefaultContext context;
+    if (!context.IsAcquired() || wxAppConsole::GetInstance() != nullptr) {
+        return false;
+    }
+    WatchDisplay(leave);
+    SendMessagesToStandardError();
+    CleanUp cleanUp;
+    if (!StartWx()) {
+        return false;
+    }
+    cleanUp.Dismiss();
+    m_exitWatch.reset(g_source_new(&g_exitWatch, sizeof(GSource)));
+    g_source_set_priority(m_exitWatch.get(), G_PRIORITY_HIGH);
+    g_source_attach(m_exitWatch.get(), nullptr);
+    return true;
+}
+
+bool WxToolkit::Iterate() {
+    g_iterates = true;
+    const bool dispatched = g_main_context_iteration(nullptr, FALSE) != FALSE;
+    g_iterates = false;
+    return dispatched;
+}
 
 bool WxToolkit::Enter() { return g_main_context_acquire(nullptr) != FALSE; }
 
 void WxToolkit::Leave() { g_main_context_release(nullptr); }
 
 void WxToolkit::Stop() {
-    AwaitGuiThreadAtExit();
+    m_exitWatch.reset();
     StopWx();
-    ForgetDisplay();
     GiveMessagesBack();
-    ForgetGuiThreadAtExit();
 }
 
 }  // namespace zeldlg

@@ -2,6 +2,10 @@
 // state that the toolkit's start changes.
 #pragma once
 
+#include <glib.h>
+
+#include <memory>
+
 #include "runtime/toolkit.h"
 
 namespace zeldlg {
@@ -10,13 +14,21 @@ class WxToolkit : public Toolkit {
 public:
     /// Fails when there is no display, when the process already runs an instance of the toolkit,
     /// or when another thread owns GLib's default main context. Can be tried again later.
-    bool Start(const std::function<void()>& leave, const std::function<void()>& park) override;
+    bool Start(const std::function<void()>& leave) override;
     bool Iterate() override;
     /// A host that runs GLib's default main context meanwhile keeps it: its thread would serve
     /// our windows.
     bool Enter() override;
     void Leave() override;
     void Stop() override;
+
+private:
+    struct SourceDestroyer {
+        void operator()(GSource* source) const;
+    };
+
+    // What sees an exit of the process from within a dialog's own loop.
+    std::unique_ptr<GSource, SourceDestroyer> m_exitWatch;
 };
 
 }  // namespace zeldlg

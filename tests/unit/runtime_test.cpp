@@ -38,6 +38,8 @@ using platform::EventHandle;
 using platform::ManualResetEvent;
 using platform::WaitForEvent;
 
+using State = Life::State;
+
 constexpr uint32_t kLongMs = 20'000;
 
 template <typename Predicate>
@@ -53,6 +55,7 @@ bool WaitUntil(const Predicate& predicate) {
 
 // What the scripted toolkit was asked, and how it answers.
 struct Script {
+    Life life;
     bool starts = true;
     bool usable = true;
     std::function<void()> onStart = [] {};
@@ -61,17 +64,16 @@ struct Script {
     std::atomic<bool> stopped{false};
     std::atomic<bool> displayLost{false};  // the next iteration finds out
     std::function<void()> leave;           // what the toolkit was given for that
-    std::function<void()> park;            // and for the exit of the process
-    std::atomic<bool> parks{false};        // the next iteration does
+    std::function<void()> onIterate = [] {};
+    std::function<void()> onStop = [] {};
     std::atomic<int> depth{0};
 };
 
 class ScriptedToolkit : public Toolkit {
 public:
     explicit ScriptedToolkit(Script& script) : m_script(script) {}
-    bool Start(const std::function<void()>& leave, const std::function<void()>& park) override {
+    bool Start(const std::function<void()>& leave) override {
         m_script.leave = leave;
-        m_script.park = park;
         m_script.onStart();
         return m_script.starts;
     }
@@ -80,12 +82,7 @@ public:
         if (m_script.displayLost) {
             m_script.leave();
         }
-        if (m_script.parks) {
-            m_script.park();
-            for (;;) {
-                pause();
-            }
-        }
+        m_script.onIterate();
         return m_script.busyIterations-- > 0;
     }
     bool Enter() override {
@@ -93,19 +90,18 @@ public:
         return m_script.usable;
     }
     void Leave() override { --m_script.depth; }
-    void Stop() override { m_script.stopped = true; }
+    void Stop() override {
+        m_script.onStop();
+        m_script.stopped = true;
+    }
 
 private:
     Script& m_script;
 };
 
-std::unique_ptr<GuiRunner> MakeRunner(Script& script,
-                                      std::initializer_list<RequestHandler> handlers) {
-    auto runner = std::make_unique<GuiRunner>(std::make_unique<ScriptedToolkit>(script));
-    for (const RequestHandler handler : handlers) {
-        runner->RegisterHandler(handler);
-    }
-    return runner;
+std::unique_ptr<GuiRunner> MakeRunner(Script& script, const std::vector<RequestHandler>& handlers) {
+    return std::make_unique<GuiRunner>(script.life, std::make_unique<ScriptedToolkit>(script),
+                                       handlers);
 }
 
 bool AddOne(CMessage* message) {
@@ -173,6 +169,7 @@ TEST(Message, RaisesTheHandlersExceptionOnce) {
 
 class CountingThread : public CThread {
 public:
+    using CThread::CThread;
     ~CountingThread() override {
         release.Set();
         Join();
@@ -187,7 +184,8 @@ public:
 
 TEST(Thread, StartsOnceAtATimeAndAgainAfterItsEnd) {
     std::atomic<int> runs{0};
-    CountingThread thread;
+    Life life;
+    CountingThread thread(life);
     EXPECT_FALSE(thread.IsRunning());
     ASSERT_TRUE(thread.Start(&runs));
     EXPECT_FALSE(thread.Start(&runs)) << "it is running";
@@ -199,7 +197,8 @@ TEST(Thread, StartsOnceAtATimeAndAgainAfterItsEnd) {
 }
 
 TEST(Thread, TheBaseBodyDoesNothing) {
-    CThread thread;
+    Life life;
+    CThread thread(life);
     ASSERT_TRUE(thread.Start(nullptr));
     EXPECT_TRUE(thread.Join());
     EXPECT_FALSE(thread.IsRunning());
@@ -207,11 +206,13 @@ TEST(Thread, TheBaseBodyDoesNothing) {
 
 class SleepingThread : public CThread {
 public:
+    using CThread::CThread;
     void Run(void*) override { pause(); }
 };
 
 TEST(Thread, DestructionCancelsAThreadThatIsStillRunning) {
-    SleepingThread thread;
+    Life life;
+    SleepingThread thread(life);
     ASSERT_TRUE(thread.Start(nullptr));
     ASSERT_TRUE(WaitUntil([&] { return thread.NativeId() != 0; }));
     EXPECT_TRUE(thread.IsRunning());
@@ -316,10 +317,24 @@ TEST(Runner, AStartThatThrowsIsAFailedStart) {
     EXPECT_FALSE(runner->Send(message));
 }
 
-// What the GUI thread goes on with when it has left the toolkit may outlive a test's own objects.
-Script& ScriptOfAThreadThatStays() {
-    static auto* const scripts = new std::vector<std::unique_ptr<Script>>;
-    return *scripts->emplace_back(std::make_unique<Script>());
+// A runner whose thread stays in it for good, as it does when its display is lost or the process
+// exits: never destroyed, with its script.
+struct Staying {
+    explicit Staying(
+        const std::vector<RequestHandler>& handlers,
+        const std::function<void(Script&)>& prepare = [](Script&) {}) {
+        prepare(script);
+        runner = MakeRunner(script, handlers);
+    }
+    Script script;
+    std::unique_ptr<GuiRunner> runner;
+};
+
+Staying& MakeStaying(
+    const std::vector<RequestHandler>& handlers,
+    const std::function<void(Script&)>& prepare = [](Script&) {}) {
+    static auto* const all = new std::vector<std::unique_ptr<Staying>>;
+    return *all->emplace_back(std::make_unique<Staying>(handlers, prepare));
 }
 
 bool LoseDisplayWhileServing(CMessage* message) {
@@ -330,92 +345,101 @@ bool LoseDisplayWhileServing(CMessage* message) {
 }
 
 TEST(Runner, ADisplayThatIsLostWhileARequestIsServedFailsIt) {
-    Script& script = ScriptOfAThreadThatStays();
-    const auto runner = MakeRunner(script, {LoseDisplayWhileServing, AddOne});
+    Staying& staying = MakeStaying({LoseDisplayWhileServing, AddOne});
     uint64_t reply = 0;
-    CMessage losing(3, reinterpret_cast<uint64_t>(&script), 0);
-    EXPECT_THROW(runner->Send(losing), std::runtime_error);
-    EXPECT_FALSE(runner->IsRunning());
+    CMessage losing(3, reinterpret_cast<uint64_t>(&staying.script), 0);
+    EXPECT_THROW(staying.runner->Send(losing), std::runtime_error);
+    EXPECT_EQ(staying.script.life.Now(), State::Lost);
     CMessage later(1, 0, reinterpret_cast<uint64_t>(&reply));
-    EXPECT_FALSE(runner->Send(later));
-    runner->Stop();
+    EXPECT_FALSE(staying.runner->Send(later));
+    staying.runner->Stop();
     EXPECT_EQ(reply, 0U);
-    EXPECT_FALSE(script.stopped);
+    EXPECT_FALSE(staying.script.stopped);
 }
 
 TEST(Runner, ADisplayThatIsLostBetweenRequestsFailsTheNext) {
-    Script& script = ScriptOfAThreadThatStays();
-    const auto runner = MakeRunner(script, {AddOne});
-    script.displayLost = true;
-    ASSERT_TRUE(WaitUntil([&] { return !runner->IsRunning(); }));
+    Staying& staying = MakeStaying({AddOne});
+    staying.script.displayLost = true;
+    ASSERT_TRUE(WaitUntil([&] { return !staying.runner->IsRunning(); }));
     uint64_t reply = 0;
     CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
-    EXPECT_FALSE(runner->Send(message));
+    EXPECT_FALSE(staying.runner->Send(message));
 }
 
-bool ParkWhileServing(CMessage* message) {
+TEST(Runner, ADisplayThatIsLostDuringTheStartFailsWhatWasSentMeanwhile) {
+    static ManualResetEvent mayLose;
+    Staying& staying = MakeStaying({AddOne}, [](Script& script) {
+        script.onStart = [&script] {
+            WaitForEvent(mayLose, kLongMs);
+            script.leave();
+        };
+    });
+    std::thread host([&] {
+        CMessage message(1, 0, 0);
+        EXPECT_THROW(staying.runner->Send(message), std::runtime_error);
+    });
+    WaitForEvent(*EventHandle::Create(), 20);  // as a rule it waits by now
+    mayLose.Set();
+    host.join();
+    EXPECT_EQ(staying.script.life.Now(), State::Lost);
+    staying.runner->Stop();
+}
+
+TEST(Runner, ADisplayThatIsLostDuringTheEndEndsTheWaitForIt) {
+    Staying& staying = MakeStaying({AddOne});
+    staying.script.onStop = [&] { staying.script.leave(); };
+    staying.runner->Stop();
+    EXPECT_EQ(staying.script.life.Now(), State::Lost);
+    CMessage message(1, 0, 0);
+    EXPECT_FALSE(staying.runner->Send(message));
+}
+
+bool ServeUntilParked(CMessage* message) {
     if (message->Code() == 3) {
-        message->Param1As<Script>()->park();
+        auto& life = *message->Param1As<Life>();
         for (;;) {
-            pause();
+            life.ParkAtExit();  // as a dialog's own loop does
         }
     }
     return false;
 }
 
-TEST(Runner, NobodyElseWaitsForAThreadThatWasParkedInARequest) {
-    Script& script = ScriptOfAThreadThatStays();
-    // Never destroyed, like the caller's frame: that caller waits until the process has ended.
-    static std::unique_ptr<GuiRunner>* const kRunner =
-        new std::unique_ptr(MakeRunner(script, {ParkWhileServing, AddOne}));
-    GuiRunner& runner = **kRunner;
+TEST(Runner, NobodyElseWaitsForAThreadThatIsParkedInARequest) {
+    Staying& staying = MakeStaying({ServeUntilParked, AddOne});
     static std::atomic<bool> isBack{false};
-    std::thread([&script] {
-        CMessage parking(3, reinterpret_cast<uint64_t>(&script), 0);
-        (*kRunner)->Send(parking);
+    std::thread([&staying] {
+        CMessage parking(3, reinterpret_cast<uint64_t>(&staying.script.life), 0);
+        staying.runner->Send(parking);
         isBack = true;
     }).detach();
-    ASSERT_TRUE(WaitUntil([&] { return !runner.IsRunning(); }));
+    ASSERT_TRUE(WaitUntil([&] { return staying.script.depth == 1; }));
+    EXPECT_EQ(staying.script.life.Exit(), Life::AtExit::GoOn);
+    EXPECT_EQ(staying.script.life.Now(), State::Parked);
     uint64_t reply = 0;
     CMessage later(1, 0, reinterpret_cast<uint64_t>(&reply));
-    EXPECT_FALSE(runner.Send(later));
-    runner.Stop();
+    EXPECT_FALSE(staying.runner->Send(later));
+    staying.runner->Stop();
     EXPECT_EQ(reply, 0U);
-    EXPECT_FALSE(script.stopped);
+    EXPECT_FALSE(staying.script.stopped);
     EXPECT_FALSE(isBack);
 }
 
-TEST(Runner, AThreadThatWasParkedBetweenRequestsIsNotWaitedFor) {
-    Script& script = ScriptOfAThreadThatStays();
-    auto runner = MakeRunner(script, {AddOne});
-    script.parks = true;
-    ASSERT_TRUE(WaitUntil([&] { return !runner->IsRunning(); }));
-    CMessage message(1, 0, 0);
-    EXPECT_FALSE(runner->Send(message));
-    runner.reset();
-    EXPECT_FALSE(script.stopped);
-}
-
-// The toolkit's end is one more moment in which its connection can break.
-TEST(Thread, JoinEndsWhenTheThreadAbandonsItself) {
-    class Stray : public CThread {
-    public:
-        void Run(void* mayStray) override {
-            WaitForEvent(*static_cast<ManualResetEvent*>(mayStray), kLongMs);
-            Abandon();
-            for (;;) {
-                pause();
+TEST(Runner, AThreadIsParkedBetweenRequestsHoweverManyAreSent) {
+    Staying& staying = MakeStaying({AddOne});
+    static std::atomic<int> served{0};
+    for (int caller = 0; caller < 4; ++caller) {
+        std::thread([&staying] {
+            for (bool carriedOut = true; carriedOut; ++served) {
+                uint64_t reply = 0;
+                CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
+                carriedOut = staying.runner->Send(message);
             }
-        }
-    };
-    // Never destroyed: the thread stays in its body.
-    auto* const thread = new Stray;
-    EventHandle mayStray = EventHandle::Create();
-    ASSERT_TRUE(thread->Start(mayStray.Get()));
-    std::thread joiner([&] { EXPECT_TRUE(thread->Join()); });
-    mayStray->Set();
-    joiner.join();
-    EXPECT_FALSE(thread->IsRunning());
+        }).detach();
+    }
+    ASSERT_TRUE(WaitUntil([&] { return served > 100; }));
+    EXPECT_EQ(staying.script.life.Exit(), Life::AtExit::GoOn);
+    EXPECT_EQ(staying.script.life.Now(), State::Parked);
+    EXPECT_FALSE(staying.script.stopped);
 }
 
 TEST(Runner, RequestsFailWhileTheToolkitBelongsToSomebodyElse) {
@@ -462,8 +486,12 @@ TEST(Runner, RequestsAreServedInTheOrderInWhichTheyWereQueuedWithoutAnotherSetti
     const auto started = EventHandle::Create();
     const auto quit = EventHandle::Create();
     const auto request = EventHandle::Create();
-    CWXRunner runner(started.Get(), quit.Get(), std::make_unique<ScriptedToolkit>(script));
+    CWXRunner runner(script.life, started.Get(), quit.Get(),
+                     std::make_unique<ScriptedToolkit>(script), {});
     runner.RegisterHandler(RecordOrder);
+    ManualResetEvent mayStart;
+    script.onStart = [&] { WaitForEvent(mayStart, kLongMs); };
+    ASSERT_TRUE(runner.Start(request.Get()));
     std::vector<uint64_t> order;
     std::deque<CMessage> messages;
     for (uint64_t number = 1; number <= 5; ++number) {
@@ -471,7 +499,7 @@ TEST(Runner, RequestsAreServedInTheOrderInWhichTheyWereQueuedWithoutAnotherSetti
             runner.Queue(&messages.emplace_back(1, number, reinterpret_cast<uint64_t>(&order))));
     }
     request->Set();
-    ASSERT_TRUE(runner.Start(request.Get()));
+    mayStart.Set();
     for (CMessage& message : messages) {
         message.WaitDone();
     }
@@ -553,6 +581,63 @@ TEST(Runner, PollsAtMostAHundredTimesASecondWhenIdle) {
     EXPECT_LE(polls, 31);
 }
 
+// Sends the next message before it is done with one, so that the queue is never empty.
+struct Chain {
+    CWXRunner& runner;
+    ManualResetEvent& requestEvent;
+    int left;
+    std::deque<CMessage> messages{};
+    ManualResetEvent allSent{};
+    void SendNext() {
+        runner.Queue(&messages.emplace_back(1, reinterpret_cast<uint64_t>(this), 0));
+        requestEvent.Set();
+    }
+};
+
+bool ServeChain(CMessage* message) {
+    auto& chain = *message->Param1As<Chain>();
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    if (--chain.left > 0) {
+        chain.SendNext();
+    } else {
+        chain.allSent.Set();
+    }
+    return true;
+}
+
+// How often the toolkit was asked for work during two hundred milliseconds of requests.
+int IterationsDuringRequests(int busyIterations) {
+    Script script;
+    script.busyIterations = busyIterations;
+    const auto started = EventHandle::Create();
+    const auto quit = EventHandle::Create();
+    const auto request = EventHandle::Create();
+    CWXRunner runner(script.life, started.Get(), quit.Get(),
+                     std::make_unique<ScriptedToolkit>(script),
+                     std::vector<RequestHandler>{ServeChain});
+    Chain chain{runner, *request, 200};
+    EXPECT_TRUE(runner.Start(request.Get()));
+    EXPECT_TRUE(WaitForEvent(*started, kLongMs));
+    const int before = script.iterations;
+    chain.SendNext();
+    EXPECT_TRUE(WaitForEvent(chain.allSent, kLongMs));
+    for (CMessage& message : chain.messages) {
+        message.WaitDone();
+    }
+    const int iterations = script.iterations - before;
+    quit->Set();
+    EXPECT_TRUE(runner.Join());
+    return iterations;
+}
+
+TEST(Runner, WindowsAreServedEveryTenMillisecondsWhateverIsRequested) {
+    EXPECT_GE(IterationsDuringRequests(0), 10);
+}
+
+TEST(Runner, WindowsThatHaveMuchToDoTakeTurnsWithRequests) {
+    EXPECT_GE(IterationsDuringRequests(1'000'000), 100);
+}
+
 bool RecordSignalMask(CMessage* message) {
     pthread_sigmask(SIG_BLOCK, nullptr, message->Param2As<sigset_t>());
     return true;
@@ -578,7 +663,8 @@ TEST(Runner, ASpuriousWakeUpServesNothing) {
     const auto started = EventHandle::Create();
     const auto quit = EventHandle::Create();
     const auto request = EventHandle::Create();
-    CWXRunner runner(started.Get(), quit.Get(), std::make_unique<ScriptedToolkit>(script));
+    CWXRunner runner(script.life, started.Get(), quit.Get(),
+                     std::make_unique<ScriptedToolkit>(script), {});
     request->Set();
     ASSERT_TRUE(runner.Start(request.Get()));
     EXPECT_TRUE(WaitUntil([&] { return script.iterations >= 2; }));

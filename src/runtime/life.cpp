@@ -1,0 +1,236 @@
+#include "runtime/life.h"
+
+#include <fcntl.h>
+#include <glib.h>
+#include <pthread.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <string_view>
+#include <type_traits>
+
+#include "platform/thread.h"
+#include "resources/catalogue_access.h"
+
+namespace zeldlg {
+
+namespace {
+
+using State = Life::State;
+using Clock = std::chrono::steady_clock;
+
+struct Step {
+    State from;
+    State to;
+};
+
+constexpr Step kSteps[] = {
+    {State::Down, State::Entering},    {State::Entering, State::Starting},
+    {State::Entering, State::Down},  // there is no thread to be had
+    {State::Starting, State::Up},      {State::Starting, State::Down},  // the start failed
+    {State::Starting, State::Lost},    {State::Up, State::Ending},
+    {State::Up, State::Down},  // cancelled
+    {State::Up, State::Lost},          {State::Ending, State::Down},
+    {State::Ending, State::Lost},      {State::Down, State::Exiting},
+    {State::Entering, State::Exiting}, {State::Starting, State::Exiting},
+    {State::Up, State::Exiting},       {State::Ending, State::Exiting},
+    {State::Exiting, State::Parked},
+};
+
+constexpr uint32_t kStateBits = 4;
+
+State StateIn(uint32_t word) { return static_cast<State>(word & ((1U << kStateBits) - 1)); }
+pid_t ProcessIn(uint32_t word) { return static_cast<pid_t>(word >> kStateBits); }
+
+uint32_t Word(State state, pid_t process) {
+    return static_cast<uint32_t>(process) << kStateBits | static_cast<uint32_t>(state);
+}
+
+bool IsAtWork(State state) {
+    return state == State::Starting || state == State::Up || state == State::Ending;
+}
+
+}  // namespace
+
+bool Life::MayChange(State from, State to) {
+    return std::any_of(std::begin(kSteps), std::end(kSteps),
+                       [=](const Step& step) { return step.from == from && step.to == to; });
+}
+
+State Life::Now() const {
+    const uint32_t word = m_word;
+    const bool ours = ProcessIn(word) == 0 || ProcessIn(word) == getpid();
+    return ours ? StateIn(word) : State::NotOurs;
+}
+
+bool Life::Change(State from, State to) {
+    uint32_t word = m_word;
+    if (Now() != from || StateIn(word) != from || !MayChange(from, to) ||
+        !m_word.compare_exchange_strong(
+            word, Word(to, to == State::Entering ? getpid() : ProcessIn(word)))) {
+        return false;
+    }
+    m_word.notify_all();
+    if (to != State::Exiting && to != State::Parked) {
+        GoFirstAtExit();
+    }
+    return true;
+}
+
+bool Life::IsRunning() const {
+    const State now = Now();
+    return now == State::Entering || IsAtWork(now);
+}
+
+bool Life::TakesRequests() const {
+    const State now = Now();
+    return now == State::Entering || now == State::Starting || now == State::Up;
+}
+
+bool Life::IsOver() const { return Now() >= State::Lost; }
+
+void Life::AwaitEnd() const {
+    for (uint32_t word = m_word; StateIn(word) != State::Down && StateIn(word) != State::Lost;
+         word = m_word) {
+        m_word.wait(word);
+    }
+}
+
+void Life::Enter() { m_thread = gettid(); }
+
+bool Life::IsOwnThread() const { return IsAtWork(Now()) && m_thread == gettid(); }
+
+void Life::Advance(State to) {
+    while (!Change(Now(), to)) {
+        ParkAtExit();
+    }
+}
+
+void Life::ParkAtExit() {
+    if (Now() != State::Exiting || m_thread != gettid()) {
+        return;
+    }
+    Change(State::Exiting, State::Parked);
+    for (;;) {
+        pause();
+    }
+}
+
+// As the kernel sees it. A thread that cannot be looked at counts as awake.
+bool Life::Sleeps() const {
+    std::array<char, 64> text{};
+    static_cast<void>(
+        snprintf(text.data(), text.size(), "/proc/self/task/%d/stat", m_thread.load()));
+    const int file = open(text.data(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) {
+        return false;
+    }
+    const ssize_t length = read(file, text.data(), text.size());
+    close(file);
+    const std::string_view line(text.data(), static_cast<size_t>(std::max<ssize_t>(length, 0)));
+    return line.find(") S ") != line.npos;
+}
+
+Life::AtExit Life::Exit() {
+    State now = Now();
+    const bool own = IsOwnThread();
+    while (!Change(now, State::Exiting)) {
+        now = Now();
+        if (!MayChange(now, State::Exiting)) {
+            return AtExit::GoOn;
+        }
+    }
+    if (!IsAtWork(now) || own) {
+        return AtExit::GoOn;
+    }
+    if (now == State::Up) {
+        g_main_context_wakeup(nullptr);  // it may be in a dialog's own loop
+    }
+    const Clock::time_point begin = Clock::now();
+    for (Clock::time_point atWork = begin; Now() != State::Parked;) {
+        platform::SleepMilliseconds(1);
+        const Clock::time_point time = Clock::now();
+        if (!Sleeps()) {
+            atWork = time;
+        }
+        if (time - atWork > std::chrono::milliseconds(kAsleepMs)) {
+            return AtExit::GoOn;
+        }
+        if (time - begin > std::chrono::milliseconds(kExitLimitMs)) {
+            return AtExit::EndHere;
+        }
+    }
+    return AtExit::GoOn;
+}
+
+Life& ProcessLife() {
+    static_assert(std::is_trivially_destructible_v<Life>);
+    static constinit Life life;
+    return life;
+}
+
+namespace {
+
+// What the exit handler is known by to the C library.
+char g_handle = 0;
+
+// The thread that is moving the handler at the moment. None: 0.
+std::atomic<pthread_t> g_mover{};
+
+constexpr uint32_t kCatalogueWaitMs = 100;
+
+// glibc hands the exit status to handlers of this kind, too.
+void OnExit(void*, int status) {
+    if (g_mover == pthread_self() || ProcessLife().IsOver()) {
+        return;
+    }
+    if (ProcessLife().Exit() == Life::AtExit::EndHere) {
+        // What exit() itself ends with. To go on would be to destroy the libraries under the
+        // thread.
+        fcloseall();
+        _exit(status);
+    }
+    for (uint32_t waited = 0; !CloseCatalogue() && waited < kCatalogueWaitMs; ++waited) {
+        platform::SleepMilliseconds(1);
+    }
+}
+
+}  // namespace
+
+extern "C" int __cxa_atexit(void (*)(void*), void*, void*);
+extern "C" void __cxa_finalize(void*);
+
+void GoFirstAtExit() {
+    if (ProcessLife().IsOver()) {
+        return;
+    }
+    // An exit in a signal handler would wait for the C library's lock, which this thread has.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, &before);
+    pthread_t nobody{};
+    if (g_mover.compare_exchange_strong(nobody, pthread_self())) {
+        __cxa_finalize(&g_handle);
+        const auto handler = reinterpret_cast<void (*)()>(OnExit);
+        static_cast<void>(
+            __cxa_atexit(reinterpret_cast<void (*)(void*)>(handler), nullptr, &g_handle));
+        g_mover = pthread_t{};
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+void StayFirstAtExit() {
+    static std::atomic<Clock::rep> last{0};
+    const Clock::rep now = Clock::now().time_since_epoch().count();
+    if (now - last > Clock::duration(std::chrono::milliseconds(10)).count()) {
+        last = now;
+        GoFirstAtExit();
+    }
+}
+
+}  // namespace zeldlg
