@@ -3,6 +3,7 @@
 #include <wx/sizer.h>
 
 #include "dialogs/common/accessible.h"
+#include "dialogs/common/desktop.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/common/modeless.h"
 #include "resources/catalogue_key.h"
@@ -34,7 +35,7 @@ CKeyGenProgressDialog::CKeyGenProgressDialog(wxWindow* parent)
     layout::AlignLabels(*this);
     SetSizerAndFit(row);
     DescribeWindow(*this, WindowRole::Dialog);
-    Centre();
+    CentreAtPointer(*this);
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowNextPicture(); });
     m_timer.Start(KeyGenAnimation::kTickMilliseconds);
 }

@@ -13,6 +13,7 @@
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/button.h"
 #include "dialogs/common/closing.h"
+#include "dialogs/common/desktop.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/message_style.h"
@@ -167,7 +168,7 @@ void CMessageDialog::FinishLayout(wxSizer* rows) {
     SetMaxSize(GetSize());
     DescribeWindow(*this, WindowRole::Alert);
     Layout();
-    CentreOnScreen();
+    CentreAtPointer(*this);
     m_defaultButton->SetFocus();
     // The toolkit's own way would put the window on the screen, before it is modal or, when it is
     // closed at once, for good.

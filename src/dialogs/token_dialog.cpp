@@ -3,6 +3,7 @@
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/button.h"
 #include "dialogs/common/closing.h"
+#include "dialogs/common/desktop.h"
 #include "dialogs/common/dialog_style.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/selection_texts.h"
@@ -51,7 +52,7 @@ void CTokenDialog::AddItem(const wxString& text, uint64_t identifier) {
 void CTokenDialog::FinishLayout() {
     GetSizer()->SetSizeHints(this);
     DescribeWindow(*this, WindowRole::Dialog);
-    CentreOnScreen();
+    CentreAtPointer(*this);
     m_list->SetFocus();
 }
 

@@ -1,10 +1,12 @@
-// The toolkit's application object: sets up and carries the locale of the dialogs.
+// The toolkit's application object: carries what holds for all dialogs, their locale above all.
 #pragma once
 
 #include <wx/app.h>
 #include <wx/intl.h>
 
 #include <optional>
+
+#include "dialogs/common/desktop.h"
 
 namespace zeldlg {
 
@@ -24,6 +26,7 @@ private:
     void SetUpLocale();
 
     std::optional<wxLocale> m_locale;
+    ModalDialogs m_modalDialogs;
 };
 
 }  // namespace zeldlg

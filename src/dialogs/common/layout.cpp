@@ -9,6 +9,7 @@
 
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/button.h"
+#include "dialogs/common/desktop.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
@@ -184,7 +185,7 @@ void Finish(wxTopLevelWindow& window, wxSizer* content) {
     margin->SetSizeHints(&window);
     DescribeWindow(window, WindowRole::Dialog);
     window.Layout();
-    window.Centre();
+    CentreAtPointer(window);
 }
 
 }  // namespace zeldlg::layout

@@ -78,8 +78,8 @@ struct ButtonRow {
 /// @param okLabel Translated; may have a mnemonic.
 ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel);
 
-/// Gives the window its content, with a margin, and the size that it needs; centres it. To be
-/// called when all controls are there.
+/// Gives the window its content, with a margin, and the size that it needs; centres it at the
+/// pointer. To be called when all controls are there.
 void Finish(wxTopLevelWindow& window, wxSizer* content);
 
 }  // namespace zeldlg::layout

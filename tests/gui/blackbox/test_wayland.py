@@ -6,7 +6,6 @@ import subprocess
 import unittest
 
 from stage import CANCELLED, OK, StageTestCase, wait_until
-from stage.node import ROOT, Node
 from stage.servers import dying_with_parent
 
 SOCKET = "wayland-of-test"
@@ -30,10 +29,7 @@ class Wayland(StageTestCase):
             self.screen.x11.holds_focus(number) for number, _, _ in self.screen.x11.windows())
 
     def windows(self, title):
-        """The host's accessible windows: X knows none of them."""
-        registry = Node(self.screen, "org.a11y.atspi.Registry", ROOT)
-        return [window for program in registry.children if program.process_id == self.host.pid
-                for window in program.children if window.showing and window.name == title]
+        return self.screen.accessible_windows(self.host, title)
 
     def window(self, title):
         return wait_until(lambda: self.windows(title), 20, f"the window {title!r}")[0]

@@ -150,14 +150,19 @@ class Stage:
 
     `stage.environment` is what a program on this stage has to be started with. The options are
     the screen's size in pixels, the resolution toolkits are told (dots per inch), whether the
-    accessibility bus runs, and variables to add to the environment.
+    accessibility bus runs, variables to add to the environment, and the command that is the
+    window manager (an empty one: none).
     """
 
-    def __init__(self, size="1024x768", dpi=96, accessibility=True, extra=None):
+    MANAGER = "openbox --sm-disable"
+
+    def __init__(self, size="1024x768", dpi=96, accessibility=True, extra=None,
+                 manager=MANAGER):
         self._size = size
         self._dpi = dpi
         self._accessibility = accessibility
         self._extra = dict(extra or {})
+        self._manager = manager.split()
         self._janitor = None
         self._buses = []
         self.servers = {}
@@ -168,8 +173,9 @@ class Stage:
         try:
             self._make_directories()
             self._start_display()
-            self._start_window_manager()
             self._start_session_bus()
+            if self._manager:
+                self._start_window_manager()
             if self._accessibility:
                 self._start_accessibility()
             self.environment.update(self._extra)
@@ -254,7 +260,7 @@ class Stage:
         x11.close()
 
     def _start_window_manager(self):
-        server = self._start("openbox", ["openbox", "--sm-disable"])
+        server = self._start(self._manager[0], self._manager)
         x11 = X11(self.environment["DISPLAY"])
         self._wait(server, x11.window_manager_ready, "the window manager")
         x11.close()

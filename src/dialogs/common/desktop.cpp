@@ -1,0 +1,96 @@
+#include "dialogs/common/desktop.h"
+
+#include <gdk/gdkx.h>
+#include <gtk/gtk.h>
+#include <wx/display.h>
+#include <wx/utils.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace zeldlg {
+
+namespace {
+
+// The display's own connection; null on Wayland.
+Display* XDisplay() {
+    GdkDisplay* const display = gdk_display_get_default();
+    return GDK_IS_X11_DISPLAY(display) ? gdk_x11_display_get_xdisplay(display) : nullptr;
+}
+
+bool HasWindowManager() {
+    return gdk_x11_screen_supports_net_wm_hint(
+               gdk_screen_get_default(), gdk_atom_intern_static_string("_NET_ACTIVE_WINDOW")) !=
+           FALSE;
+}
+
+Window FocusedWindow(Display* display) {
+    Window focus = None;
+    int revert = 0;
+    XGetInputFocus(display, &focus, &revert);
+    return focus;
+}
+
+// With the server's time of now. The toolkit's own is when the user last typed into this process,
+// and window managers leave the keyboard to the program that was typed into later.
+void Present(GtkWindow* window) {
+    const guint32 now = gdk_x11_get_server_time(gtk_widget_get_window(GTK_WIDGET(window)));
+    gtk_window_present_with_time(window, now);
+}
+
+gboolean OnMapped(GtkWidget* window, GdkEvent*, wxDialog* dialog) {
+    g_signal_handlers_disconnect_by_func(window, gpointer(OnMapped), dialog);
+    // Not before the window manager has given the keyboard to whom it wants to. Once: a user who
+    // goes elsewhere may.
+    dialog->CallAfter([dialog, window] {
+        if (dialog->IsShown()) {
+            Present(GTK_WINDOW(window));
+        }
+    });
+    return FALSE;
+}
+
+}  // namespace
+
+int ModalDialogs::Enter(wxDialog* dialog) {
+    GtkWidget* const window = dialog->GetHandle();
+    // What is shown already is modeless. It is no parent of the dialog, and would cover a question
+    // that the user has to answer.
+    if (std::any_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(),
+                    [](const wxWindow* each) { return each->IsShown(); })) {
+        gtk_window_set_keep_above(GTK_WINDOW(window), TRUE);
+    }
+    Display* const display = XDisplay();
+    if (display == nullptr) {
+        return wxID_NONE;
+    }
+    m_focusBefore = HasWindowManager() ? None : FocusedWindow(display);
+    g_signal_connect(window, "map-event", G_CALLBACK(OnMapped), dialog);
+    return wxID_NONE;
+}
+
+// The server itself gives the keyboard to the window around a window that goes: the root.
+void ModalDialogs::Exit(wxDialog*) {
+    const Window before = std::exchange(m_focusBefore, None);
+    if (before == None) {
+        return;
+    }
+    GdkDisplay* const display = gdk_display_get_default();
+    if (FocusedWindow(XDisplay()) == gdk_x11_get_default_root_xwindow()) {
+        gdk_x11_display_error_trap_push(display);  // it may be gone
+        XSetInputFocus(XDisplay(), before, RevertToParent, CurrentTime);
+        gdk_x11_display_error_trap_pop_ignored(display);
+    }
+}
+
+wxRect RoomAtPointer() {
+    const int monitor = wxDisplay::GetFromPoint(wxGetMousePosition());
+    return wxDisplay(monitor != wxNOT_FOUND ? static_cast<unsigned>(monitor) : 0U).GetClientArea();
+}
+
+// The toolkit takes the first monitor for a window that is not on any yet.
+void CentreAtPointer(wxTopLevelWindow& window) {
+    window.Move(window.GetRect().CentreIn(RoomAtPointer()).GetPosition());
+}
+
+}  // namespace zeldlg
