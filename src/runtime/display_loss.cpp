@@ -1,7 +1,10 @@
 #include "runtime/display_loss.h"
 
 #include <X11/Xlib.h>
+#include <gdk/gdkwayland.h>
 #include <gdk/gdkx.h>
+#include <poll.h>
+#include <wayland-client-core.h>
 
 #include <cstdio>
 
@@ -15,12 +18,16 @@ namespace {
 const std::function<void()>* g_leave = nullptr;
 XIOErrorHandler g_previous = nullptr;
 
+void Leave() {
+    static_cast<void>(fprintf(stderr, "zeldlg: the connection to the display is lost\n"));
+    (*g_leave)();
+}
+
 int OnDisplayLost(Display* display) {
     if (ProcessLife().IsOwnThread()) {
-        static_cast<void>(fprintf(stderr, "zeldlg: the connection to the display is lost\n"));
         // Xlib holds it around this call. Libraries that clean up when the process exits need it.
         XUnlockDisplay(display);
-        (*g_leave)();
+        Leave();
     }
     return g_previous != nullptr ? g_previous(display) : 0;
 }
@@ -34,6 +41,17 @@ void WatchDisplay(const std::function<void()>& leave) {
     XIOErrorHandler const previous = XSetIOErrorHandler(OnDisplayLost);
     if (previous != OnDisplayLost) {
         g_previous = previous;
+    }
+}
+
+void LookAfterDisplay() {
+    GdkDisplay* const display = gdk_display_get_default();
+    if (!GDK_IS_WAYLAND_DISPLAY(display) || !ProcessLife().IsOwnThread()) {
+        return;
+    }
+    pollfd connection{wl_display_get_fd(gdk_wayland_display_get_wl_display(display)), 0, 0};
+    if (poll(&connection, 1, 0) > 0) {
+        Leave();
     }
 }
 

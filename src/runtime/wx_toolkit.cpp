@@ -137,10 +137,17 @@ gboolean BeforeIteration(GSource*, gint* timeout) {
     if (ProcessLife().IsOwnThread() && !g_iterates) {
         StayFirstAtExit();
     }
+    LookAfterDisplay();
     return FALSE;
 }
 
-GSourceFuncs g_exitWatch{BeforeIteration, nullptr, nullptr, nullptr, nullptr, nullptr};
+// After the wait for events, before any are read.
+gboolean AfterWait(GSource*) {
+    LookAfterDisplay();
+    return FALSE;
+}
+
+GSourceFuncs g_watch{BeforeIteration, AfterWait, nullptr, nullptr, nullptr, nullptr};
 
 }  // namespace
 
@@ -161,9 +168,9 @@ bool WxToolkit::Start(const std::function<void()>& leave) {
         return false;
     }
     cleanUp.Dismiss();
-    m_exitWatch.reset(g_source_new(&g_exitWatch, sizeof(GSource)));
-    g_source_set_priority(m_exitWatch.get(), G_PRIORITY_HIGH);
-    g_source_attach(m_exitWatch.get(), nullptr);
+    m_watch.reset(g_source_new(&g_watch, sizeof(GSource)));
+    g_source_set_priority(m_watch.get(), G_PRIORITY_HIGH);
+    g_source_attach(m_watch.get(), nullptr);
     return true;
 }
 
@@ -179,7 +186,7 @@ bool WxToolkit::Enter() { return g_main_context_acquire(nullptr) != FALSE; }
 void WxToolkit::Leave() { g_main_context_release(nullptr); }
 
 void WxToolkit::Stop() {
-    m_exitWatch.reset();
+    m_watch.reset();
     StopWx();
     GiveMessagesBack();
 }

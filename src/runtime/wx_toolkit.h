@@ -28,7 +28,7 @@ private:
     };
 
     // What sees an exit of the process from within a dialog's own loop.
-    std::unique_ptr<GSource, SourceDestroyer> m_exitWatch;
+    std::unique_ptr<GSource, SourceDestroyer> m_watch;
 };
 
 }  // namespace zeldlg
