@@ -1,0 +1,1 @@
+"""Changes a constant or a text of the library and sees whether a test notices: script/mutate."""

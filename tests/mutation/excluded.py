@@ -1,0 +1,17 @@
+"""What is not changed, with the reason: nobody has said how it has to be."""
+
+import re
+
+EXCLUDED = (
+    ("how much air there is between things", r"src/.*",
+     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextWidth|k\w*Padding|k\w*Gap|kIndent"
+     r"|kFrame|kFieldFrame|kAroundContent|kCascade)\b"),
+    ("how much room a long text gets before it is cut, wrapped or scrolls", r"src/.*",
+     r"\b(k\w*Lines|kMinWidth|kMaxWidth|kMinRows|kMaxRows|kScrollStep|kCodeFontScale|kCodeDigits"
+     r"|kExplanationWidth|kPolicedMessageWidth|k\w*TextHeight|kNoticeWidth|kWidestCount)\b"),
+)
+
+
+def reason_to_exclude(mutant):
+    return next((reason for reason, paths, line in EXCLUDED
+                 if re.fullmatch(paths, mutant.path) and re.search(line, mutant.source_line)), None)

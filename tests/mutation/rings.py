@@ -1,0 +1,119 @@
+"""Which tests are asked about a change, in which order: what is quick and near first."""
+
+import os
+import re
+import subprocess
+
+# Of the unit tests: what measures time or repeats something some 10,000 times.
+SLOW = "Speed SpinningIsShort TakesUnder Oracle TenThousand Random"
+
+# By the file that was changed (the first that matches): words that the names of unit tests and of
+# white-box tests have in them, and files of black-box tests.
+NEAR = (
+    (r"src/api/", "", "", "whole_library prompts pin_entry"),
+    (r"src/biometric/enrolment", "EnrolmentHint", "OfTheEnrolmentHint", "enrolment_hint"),
+    (r"src/biometric/", "NotificationTexts ScanCounter", "OfTheBiometricWindow", "biometric"),
+    (r"src/dialogs/biometric_error", "BiometricErrors", "Boxes", "message_boxes"),
+    (r"src/dialogs/token_error", "TokenErrors UnknownErrors", "Boxes", ""),
+    (r"src/dialogs/prompt_texts", "PromptTexts", "", "prompts"),
+    (r"src/dialogs/message", "MessageStyles",
+     "OfTheMessageDialog OfTheRetryQuestion Boxes MessageDialog", "message_boxes"),
+    (r"src/dialogs/(choice|default|digital|selection|token)", "DefaultCountDown SelectionTexts",
+     "OfTheTokenDialog OfTheDigitalIdDialog", "selection"),
+    (r"src/dialogs/key_gen", "KeyGen", "OfTheKeyGenerationWindow", "key_generation"),
+    (r"src/dialogs/(select_unblock|unblock|text_panel)", "Algorithm Method",
+     "OfTheUnblockMethodDialog UnblockMethod TextPanel", "unblock_method"),
+    (r"src/dialogs/(challenge|new_pin|response|unlock)", "Response Challenge NewPin",
+     "OfTheChallengeResponseDialog UnlockWithCr", "challenge_response"),
+    (r"src/dialogs/common/text_look", "LookFor ContrastRatio", "", "themes"),
+    (r"src/dialogs/common/", "", "StatedConstants Closing WrapText Modeless",
+     "pin_entry change_pin accessibility"),
+    (r"src/pin/pin_pad", "PinPad", "OfThePinPad", "pin_pad"),
+    (r"src/pin/legal", "", "OfTheSignatureDialog OfThePinPad", "legal_pin"),
+    (r"src/pin/sec", "SecretText", "FieldWidth Secure", ""),
+    (r"src/pin/(pin_field|ascii)", "AsciiFilter",
+     "OfTheChangeDialogs OfThePinDialog AsciiFields PinField SecretFields",
+     "change_pin challenge_response"),
+    (r"src/pin/", "FailureOf PinLengthRule", "OfThePinDialog OfTheSignatureDialog", "pin_entry"),
+    (r"src/policy/(change|policy_pages)", "Change Mode Texts PolicyPages",
+     "OfTheChangeDialogs OfThePolicedChangeDialog", "change_pin"),
+    (r"src/policy/", "Polic Character Elementary", "", "change_pin"),
+    (r"src/registry/registry_encoding", "RegistryEncoding RegistryText", "", ""),
+    (r"src/registry/registry_value", "RegistryValueLine RegistryStore", "", ""),
+    (r"src/registry/registry_text", "RegistryText RegistryStore", "", ""),
+    (r"src/registry/registry_(places|file|refresh)", "RegistryPlaces RegistryFile RegistryRefresh",
+     "", "selection"),
+    (r"src/registry/", "RegistryStore RegistrySettings RegistryEncoding", "",
+     "selection enrolment_hint translation"),
+    (r"src/platform/", "Event Deadline Thread Text Time DebugPrint FormatString Bytes Object Utf",
+     "", ""),
+    (r"src/resources/", "Catalogue Text Format Conversions ShownNumber Utf KeyGenPictures",
+     "CatalogueLoading Icons", "translation"),
+    (r"src/runtime/handlers/pin_pad", "", "", "pin_pad"),
+    (r"src/runtime/handlers/(challenge|change)", "", "", "challenge_response change_pin"),
+    (r"src/runtime/handlers/(pin|legal)", "", "", "pin_entry legal_pin"),
+    (r"src/runtime/handlers/(token|digital)", "", "", "selection"),
+    (r"src/runtime/handlers/", "SizedText", "MessageBoxRequests",
+     "unblock_method enrolment_hint biometric key_generation"),
+    (r"", "Runner Message Thread ExitGuard HandlerChain", "DllApp",
+     "whole_library process_state host_life"),
+)
+
+
+def gtest_filter(words, without=""):
+    return (":".join(f"*{word}*" for word in words.split()) or "*") + "-" + ":".join(
+        f"*{word}*" for word in without.split())
+
+
+class Rings:
+    """The programs of one build, on the stage that this process runs on."""
+
+    def __init__(self, root, build):
+        self._unit = os.path.join(build, "bin", "zeldlg_unit")
+        self._white_box = os.path.join(build, "bin", "zeldlg_gui_whitebox")
+        self._black_box = os.path.join(root, "tests", "gui", "blackbox")
+        self._environment = {
+            "ZELDLG_LIBRARY": os.path.join(build, "libzeldlglib.so.3"),
+            "ZELDLG_TEST_HOST": os.path.join(build, "bin", "zeldlg_test_host"),
+            "ZELDLG_ARTIFACTS": os.path.join(build, "artifacts"),
+            "PYTHONDONTWRITEBYTECODE": "1",
+            "GTEST_FAIL_FAST": "1"}
+
+    def _gtest(self, program, words, without=""):
+        name = f"{os.path.basename(program)} {words or 'all'}"
+        return name, [program, "--gtest_filter=" + gtest_filter(words, without)]
+
+    def steps(self, ring, path):
+        """(what it is called, command) of a ring, for a changed file."""
+        unit, white_box, black_box = next(near for pattern, *near in NEAR
+                                          if re.match(pattern, path))
+        if ring == "unit":
+            return [self._gtest(self._unit, unit, SLOW)] if unit else []
+        if ring == "whitebox":
+            return [self._gtest(self._white_box, white_box)] if white_box else []
+        if ring == "blackbox":
+            return [(name, ["/usr/bin/python3",
+                            os.path.join(self._black_box, f"test_{name}.py"), "-f"])
+                    for name in black_box.split()]
+        if ring == "all":
+            return [self._gtest(self._unit, "", SLOW), self._gtest(self._white_box, "")]
+        return []  # "codes": compiled is all that it is
+
+    def fails(self, number, command, limit):
+        """Whether a command fails with a mutant; also when it takes too long."""
+        environment = {**os.environ, **self._environment, "ZELDLG_MUTANT": str(number)}
+        if command[0] == self._white_box:
+            environment["NO_AT_BRIDGE"] = "1"
+        process = subprocess.Popen(command, env=environment, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   start_new_session=True)
+        try:
+            return process.wait(limit) != 0
+        except subprocess.TimeoutExpired:
+            return True
+        finally:
+            try:
+                os.killpg(process.pid, 9)
+            except ProcessLookupError:
+                pass
+            process.wait()

@@ -1,0 +1,124 @@
+// The numbers that hosts, tokens and files know this library by. The compiler compares them with
+// the code's own; what a number does is for other tests to see.
+#include <gtest/gtest.h>
+#include <zeldlg/zeldlg.h>
+
+#include "platform/event.h"
+#include "platform/result.h"
+#include "policy/pin_policy.h"
+#include "policy/policy_checker.h"
+#include "registry/registry_error.h"
+#include "registry/registry_store.h"
+#include "registry/registry_value.h"
+#include "runtime/reply_block.h"
+#include "runtime/request_codes.h"
+
+namespace zeldlg {
+
+// Requests
+static_assert(kErrorBox == 0x1001);
+static_assert(kInformationBox == 0x1002);
+static_assert(kQuestionBox == 0x1003);
+static_assert(kBiometricError == 0x1004);
+static_assert(kAuthenticationRetry == 0x1005);
+static_assert(kEnrolmentRetry == 0x1006);
+static_assert(kTokenLocked == 0x1007);
+static_assert(kShowAuthentication == 0x1101);
+static_assert(kShowEnrolment == 0x1102);
+static_assert(kUpdateEnrolment == 0x1103);
+static_assert(kHideNotification == 0x1104);
+static_assert(kSelectToken == 0x1201);
+static_assert(kShowPin == 0x1301);
+static_assert(kShowPinEx == 0x1302);
+static_assert(kTranslateUtf8 == 0x1401);
+static_assert(kTranslateUtf16 == 0x1402);
+static_assert(kGetLocale == 0x1403);
+static_assert(kEnrolmentHint == 0x1501);
+static_assert(kShowKeyGeneration == 0x1601);
+static_assert(kHideKeyGeneration == 0x1602);
+static_assert(kShowLegalPin == 0x1701);
+static_assert(kShowLegalPinEx == 0x1702);
+static_assert(kSelectDigitalId == 0x1801);
+static_assert(kSelectUnblockMethod == 0x1901);
+static_assert(kUnblockThroughPuk == 0x1981);
+static_assert(kChangeTransportPin == 0x1982);
+static_assert(kChangePin == 0x1983);
+static_assert(kChangePolicedPin == 0x1984);
+static_assert(kPinPadShowVerification == 0x1991);
+static_assert(kPinPadShowModification == 0x1992);
+static_assert(kPinPadHide == 0x1993);
+static_assert(kPinPadNextPin == 0x1994);
+static_assert(kPinPadCancel == 0x1995);
+static_assert(kPinPadTimeout == 0x1996);
+static_assert(kPinPadAccept == 0x1997);
+static_assert(kPinPadAddChar == 0x1998);
+static_assert(kPinPadDelChar == 0x1999);
+static_assert(kPinPadClearChars == 0x199a);
+static_assert(kPinPadShouldAbort == 0x199b);
+static_assert(kPinPadShowLegalVerification == 0x199c);
+static_assert(kPinPadShowNoPinVerification == 0x199d);
+static_assert(kPinPadShowLegalNoPinVerification == 0x199e);
+static_assert(kUnblockThroughCr == 0x19f1);
+static_assert(kNotDelivered == -2);
+
+// Statuses and parts of PIN policies
+static_assert(kPolicyAccepted == 0x9000);
+static_assert(kCharacterRefused == 0x6400);
+static_assert(kDistanceTooSmall == 0x6440);
+static_assert(kTooFewClasses == 0x6490);
+static_assert(kPinTooShort == 0x64A0);
+static_assert(kClassTooSmall == 0x64B0);
+static_assert(kHistoryRefused == 0x64C0);
+static_assert(kPolicyElementaryDistance == 1);
+static_assert(kPolicyCharacterClassification == 2);
+static_assert(kPolicyHistoryChecking == 4);
+static_assert(kPolicyCharacterRestriction == 8);
+static_assert(kClassLower == 1);
+static_assert(kClassUpper == 2);
+static_assert(kClassDigit == 4);
+static_assert(kClassPunctuation == 8);
+static_assert(kClassOther == 16);
+static_assert(static_cast<int>(PolicySource::kCard) == -4);
+static_assert(static_cast<int>(PolicySource::kRegistry) == -3);
+static_assert(static_cast<int>(PolicySource::kUnknown) == -2);
+
+// The settings' store
+static_assert(registry::HKEY_CLASSES_ROOT == 0x80000000);
+static_assert(registry::HKEY_CURRENT_USER == 0x80000001);
+static_assert(registry::HKEY_LOCAL_MACHINE == 0x80000002);
+static_assert(registry::kTypeString == 1);
+static_assert(registry::kTypeBinary == 3);
+static_assert(registry::kTypeNumber == 4);
+static_assert(registry::kAccessReadValues == 0x04);
+static_assert(registry::kAccessWriteValues == 0x08);
+static_assert(registry::kAccessSubKeys == 0x10);
+static_assert(registry::kAccessDefault == 0x11c);
+static_assert(registry::kCreatedNewKey == 1);
+static_assert(registry::kOpenedExistingKey == 2);
+static_assert(registry::kSuccess == 0);
+static_assert(registry::kNullPointer == 1);
+static_assert(registry::kNotFound == 2);
+static_assert(registry::kAccessDenied == 5);
+static_assert(registry::kInvalidHandle == 6);
+static_assert(registry::kNoMemory == 8);
+static_assert(registry::kCorrupt == 1015);
+static_assert(registry::kFileError == 1016);
+static_assert(registry::kNotRegistry == 1017);
+
+// The layer above the system
+static_assert(platform::kSuccess == 0);
+static_assert(platform::kFailure == 6);
+static_assert(platform::kMissingArgument == 7);
+static_assert(platform::kNoTimeout == 0xFFFFFFFF);
+static_assert(platform::kWaitTimedOut == -2);
+static_assert(platform::kWaitError == -1);
+
+// What exports return
+static_assert(ZELDLG_OK == 0);
+static_assert(ZELDLG_FAILED == 0x80003000);
+static_assert(ZELDLG_CANCELLED == 0x80003001);
+static_assert(ZELDLG_BUFFER_TOO_SMALL == 0x80003002);
+static_assert(ZELDLG_NOT_SUPPORTED == 87);
+static_assert(ZELDLG_FUNCTION_LIST_VERSION == 14);
+
+}  // namespace zeldlg
