@@ -34,17 +34,21 @@ constexpr ByteField kByteFields[] = {
     {&PinPolicyWire::p4IsWhiteList, &PinPolicy::p4IsWhiteList},
 };
 
-bool IsReadable(const PinPolicyDescriptor* descriptor) {
-    if (descriptor == nullptr || descriptor->tag > kNewestPolicyTag ||
-        descriptor->size < sizeof(PinPolicyWire) || descriptor->block == nullptr) {
-        return false;
+void Require(bool holds, const char* what) {
+    if (!holds) {
+        throw std::invalid_argument(what);
     }
-    const PinPolicyCharList* list = descriptor->block->charList;
-    return list != nullptr && (list->length == 0 || list->characters != nullptr);
 }
 
-std::string ReadCharList(const PinPolicyCharList& list) {
-    return list.length == 0 ? std::string() : std::string(list.characters, list.length);
+std::string ReadCharList(const PinPolicyWire& block) {
+    const PinPolicyCharList* const list = block.charList;
+    if (list == nullptr) {
+        Require((block.enabledMask & kPolicyCharacterRestriction) == 0,
+                "the enabled character list is missing");
+        return {};
+    }
+    Require(list->length == 0 || list->characters != nullptr, "the characters are missing");
+    return list->length == 0 ? std::string() : std::string(list->characters, list->length);
 }
 
 std::uint32_t WireLength(const std::string& charList) {
@@ -75,12 +79,14 @@ PinPolicyDescriptor PinPolicyFlatCopy::Descriptor() const {
 }
 
 bool FillPinPolicy(PinPolicy& policy, const PinPolicyDescriptor* descriptor) {
-    if (!IsReadable(descriptor)) {
+    if (descriptor == nullptr || descriptor->tag > kNewestPolicyTag) {
         return false;
     }
+    Require(descriptor->size >= sizeof(PinPolicyWire), "the policy's block is too small");
+    Require(descriptor->block != nullptr, "the policy's block is missing");
     const PinPolicyWire& block = *descriptor->block;
     // First, because it may throw; and the characters may be those of `policy` itself.
-    std::string charList = ReadCharList(*block.charList);
+    std::string charList = ReadCharList(block);
     for (const ByteField& field : kByteFields) {
         policy.*field.policy = block.*field.wire;
     }

@@ -30,9 +30,11 @@ private:
 
 /// Takes over a host's policy, all but the format tag. Exactly the stated length of the character
 /// list is read: that so many bytes are there is up to the host.
-/// @return false for null, a tag above kNewestPolicyTag, a size below that of the block, a block
-///         or list descriptor that is null, or characters that are null with a length above 0:
-///         there is no policy then, and `policy` is unchanged
+/// Throws std::invalid_argument for a policy that cannot be read: a size below that of the block, a
+/// null block, a null list although the character restriction is enabled (it is an empty list
+/// otherwise), or null characters with a length above 0. No PIN may be accepted under such a one.
+/// @return false for null and for a tag above kNewestPolicyTag: there is no policy. `policy` is
+///         unchanged then, as it is when this throws
 bool FillPinPolicy(PinPolicy& policy, const PinPolicyDescriptor* descriptor);
 
 }  // namespace zeldlg

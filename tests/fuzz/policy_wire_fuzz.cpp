@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <memory>
+#include <stdexcept>
 
 #include "fuzz_target.h"
 
@@ -13,13 +14,15 @@ namespace {
 
 constexpr std::size_t kBlockSize = 32;
 
+enum class Verdict { Read, NoPolicy, Unusable };
+
 /// A block with exact bounds, so that reading past it is seen.
 struct HostPolicy {
     std::unique_ptr<unsigned char[]> block = std::make_unique<unsigned char[]>(kBlockSize);
     std::unique_ptr<unsigned char[]> list = std::make_unique<unsigned char[]>(16);
     std::unique_ptr<char[]> characters;
     PinPolicyDescriptor descriptor{};
-    bool isSound = true;
+    Verdict verdict = Verdict::Read;
 };
 
 template <typename Value>
@@ -47,9 +50,25 @@ HostPolicy MakeHostPolicy(FuzzInput& input, std::string& charList) {
     host.descriptor.tag = tag;
     host.descriptor.size = size;
     host.descriptor.block = hasBlock ? reinterpret_cast<PinPolicyWire*>(host.block.get()) : nullptr;
-    host.isSound = tag <= 3 && size >= kBlockSize && hasBlock && hasList &&
-                   (hasCharacters || charList.empty());
+    const bool listIsNeeded = (host.block[1] & 8) != 0;
+    const bool listIsSound = hasList ? hasCharacters || charList.empty() : !listIsNeeded;
+    if (tag > 3) {
+        host.verdict = Verdict::NoPolicy;
+    } else if (size < kBlockSize || !hasBlock || !listIsSound) {
+        host.verdict = Verdict::Unusable;
+    }
+    if (!hasList) {
+        charList.clear();
+    }
     return host;
+}
+
+Verdict Fill(PinPolicy& policy, const PinPolicyDescriptor& descriptor) {
+    try {
+        return FillPinPolicy(policy, &descriptor) ? Verdict::Read : Verdict::NoPolicy;
+    } catch (const std::invalid_argument&) {
+        return Verdict::Unusable;
+    }
 }
 
 /// The fields as the offsets have them.
@@ -110,8 +129,8 @@ FUZZ_TARGET(policy_wire) {
     before.p3HistorySize = 77;
     const HostPolicy host = MakeHostPolicy(input, charList);
     PinPolicy policy = before;
-    REQUIRE_EQ(FillPinPolicy(policy, &host.descriptor), host.isSound);
-    if (!host.isSound) {
+    REQUIRE(Fill(policy, host.descriptor) == host.verdict);
+    if (host.verdict != Verdict::Read) {
         REQUIRE(policy == before);
         return;
     }

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <stdexcept>
 #include <string>
 
 namespace zeldlg {
@@ -56,9 +57,15 @@ public:
     PinPolicyDescriptor descriptor = {0, sizeof(PinPolicyWire), &block};
 };
 
-void ExpectRefused(const PinPolicyDescriptor* descriptor) {
+void ExpectNoPolicy(const PinPolicyDescriptor* descriptor) {
     PinPolicy policy = DistinctPolicy();
     EXPECT_FALSE(FillPinPolicy(policy, descriptor));
+    EXPECT_EQ(policy, DistinctPolicy()) << "the record is left untouched";
+}
+
+void ExpectUnusable(const PinPolicyDescriptor* descriptor) {
+    PinPolicy policy = DistinctPolicy();
+    EXPECT_THROW(FillPinPolicy(policy, descriptor), std::invalid_argument);
     EXPECT_EQ(policy, DistinctPolicy()) << "the record is left untouched";
 }
 
@@ -128,7 +135,7 @@ TEST(PinPolicyWire, TagIsNeverTakenOver) {
     EXPECT_EQ(used.formatTag, 3);
 }
 
-TEST(PinPolicyWire, TagsUpToThreeAreReadAndAllOthersRefused) {
+TEST(PinPolicyWire, TagsUpToThreeAreReadAndAllOthersMeanNoPolicy) {
     HostWire wire;
     for (std::uint32_t tag = 0; tag <= 255; ++tag) {
         wire.descriptor.tag = tag;
@@ -137,8 +144,14 @@ TEST(PinPolicyWire, TagsUpToThreeAreReadAndAllOthersRefused) {
     }
     for (const std::uint32_t tag : {4U, 255U, 0x100U, 0x10000U, 0x80000000U, 0xFFFFFFFFU}) {
         wire.descriptor.tag = tag;
-        ExpectRefused(&wire.descriptor);
+        ExpectNoPolicy(&wire.descriptor);
     }
+}
+
+TEST(PinPolicyWire, NothingBehindATagAboveThreeIsLookedAt) {
+    ExpectNoPolicy(nullptr);
+    const PinPolicyDescriptor descriptor{4, 0, nullptr};
+    ExpectNoPolicy(&descriptor);
 }
 
 TEST(PinPolicyWire, RoundTripsWithEveryTag) {
@@ -168,11 +181,11 @@ TEST(PinPolicyWire, SourceIsCarriedWhateverItsValue) {
     }
 }
 
-TEST(PinPolicyWire, BlockSmallerThanTheRecordIsRefused) {
+TEST(PinPolicyWire, BlockSmallerThanTheRecordIsUnusable) {
     HostWire wire;
     for (std::uint32_t size = 0; size < 32; ++size) {
         wire.descriptor.size = size;
-        ExpectRefused(&wire.descriptor);
+        ExpectUnusable(&wire.descriptor);
     }
 }
 
@@ -186,22 +199,38 @@ TEST(PinPolicyWire, LargerBlockIsReadUpToTheRecordsSize) {
     }
 }
 
-TEST(PinPolicyWire, NullPointersAreRefused) {
-    ExpectRefused(nullptr);
+TEST(PinPolicyWire, NullBlockIsUnusable) {
     HostWire wire;
     wire.descriptor.block = nullptr;
-    ExpectRefused(&wire.descriptor);
-    wire.descriptor.block = &wire.block;
-    wire.block.charList = nullptr;
-    ExpectRefused(&wire.descriptor);
+    ExpectUnusable(&wire.descriptor);
 }
 
-TEST(PinPolicyWire, NullCharactersAreRefusedUnlessTheLengthIsZero) {
+TEST(PinPolicyWire, NullListIsEmptyUnlessTheCharacterRestrictionIsEnabled) {
+    HostWire wire;
+    wire.block.charList = nullptr;
+    for (unsigned enabled = 0; enabled <= 0xFF; ++enabled) {
+        wire.block.enabledMask = static_cast<std::uint8_t>(enabled);
+        if ((enabled & 0x08U) != 0) {
+            ExpectUnusable(&wire.descriptor);
+            continue;
+        }
+        PinPolicy policy = DistinctPolicy();
+        EXPECT_TRUE(FillPinPolicy(policy, &wire.descriptor)) << enabled;
+        EXPECT_EQ(policy.p4CharList, "");
+        EXPECT_EQ(policy.enabledMask, enabled);
+        EXPECT_EQ(policy.p2MinLen, 0xA7);
+    }
+}
+
+TEST(PinPolicyWire, NullCharactersAreUnusableUnlessTheLengthIsZero) {
     HostWire wire;
     wire.list.characters = nullptr;
     for (const std::uint32_t length : {1U, 64U, 0xFFFFFFFFU}) {
         wire.list.length = length;
-        ExpectRefused(&wire.descriptor);
+        for (const std::uint8_t enabled : std::initializer_list<std::uint8_t>{0x00, 0x08, 0xFF}) {
+            wire.block.enabledMask = enabled;
+            ExpectUnusable(&wire.descriptor);
+        }
     }
     wire.list.length = 0;
     PinPolicy policy = DistinctPolicy();

@@ -352,20 +352,24 @@ class AllCharacters(ChangeCase):
         self.assertEqual("\u00e9\u00e9\u00e9\u00e9".encode(), self.call.value("new"))
 
 
-    def test_capacities_are_bytes_for_every_request(self):
+    def test_capacities_are_bytes_for_every_request_and_what_does_not_fit_is_not_written(self):
         for export, title in ((PUK, "Change transport PIN"), (TRANSPORT, "Unlock PIN"),
                               (CHANGE, "Change transport PIN"), (POLICED, "Change transport PIN")):
-            for capacity, result in ((4, OK), (3, FAILED)):
-                with self.subTest(export=export, capacity=capacity):
-                    self.open(export, title, min=1, max=8, newCapacity=capacity)
-                    self.type("1234", "\u00e9\u00e9", "\u00e9\u00e9")
+            for capacities, result in (((4, 4), OK), ((4, 3), FAILED), ((3, 4), FAILED)):
+                with self.subTest(export=export, capacities=capacities):
+                    self.open(export, title, min=1, max=8, oldCapacity=capacities[0],
+                              newCapacity=capacities[1])
+                    self.type("12\u00e9", "\u00e9\u00e9", "\u00e9\u00e9")
                     self.expect_ok(True)
                     self.screen.key("Return", self.fields[2])
                     self.assertEqual(result, self.call.result())
                     if result == OK:
+                        self.assertEqual("12\u00e9".encode(), self.call.value("old"))
                         self.assertEqual("\u00e9\u00e9".encode(), self.call.value("new"))
-                    else:
-                        self.assertTrue(self.call.untouched("old", "new"))
+                        continue
+                    self.assertTrue(self.call.untouched("old", "new"))
+                    self.assertEqual(capacities, (self.call.output("oldLength"),
+                                                  self.call.output("newLength")))
 
 
 class Policies(ChangeCase):
@@ -420,10 +424,7 @@ class Policies(ChangeCase):
 
     def test_with_nothing_enabled_only_the_four_rules_count(self):
         for arguments in (policy(b"0", **{**self.RULES, "enabled": 0}), {},
-                          {**policy(b"0", **self.RULES), "policyTag": 4},
-                          {**policy(b"0", **self.RULES), "policySize": 31},
-                          {**policy(b"0", **self.RULES), "policyBlock": None},
-                          {**policy(b"0", **self.RULES), "policyListDescriptor": None}):
+                          {**policy(b"0", **self.RULES), "policyTag": 4}):
             with self.subTest(**arguments):
                 self.open(POLICED, **arguments)
                 self.type("1234", "0000", "0000")
@@ -438,6 +439,31 @@ class Policies(ChangeCase):
                     wait_until(lambda: self.explanation() == text, what=text,
                                seen=self.explanation)
                 self.cancel()
+
+    def test_a_policy_without_a_list_is_enforced_while_no_list_is_needed(self):
+        self.open(POLICED, **policy(enabled=2, p2_classes=2, p2_min_length=8, p2_class_mask=31),
+                  policyListDescriptor=None)
+        self.type("1234", "aaaa", "aaaa")
+        self.expect([True] * 4, Diversification=False, Restriction=True)
+        self.expect_ok(False)
+        self.type(None, "1234", "1234")
+        self.expect([True] * 4, Diversification=True, Restriction=True)
+        self.expect_ok(True)
+        self.screen.key("Return", self.fields[2])
+        self.assertEqual(OK, self.call.result())
+        self.assertEqual(b"aaaa1234", self.call.value("new"))
+
+    def test_a_policy_that_cannot_be_read_fails_before_anything_is_shown(self):
+        for unusable in ({"policySize": 0}, {"policySize": 31}, {"policyBlock": None},
+                         {"policyListDescriptor": None},
+                         {"policyList": None, "policyListLength": 1}):
+            with self.subTest(**unusable):
+                arguments = {**policy(b"0", **self.RULES), **unusable}
+                call = self.host.call(POLICED, oldCapacity=8, newCapacity=8, **arguments)
+                self.assertEqual(FAILED, call.result())
+                self.assertTrue(call.untouched("old", "new"))
+                self.assertEqual((8, 8), (call.output("oldLength"), call.output("newLength")))
+                self.assertEqual([], self.screen.titles(self.host))
 
     def test_an_empty_history_says_so(self):
         self.open(POLICED, **policy(enabled=4, p3_history_size=0))

@@ -79,7 +79,8 @@ def policed_change(random, pad_name):
     white_list = ASCII if block[25] else ""
     characters = random.choice((b"", b"0aA", white_list.encode(), bytes(range(1, 64))))
     old = random.choice(((0, 0), (0, 0), (2, 6), (0, 3)))
-    return {**change(random, pad_name), "initialise": flag(random),
+    no_list = {"policyListDescriptor": None} if random.random() < 0.2 else {}
+    return {**change(random, pad_name), **no_list, "initialise": flag(random),
             "triesLeft": random.choice((0, 1, 2, BIG)), "oldMin": old[0], "oldMax": old[1],
             "policy": random.choice((None, bytes(block).hex(), bytes(block).hex())),
             "policyList": characters.hex(), "policyTag": random.choice((0, 0, 1, 3, 4, BIG)),

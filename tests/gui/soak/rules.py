@@ -10,7 +10,7 @@ import struct
 from dataclasses import dataclass, field
 
 from . import dialogs
-from .policy import Policy
+from .policy import RESTRICTION, Policy
 from .texts import (biometric_error, certificate_text, filled, is_utf8, shown_number, shown_text)
 from .world import Notification, Pad
 
@@ -115,7 +115,7 @@ class ChangeRule(ModalRule):
         self.title, self.heading, self.policed = title, heading, policed
 
     def dialog(self, world, a):
-        if is_null(a, "record", "out", "label"):
+        if is_null(a, "record", "out", "label") or self.policed and self.is_unusable(a):
             return None
         title, heading = (("Change PUK", 'Changing the PUK for "%s":') if a["changePuk"]
                           else (self.title, self.heading))
@@ -126,12 +126,21 @@ class ChangeRule(ModalRule):
                               world.settings.ascii_only, self.policy(a) if self.policed else None)
 
     @staticmethod
-    def policy(a):
-        """Without a policy that can be read, none runs."""
-        if (a["policy"] is None or a["policyTag"] > 3 or a["policySize"] < 32
-                or is_null(a, "policyBlock", "policyListDescriptor")):
+    def has_policy(a):
+        return a["policy"] is not None and a["policyTag"] <= 3
+
+    def policy(self, a):
+        if not self.has_policy(a):
             return None
-        return Policy(bytes.fromhex(a["policy"]), bytes.fromhex(a["policyList"]))
+        characters = "" if is_null(a, "policyListDescriptor") else a["policyList"]
+        return Policy(bytes.fromhex(a["policy"]), bytes.fromhex(characters))
+
+    def is_unusable(self, a):
+        """Whether there is a policy that cannot be read."""
+        return self.has_policy(a) and (
+            a["policySize"] < 32 or is_null(a, "policyBlock")
+            or is_null(a, "policyListDescriptor")
+            and bytes.fromhex(a["policy"])[1] & RESTRICTION != 0)
 
     def confirmed(self, a, dialog):
         old, new = (value.encode() for value in dialog.values[:2])
