@@ -41,9 +41,10 @@ std::string_view RegistryText::LineAt(std::size_t position, std::size_t& next) c
     return m_text.substr(position, end - position - (carriageReturn ? 1 : 0));
 }
 
-/// The first section header at or after the line start `from`. A line that begins with a bracket
-/// but names no key, or one with a longer name than can ever be asked for, is no header.
-std::optional<RegistryText::Header> RegistryText::NextHeader(std::size_t from) const {
+/// The first section header at or after `from`, which is 0 or the `body` of the header before it.
+/// A line that begins with a bracket but names no key, or one with a longer name than can ever be
+/// asked for, is no header.
+std::optional<SectionHeader> RegistryText::NextHeader(std::size_t from) const {
     for (std::size_t at = m_text.find('[', from); at != std::string_view::npos;
          at = m_text.find('[', at + 1)) {
         if (at == 0 || m_text[at - 1] != '\n') {
@@ -53,7 +54,7 @@ std::optional<RegistryText::Header> RegistryText::NextHeader(std::size_t from) c
         const std::string_view line = LineAt(at, body);
         const std::size_t bracket = line.rfind(']');
         if (bracket != std::string_view::npos && bracket - 1 <= kMaxKeyName) {
-            return Header{at, body, line.substr(0, bracket + 1)};
+            return SectionHeader{line.substr(0, bracket + 1), from, at, body};
         }
         at = body - 1;
     }
@@ -146,7 +147,9 @@ void RegistryText::BuildTree() {
         KeyNode& node = NodeFor(header->Name());
         AddSection(node, *header);
         Link(node);
+        m_end.previous = header->body;
     }
+    (m_end.previous == 0 ? m_headEnd : m_end.begin) = m_text.size();
     // Roots that the file does not name, or keys found before: they have no place yet.
     // By index: linking may add nodes.
     for (std::size_t i = 0; i < m_nodes.size(); ++i) {
@@ -193,14 +196,15 @@ KeyNode& RegistryText::Create(const std::string& name) {
 void RegistryText::AddSection(KeyNode& key) {
     if (key.sections.empty()) {
         const std::string_view header = Keep(std::string("[").append(key.name).append("]"));
-        key.sections.push_back({header, m_text.size(), m_text.size(), true, {}});
+        const std::size_t nowhere = m_text.size();
+        key.sections.push_back({{header, nowhere, nowhere, nowhere}, true, {}});
     }
 }
 
 /// Gives a key a section of the text, unless it has it. They come in the order of the text.
-void RegistryText::AddSection(KeyNode& key, const Header& header) {
-    if (key.sections.empty() || key.sections.back().body < header.body) {
-        key.sections.push_back({header.text, header.body, 0, false, {}});
+void RegistryText::AddSection(KeyNode& key, const SectionHeader& header) {
+    if (key.sections.empty() || key.sections.back().header.body < header.body) {
+        key.sections.push_back({header, false, {}});
     }
 }
 
@@ -214,6 +218,11 @@ void RegistryText::Delete(KeyNode& key) {
     // Nothing from here on needs memory.
     m_index.erase(folded);
     key.deleted = true;
+    for (const KeySection& section : key.sections) {
+        if (section.header.previous == 0) {
+            m_headEnd = section.header.begin;
+        }
+    }
     key.sections.clear();
     if (parent == nullptr) {
         std::erase(m_roots, &key);
@@ -229,21 +238,48 @@ const std::vector<KeyNode*>& RegistryText::Children(KeyNode& key) {
     return key.children;
 }
 
+/// Where the lines of a section end: at an empty line, or where the next line with a bracket
+/// begins. Lines directly in front of that one that are no values stand in front of it, not in the
+/// section.
+std::size_t RegistryText::BodyEnd(std::size_t body) const {
+    std::size_t end = body;
+    for (std::size_t next = body; end < m_text.size() && m_text[end] != '['; end = next) {
+        if (LineAt(end, next).empty()) {
+            return end;
+        }
+    }
+    if (end == m_text.size()) {
+        return end;
+    }
+    std::size_t behindLastValue = body;
+    for (std::size_t at = body; at < end;) {
+        if (ParseValueLine(LineAt(at, at))) {
+            behindLastValue = at;
+        }
+    }
+    return behindLastValue;
+}
+
+/// Where the lines begin that stand in front of a header and belong to no key.
+std::size_t RegistryText::FrontOf(const SectionHeader& header) const {
+    std::size_t front = 0;
+    if (header.previous == 0) {
+        LineAt(0, front);
+        return front;
+    }
+    return BodyEnd(header.previous);
+}
+
 /// The section's lines, split off the text on first use.
 std::vector<std::string_view>& RegistryText::Lines(KeySection& section) {
-    if (section.scanned) {
-        return section.lines;
-    }
-    section.lines.clear();
-    section.rest = section.body;
-    while (section.rest < m_text.size() && m_text[section.rest] != '[') {
-        const std::string_view line = LineAt(section.rest, section.rest);
-        if (line.empty()) {
-            break;
+    if (!section.scanned) {
+        section.lines.clear();
+        const std::size_t end = BodyEnd(section.header.body);
+        for (std::size_t at = section.header.body; at < end;) {
+            section.lines.push_back(LineAt(at, at));
         }
-        section.lines.push_back(line);
+        section.scanned = true;
     }
-    section.scanned = true;
     return section.lines;
 }
 
@@ -321,7 +357,7 @@ bool RegistryText::Write(const LineSink& sink) {
     // Nothing from here on needs memory.
     std::size_t next = 0;
     const std::string_view first = LineAt(0, next);
-    if (!sink(first) || !sink({}) || !WriteRest(next, sink)) {
+    if (!sink(first) || !sink({}) || !WriteBetween(next, m_headEnd, sink)) {
         return false;
     }
     pending.assign(m_roots.rbegin(), m_roots.rend());
@@ -334,30 +370,26 @@ bool RegistryText::Write(const LineSink& sink) {
         }
         pending.insert(pending.end(), key.children.rbegin(), key.children.rend());
     }
-    return true;
+    return WriteBetween(FrontOf(m_end), m_end.begin, sink);
 }
 
 bool RegistryText::WriteSection(const KeySection& section, const LineSink& sink) const {
-    return sink(section.header) &&
-           std::all_of(section.lines.begin(), section.lines.end(), std::cref(sink)) && sink({}) &&
-           WriteRest(section.rest, sink);
+    return WriteBetween(FrontOf(section.header), section.header.begin, sink) &&
+           sink(section.header.text) &&
+           std::all_of(section.lines.begin(), section.lines.end(), std::cref(sink)) && sink({});
 }
 
-/// Hands over the lines between a section's end and the next header: they belong to no key.
-bool RegistryText::WriteRest(std::size_t from, const LineSink& sink) const {
-    const std::optional<Header> header = NextHeader(from);
-    const std::size_t end = header ? header->begin : m_text.size();
-    bool any = false;
-    while (from < end) {
+/// Hands over lines that belong to no key. An empty line was handed over before them.
+bool RegistryText::WriteBetween(std::size_t from, std::size_t to, const LineSink& sink) const {
+    bool afterEmpty = true;
+    while (from < to) {
         const std::string_view line = LineAt(from, from);
-        if (!line.empty()) {
-            any = true;
-            if (!sink(line)) {
-                return false;
-            }
+        if (!(line.empty() && afterEmpty) && !sink(line)) {
+            return false;
         }
+        afterEmpty = line.empty();
     }
-    return !any || sink({});
+    return true;
 }
 
 }  // namespace zeldlg::registry

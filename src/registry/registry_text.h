@@ -21,12 +21,21 @@ namespace zeldlg::registry {
 /// Bytes that a key's full name may have.
 inline constexpr std::size_t kMaxKeyName = 260;
 
-/// The lines of one section of the text. Value lines are split off when they are first needed.
+/// Where a section's header stands in the text.
+struct SectionHeader {
+    std::string_view text;  ///< the key's full name as it is spelled, in brackets
+    std::size_t previous =
+        0;                  ///< position of the line after the previous header; 0: it is the first
+    std::size_t begin = 0;  ///< its own position
+    std::size_t body = 0;   ///< position of the line after it
+
+    std::string_view Name() const { return text.substr(1, text.size() - 2); }
+};
+
+/// The lines of one section of the text. They are split off when they are first needed.
 struct KeySection {
-    std::string_view header;              ///< the key's full name as it is spelled, in brackets
-    std::size_t body = 0;                 ///< position in the text of the line after the header
-    std::size_t rest = 0;                 ///< position after the section's empty line
-    bool scanned = false;                 ///< `lines` and `rest` are filled
+    SectionHeader header;
+    bool scanned = false;                 ///< `lines` is filled
     std::vector<std::string_view> lines;  ///< without line ends; lines of any kind
 };
 
@@ -88,22 +97,16 @@ public:
     bool DeleteValue(KeyNode& key, std::string_view name);
 
     /// Hands over the whole text line by line, each key before its sub-keys. Lines that are no
-    /// value lines (comments and whatever else) stay where they stood. Repeated empty lines, and
-    /// what follows the bracket on a header line, are not kept.
+    /// value lines (comments and whatever else) stay in front of the value or the section that they
+    /// stand in front of; behind the last section, at the end. A deleted key takes with it what
+    /// stands in front of its section, unless that is the beginning of the text. Repeated empty
+    /// lines, and what follows the bracket on a header line, are not kept.
     /// @return false when the sink ended it
     bool Write(const LineSink& sink);
 
 private:
-    struct Header {
-        std::size_t begin;
-        std::size_t body;
-        std::string_view text;  // with the brackets
-
-        std::string_view Name() const { return text.substr(1, text.size() - 2); }
-    };
-
     std::string_view LineAt(std::size_t position, std::size_t& next) const;
-    std::optional<Header> NextHeader(std::size_t from) const;
+    std::optional<SectionHeader> NextHeader(std::size_t from) const;
     KeyNode* Known(const FoldedName& name) const;
     KeyNode* ScanFor(const FoldedName& name);
     KeyNode* NodeAbove(const FoldedName& name, std::string_view below);
@@ -111,12 +114,14 @@ private:
     void BuildTree();
     void Link(KeyNode& key);
     void AddSection(KeyNode& key);
-    void AddSection(KeyNode& key, const Header& header);
+    void AddSection(KeyNode& key, const SectionHeader& header);
+    std::size_t BodyEnd(std::size_t body) const;
+    std::size_t FrontOf(const SectionHeader& header) const;
     std::vector<std::string_view>& Lines(KeySection& section);
     std::vector<std::string_view>::iterator FindLine(KeySection& section, const FoldedName& name);
     std::string_view Keep(std::string text);
     bool WriteSection(const KeySection& section, const LineSink& sink) const;
-    bool WriteRest(std::size_t from, const LineSink& sink) const;
+    bool WriteBetween(std::size_t from, std::size_t to, const LineSink& sink) const;
 
     std::unique_ptr<char[]> m_buffer;
     std::string_view m_text;
@@ -125,6 +130,8 @@ private:
     // By folded full name. May hold what an operation left that ran out of memory; see Known().
     std::unordered_map<std::string, KeyNode*> m_index;
     std::vector<KeyNode*> m_roots;  // in the order of the file
+    std::size_t m_headEnd = 0;      // to here, lines of no key stay at the beginning of the text
+    SectionHeader m_end;            // stands behind all sections; filled with the tree
     unsigned m_scans = 0;
     bool m_treeBuilt = false;
 };

@@ -72,6 +72,24 @@ std::optional<RegistryValue> PlainData(std::string_view data) {
     return RegistryValue{registry::kTypeString, 0, std::string(data.substr(0, quote))};
 }
 
+void TakeLinesBehindTheLastValue(PlainSection& section, std::vector<std::string>& taken) {
+    std::size_t kept = section.lines.size();
+    while (kept > 0 && !PlainParseLine(section.lines[kept - 1])) {
+        --kept;
+    }
+    taken.assign(section.lines.begin() + static_cast<std::ptrdiff_t>(kept), section.lines.end());
+    section.lines.resize(kept);
+}
+
+/// Of several empty lines one is kept.
+void AppendLines(std::vector<std::string>& lines, const std::vector<std::string>& more) {
+    for (const std::string& line : more) {
+        if (!line.empty() || !lines.back().empty()) {
+            lines.push_back(line);
+        }
+    }
+}
+
 bool IsNamed(const std::string& line, std::string_view name) {
     const std::optional<PlainValueLine> value = PlainParseLine(line);
     return value && PlainFold(value->name) == PlainFold(name);
@@ -142,22 +160,26 @@ PlainRegistry::PlainRegistry(std::string_view text) {
     m_firstLine = lines.at(0);
     PlainSection* section = nullptr;
     bool inSection = false;
+    std::vector<std::string> between;  // lines that belong to no key
     for (std::size_t i = 1; i < lines.size(); ++i) {
         const std::string& line = lines[i];
+        if (inSection && line.starts_with('[')) {
+            TakeLinesBehindTheLastValue(*section, between);
+            inSection = false;
+        }
         if (IsHeader(line)) {
             const std::string name = line.substr(1, line.rfind(']') - 1);
             PlainKey& key = *Add(name);
-            section = &key.sections.emplace_back(PlainSection{name, {}, {}});
+            const bool first = section == nullptr;
+            section = &key.sections.emplace_back(PlainSection{name, {}, between, first});
+            between.clear();
             inSection = true;
             continue;
         }
-        inSection = inSection && !line.empty() && !line.starts_with('[');
-        if (inSection) {
-            section->lines.push_back(line);
-        } else if (!line.empty()) {
-            (section == nullptr ? m_rest : section->rest).push_back(line);
-        }
+        inSection = inSection && !line.empty();
+        (inSection ? section->lines : between).push_back(line);
     }
+    (section == nullptr ? m_head : m_tail) = between;
 }
 
 PlainKeyPtr PlainRegistry::Find(std::string_view name) const {
@@ -193,7 +215,7 @@ PlainKeyPtr PlainRegistry::Create(std::string_view name) {
         PlainKeyPtr key = std::make_shared<PlainKey>();
         key->name = missing;
         key->folded = PlainFold(missing);
-        key->sections.push_back({missing, {}, {}});
+        key->sections.push_back({missing, {}, {}, false});
         m_keys.push_back(key);
     }
     Add(std::string(name.substr(0, name.find('\\'))));
@@ -202,12 +224,17 @@ PlainKeyPtr PlainRegistry::Create(std::string_view name) {
 
 void PlainRegistry::Delete(const PlainKeyPtr& key) {
     key->deleted = true;
+    for (const PlainSection& section : key->sections) {
+        if (section.first) {
+            m_head = section.front;
+        }
+    }
     key->sections.clear();
     std::erase(m_keys, key);
     const PlainKeyPtr parent = Parent(*key);
     if (parent != nullptr && !parent->IsRoot() && Children(*parent).empty() &&
         parent->sections.empty()) {
-        parent->sections.push_back({parent->name, {}, {}});
+        parent->sections.push_back({parent->name, {}, {}, false});
     }
 }
 
@@ -242,7 +269,7 @@ bool PlainRegistry::SetValue(PlainKey& key, std::string_view name, const Registr
         return false;
     }
     if (key.sections.empty()) {
-        key.sections.push_back({key.name, {}, {}});
+        key.sections.push_back({key.name, {}, {}, false});
     }
     std::vector<std::string>& lines = key.sections.front().lines;
     for (std::string& line : lines) {
@@ -267,15 +294,13 @@ bool PlainRegistry::DeleteValue(PlainKey& key, std::string_view name) {
 
 std::string PlainRegistry::Write(std::size_t longest) const {
     std::vector<std::string> lines = {m_firstLine, ""};
-    if (!m_rest.empty()) {
-        lines.insert(lines.end(), m_rest.begin(), m_rest.end());
-        lines.emplace_back();
-    }
+    AppendLines(lines, m_head);
     for (const PlainKeyPtr& key : m_keys) {
         if (key->IsRoot()) {
             WriteKey(*key, lines);
         }
     }
+    AppendLines(lines, m_tail);
     std::string text;
     for (const std::string& line : lines) {
         text += line.substr(0, longest) + "\r\n";
@@ -285,13 +310,10 @@ std::string PlainRegistry::Write(std::size_t longest) const {
 
 void PlainRegistry::WriteKey(const PlainKey& key, std::vector<std::string>& lines) const {
     for (const PlainSection& section : key.sections) {
+        AppendLines(lines, section.front);
         lines.push_back("[" + section.name + "]");
         lines.insert(lines.end(), section.lines.begin(), section.lines.end());
         lines.emplace_back();
-        if (!section.rest.empty()) {
-            lines.insert(lines.end(), section.rest.begin(), section.rest.end());
-            lines.emplace_back();
-        }
     }
     for (const PlainKeyPtr& child : Children(key)) {
         WriteKey(*child, lines);

@@ -16,7 +16,8 @@ namespace zeldlg::plain {
 struct PlainSection {
     std::string name;
     std::vector<std::string> lines;
-    std::vector<std::string> rest;  ///< lines behind the section that belong to no key
+    std::vector<std::string> front;  ///< lines in front of the section that belong to no key
+    bool first = false;              ///< in the file
 };
 
 struct PlainKey {
@@ -73,7 +74,8 @@ private:
     void WriteKey(const PlainKey& key, std::vector<std::string>& lines) const;
 
     std::string m_firstLine;
-    std::vector<std::string> m_rest;
+    std::vector<std::string> m_head;  // what stood in front of the first section, which is no more
+    std::vector<std::string> m_tail;  // what stands behind the last section
     std::vector<PlainKeyPtr> m_keys;  // all that exist; siblings in the order of the file
 };
 
