@@ -37,11 +37,12 @@ public:
     // caller holds the mutex of a list that the sleeper is on, so that it lives until this returns.
     void WakeUp() { sem_post(&m_wakeUp); }
 
-    // @return Whether something happened before the deadline (null: none).
+    // @return Whether something happened before the deadline on the monotonic clock (null: none).
     bool Sleep(const timespec* deadline) {
         int result = 0;
         do {
-            result = deadline == nullptr ? sem_wait(&m_wakeUp) : sem_timedwait(&m_wakeUp, deadline);
+            result = deadline == nullptr ? sem_wait(&m_wakeUp)
+                                         : sem_clockwait(&m_wakeUp, CLOCK_MONOTONIC, deadline);
         } while (result != 0 && errno == EINTR);
         return result == 0;
     }
@@ -343,7 +344,7 @@ int32_t WaitForEvents(uint32_t count, ManualResetEvent* const* events, bool wait
     }
     timespec deadline{};
     if (timeoutMs != kNoTimeout) {
-        clock_gettime(CLOCK_REALTIME, &deadline);
+        clock_gettime(CLOCK_MONOTONIC, &deadline);
         deadline = DeadlineAfter(deadline, timeoutMs);
     }
     return WaitCall(count, events, waitAll).Run(timeoutMs == kNoTimeout ? nullptr : &deadline);

@@ -64,7 +64,8 @@ void DestroyEvent(ManualResetEvent* event);
 /// Looks at the events in order. What is satisfied by an auto-reset event uses its setting up;
 /// with `waitAll` either all settings are used up or none. A pulse counts for the waits present
 /// at that moment, in the wait-all form until the other events follow.
-/// @param timeoutMs Milliseconds, or kNoTimeout. 0 polls.
+/// @param timeoutMs Milliseconds, or kNoTimeout. 0 polls. Measured on the monotonic clock, which no
+///                  change of the system's time moves.
 /// @return The index of the satisfying event (0 in the wait-all form), kWaitTimedOut, or
 ///         kWaitError when there is no event or one of them is null.
 int32_t WaitForEvents(uint32_t count, ManualResetEvent* const* events, bool waitAll,

@@ -4,12 +4,14 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <ctime>
+#include <chrono>
+#include <thread>
 
 namespace zeldlg::registry {
 namespace {
 
-constexpr int kCloseSeconds = 1;
+constexpr std::chrono::milliseconds kCloseWait{1000};
+constexpr std::chrono::milliseconds kCloseStep{5};
 
 // Plain data without destructors: threads may still come here while the process ends.
 pthread_once_t g_once = PTHREAD_ONCE_INIT;
@@ -25,6 +27,18 @@ void CreateMutex() {
     ::pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
     ::pthread_mutex_init(&g_mutex, &attributes);
     ::pthread_mutexattr_destroy(&attributes);
+}
+
+// In small steps: the lock with a deadline on the monotonic clock is unknown to thread sanitizers.
+bool LockSoon() {
+    const auto deadline = std::chrono::steady_clock::now() + kCloseWait;
+    while (::pthread_mutex_trylock(&g_mutex) != 0) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(kCloseStep);
+    }
+    return true;
 }
 
 }  // namespace
@@ -56,10 +70,7 @@ void RegistryLock::Close(const std::function<void()>& last) {
     if (::getpid() != g_process) {
         return;
     }
-    timespec deadline{};
-    ::clock_gettime(CLOCK_REALTIME, &deadline);
-    deadline.tv_sec += kCloseSeconds;
-    if (g_closed || ::pthread_mutex_timedlock(&g_mutex, &deadline) != 0) {
+    if (g_closed || !LockSoon()) {
         return;
     }
     if (g_depth == 0) {
