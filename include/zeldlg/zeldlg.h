@@ -40,6 +40,18 @@
  * PINs, PUKs and responses are bytes with a length beside them, without a terminating zero; PINs
  * are the UTF-8 form of what was typed. Up to 4 bytes may be needed for each character.
  *
+ * @warning The dialogs do not count alike. Those that ask for a PIN (::DLG_ShowPinDialog and its
+ * relatives) hold it to bounds in *characters*; those that set one (::DLG_ShowChangePinDialog and
+ * its relatives, ::DLG_ShowUnblockThroughCR) count *UTF-8 bytes*, although all of them say "bytes".
+ * They agree as long as only ASCII is typed. For a token that counts bytes, with a maximum of 8,
+ * a PIN dialog takes 8 characters that may be up to 32 bytes: pass a buffer of just the 8 bytes,
+ * and a longer PIN counts as cancelled (::ZELDLG_CANCELLED) instead of costing a try. The other
+ * way round, a PIN of 8 letters with an accent each cannot be set within 8 bytes.
+ *
+ * @par Bounds
+ * Bounds are taken as they are. With a minimum above its maximum no value is right: OK is never
+ * enabled, and the user can only cancel (::ZELDLG_CANCELLED).
+ *
  * @par Records
  * All records have natural alignment and little-endian fields, on platforms with 64-bit pointers.
  * Sizes and offsets are part of the interface and are asserted below.
@@ -138,10 +150,15 @@ typedef struct PinChangeRequest {
 typedef struct PinPolicyCharList {
     uint32_t length;        /**< Number of bytes at #characters; all are read. */
     uint32_t reserved;      /**< Not read; 0 in what the library builds. */
-    const char* characters; /**< The characters, one byte each; null only when #length is 0. */
+    const char* characters; /**< The characters, one byte each. Null with a #length above 0 makes
+                                 the policy unusable. */
 } PinPolicyCharList;
 
-/** A PIN policy in the form in which it crosses the library's boundary. 32 bytes. */
+/**
+ * A PIN policy in the form in which it crosses the library's boundary. 32 bytes.
+ *
+ * Every byte is taken as it is: only PinPolicyWire::charList can make the policy unusable.
+ */
 typedef struct PinPolicyWire {
     uint8_t headerByte;        /**< Carried unchanged. */
     uint8_t enabledMask;       /**< Bit 0 distance, 1 classes, 2 history, 3 characters. */
@@ -158,18 +175,27 @@ typedef struct PinPolicyWire {
     uint8_t p3LengthNormalize; /**< Non-zero: the threshold is squared. */
     uint8_t p3StrictOnly;      /**< Non-zero: only equal PINs are refused. */
     uint8_t reserved1[2];      /**< Not read; 0 in what the library builds. */
-    const PinPolicyCharList* charList; /**< Characters of the character restriction. */
+    const PinPolicyCharList* charList; /**< Characters of the character restriction. Null is an
+                                            empty list while bit 3 of #enabledMask is clear, and
+                                            makes the policy unusable when it is set. */
     uint8_t lastRefusedCharacter;      /**< The character that failed the last check. */
     uint8_t p4IsWhiteList;             /**< Non-zero: only the listed characters are allowed. */
     uint8_t reserved2[2];              /**< Not read; 0 in what the library builds. */
     int32_t source;                    /**< -4 card, -3 configuration store, -2 unknown. */
 } PinPolicyWire;
 
-/** Names a ::PinPolicyWire. 16 bytes. */
+/**
+ * Names a ::PinPolicyWire. 16 bytes.
+ *
+ * @warning No PIN is accepted under a policy that was given and cannot be read: an unusable one
+ * makes ::DLG_ShowChangePolicedPinDialog_func answer ::ZELDLG_FAILED before anything is shown.
+ */
 typedef struct PinPolicyDescriptor {
-    uint32_t tag;               /**< Format of the block, 0 to 3. */
-    uint32_t size;              /**< Size of the block in bytes: 32. */
-    const PinPolicyWire* block; /**< The policy. */
+    uint32_t tag;               /**< Format of the block, 0 to 3. A greater one means that there is
+                                     no policy: #size and #block are not looked at. */
+    uint32_t size;              /**< Size of the block in bytes, 32. Less makes the policy unusable;
+                                     of more, the first 32 bytes are read. */
+    const PinPolicyWire* block; /**< The policy; null makes it unusable. */
 } PinPolicyDescriptor;
 
 /** What ::DLG_ShowChangePolicedPinDialog_func is asked. 40 bytes, read only. */
@@ -182,7 +208,8 @@ typedef struct PolicedPinChangeRequest {
     uint8_t changePuk;                 /**< Non-zero: it is the PUK that is changed. */
     uint8_t initialisePin;             /**< Has no visible effect. */
     uint32_t triesLeft;                /**< Tries remaining; 0 = not known. */
-    const PinPolicyDescriptor* policy; /**< The token's policy; null = none. */
+    const PinPolicyDescriptor* policy; /**< The token's policy; null = none: only the lengths are
+                                            checked. */
     uint32_t oldMinLength;             /**< Bounds of the old value, in UTF-8 bytes; */
     uint32_t oldMaxLength;             /**< both 0 = the bounds of the new value. */
 } PolicedPinChangeRequest;
@@ -248,7 +275,13 @@ typedef struct TokenChoiceList {
     uint32_t count;                  /**< Number of entries. */
 } TokenChoiceList;
 
-/** Texts of the digital IDs that can be chosen, and what the choice hands back. 32 bytes. */
+/**
+ * Texts of the digital IDs that can be chosen, and what the choice hands back. 32 bytes.
+ *
+ * @warning There is one such record for the whole list, not one for each row: however many rows
+ * there are, all show the same text and hand back the same value. So the list cannot tell
+ * certificates apart; it serves to confirm one, with its always-use box.
+ */
 typedef struct DigitalIdTexts {
     const char* name;      /**< Text of every row, UTF-8. */
     const char* validFrom; /**< Start of validity as text, UTF-8. */
@@ -258,8 +291,8 @@ typedef struct DigitalIdTexts {
 
 /** What ::DLG_ShowDigitalIDSelection is asked. 32 bytes, read only. */
 typedef struct DigitalIdChoice {
-    const DigitalIdTexts* texts; /**< The texts. */
-    uint32_t count;              /**< Number of rows. */
+    const DigitalIdTexts* texts; /**< One record, which all rows share; not an array. */
+    uint32_t count;              /**< Number of rows, all alike. */
     uint32_t defaultIndex;       /**< Row selected at the start. */
     const char* directory;       /**< Active Directory domain of this computer, UTF-8. */
     uint32_t presetAlwaysUse;    /**< Non-zero: the always-use box starts checked. */
@@ -268,7 +301,7 @@ typedef struct DigitalIdChoice {
 
 /** What was chosen. 16 bytes, written on ::ZELDLG_OK only. */
 typedef struct DigitalIdResult {
-    uint64_t value;    /**< DigitalIdTexts::value of the selected row. */
+    uint64_t value;    /**< DigitalIdTexts::value, whichever row was selected. */
     uint8_t alwaysUse; /**< 1 when the always-use box was checked, else 0. */
 } DigitalIdResult;
 
@@ -312,9 +345,17 @@ ZELDLG_EXPORT uint32_t DLG_ShowLegalPinDialogEx(const PinDialogRequestEx* reques
  * @name Change of PIN and PUK
  * Ask for an old value and, twice, for a new one.
  *
- * What the user reads is not what the functions are called: ::DLG_ShowChangeTransportPIN is titled
- * "Unlock PIN" and asks for the PUK, the three others are titled "Change transport PIN" and ask for
- * the transport PIN. With the flag for the PUK all are titled "Change PUK".
+ * @warning What the user reads is not what the functions are called, and "Change PIN" is no title
+ * at all:
+ *
+ * | Function                              | Title                  | Asks for          |
+ * |---------------------------------------|------------------------|-------------------|
+ * | ::DLG_ShowUnblockThroughPUK           | "Change transport PIN" | the transport PIN |
+ * | ::DLG_ShowChangeTransportPIN          | "Unlock PIN"           | the PUK           |
+ * | ::DLG_ShowChangePinDialog             | "Change transport PIN" | the transport PIN |
+ * | ::DLG_ShowChangePolicedPinDialog_func | "Change transport PIN" | the transport PIN |
+ * | any of them, with `changePuk`         | "Change PUK"           | the old PUK       |
+ *
  * @return ::ZELDLG_OK, ::ZELDLG_CANCELLED, or ::ZELDLG_FAILED (also when a value does not fit its
  *         buffer).
  * @{
@@ -368,7 +409,7 @@ ZELDLG_EXPORT uint32_t DLG_ShowUnblockThroughCR(const ChallengeResponseRequest* 
 ZELDLG_EXPORT uint32_t DLG_ShowTokenSelectionDialog(const TokenChoiceList* list,
                                                     uint64_t* identifier);
 /**
- * Let the user choose a digital ID.
+ * Let the user choose a digital ID, from rows that are all alike: see ::DigitalIdTexts.
  * @return ::ZELDLG_OK, ::ZELDLG_CANCELLED or ::ZELDLG_FAILED.
  */
 ZELDLG_EXPORT uint32_t DLG_ShowDigitalIDSelection(const DigitalIdChoice* choice,

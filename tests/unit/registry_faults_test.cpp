@@ -152,6 +152,19 @@ TEST_F(RegistryFaults, ReadOnlyHomeIsReadAndAFailedWriteIsReported) {
     EXPECT_EQ(ReadFile(UserFile()), SmallRegistry("00000006"));
 }
 
+// kept: the change goes where nothing reads it as long as the user's file can be read.
+TEST_F(RegistryFaults, ReadOnlyUserFileKeepsItsSettingsAndTheChangeGoesToTheTemporaryFile) {
+    WriteFile(UserFile(), SmallRegistry("00000006"));
+    ASSERT_EQ(::chmod(UserFile().c_str(), 0444), 0);
+    ASSERT_EQ(::chmod((scratch / "").c_str(), 0777), 0);
+    EXPECT_EQ(SetSevenAsOrdinaryUser(), 0);
+    EXPECT_EQ(ReadFile(UserFile()), SmallRegistry("00000006"));
+    EXPECT_EQ(ReadFile(UserTemporaryFile()), SmallRegistry("00000007"));
+    EXPECT_EQ(NumberAsOrdinaryUser(), 6);
+    std::filesystem::remove(UserFile());
+    EXPECT_EQ(NumberInKey(), 7);
+}
+
 TEST_F(RegistryFaults, ReadOnlyHomeWithoutAFileGivesTheShippedOne) {
     WriteFile(ShippedFile(), SmallRegistry("00000005", "\"RegistryHash\"=\"one\"\r\n"));
     ForbidNewFiles();

@@ -1,6 +1,7 @@
 #!/usr/bin/python3
-"""Fails where the gallery has fallen behind the library or its own table, and where one of the
-tables of dialogs that tests go through has. Shows no window.
+"""Fails where the gallery has fallen behind the library or its own table, where one of the tables
+of dialogs that tests go through has, and where the tables of titles have that hosts are given.
+Shows no window.
 """
 
 import os
@@ -22,6 +23,7 @@ from gallery.states import STATES  # noqa: E402
 
 # Exports that bring up a window, by their names.
 SHOWING = re.compile(r"\b(DLG_(?:PinPad)?Show\w+|DLG_Ask\w+|DLG_\w+RetryDialog)\(")
+CHANGING = r"DLG_Show(Change|UnblockThroughPUK)"
 SHOWN_PICTURE = re.compile(r"!\[[^\]]*\]\((?:docs/)?pictures/gallery/(\w[\w-]*)\.png\)")
 IN_README = 3
 # What stands around a window's content in a picture, in pixels.
@@ -106,10 +108,29 @@ def missing_dialogs():
         yield f"no picture of {export} with the title {title!r}"
 
 
+def title_problems():
+    """The header names the titles of the dialogs that change a value, the host guide all."""
+    for page in ("docs/hosting.md", "include/zeldlg/zeldlg.h"):
+        rows = re.findall(r"^(?: \*)? ?\| (.*?) +\| (.*)\|$", read(os.path.join(ROOT, page)),
+                          re.MULTILINE)
+        titles = {}
+        for functions, title in rows:
+            for function in re.findall(r"(?:::|`)(\w+)", functions):
+                titles.setdefault(function, []).append(title)
+        for dialog in every_dialog.DIALOGS:
+            function = re.sub(r"PinPadShow\w+", "PinPadShowVerificationDialog", dialog.export)
+            if "changePuk" in dialog.arguments:
+                function = "changePuk"
+            elif page.endswith(".h") and not re.match(CHANGING, function):
+                continue
+            if not any(dialog.title in title for title in titles.get(function, [])):
+                yield f"{page}: {function} is not said to show {dialog.title!r}"
+
+
 def main():
     names = [state.name for state in STATES]
     problems = [*picture_problems(names), *page_problems(), *readme_problems(names),
-                *missing_dialogs()]
+                *missing_dialogs(), *title_problems()]
     for problem in problems:
         print(problem, file=sys.stderr)
     return 1 if problems else 0
