@@ -95,6 +95,17 @@ TEST_F(RegistryStore, FileWithoutTheSignatureYields1017OnEveryOperation) {
     EXPECT_EQ(ReadFile(UserFile()), "Windows Registry Editor Version 5.00\r\n");
 }
 
+// No key can be open then, and they read no file: there is nothing that either could complain of.
+TEST_F(RegistryStore, FileWithoutTheSignatureIsNoneOfFlushsAndClosesBusiness) {
+    UseFile("Windows Registry Editor Version 5.00\r\n");
+    HKEY key = 0;
+    EXPECT_EQ(RegOpenKeyEx(HKEY_LOCAL_MACHINE, L"Key", 284, &key), 1017U);
+    EXPECT_EQ(RegFlush(), kSuccess);
+    EXPECT_EQ(RegCloseKey(key), kInvalidHandle);
+    EXPECT_EQ(RegCloseKey(HKEY_LOCAL_MACHINE), kInvalidHandle);
+    EXPECT_EQ(ReadFile(UserFile()), "Windows Registry Editor Version 5.00\r\n");
+}
+
 TEST_F(RegistryStore, SectionHeaderWithoutLineEndYields1015AtTheFirstOpening) {
     UseFile(SmallRegistry("00000001") + "[HKEY_LOCAL_MACHINE\\Other]");
     EXPECT_EQ(Key(HKEY_LOCAL_MACHINE, L"Key").error, 1015U);

@@ -4,7 +4,10 @@
 import os
 import unittest
 
-from stage import CANCELLED, FAILED, OK, StageTestCase, wait_until
+from every_dialog import DIALOGS
+from slow_display import SlowDisplay
+from soak.waiting_threads import WaitingThreads
+from stage import CANCELLED, FAILED, NOT_SUPPORTED, OK, StageTestCase, wait_until
 
 PIN = "DLG_ShowPinDialog"
 TITLE = "Enter PIN"
@@ -203,6 +206,139 @@ class WithoutDisplay(LifeCase):
                 with self.subTest(export=export, **via):
                     handle = {"handle": 0} if failure is None or "Abort" in export else {}
                     self.assertEqual(failure, host.run(export, **via, **handle))
+
+
+class AfterFinalise(LifeCase):
+    """Each export, when the user interface has run before and has been ended."""
+
+    # Without a dialog: what they answer then, all of them by starting anew.
+    PLAIN = {
+        "DLG_GetTranslationUTF8": OK, "DLG_GetTranslationUTF16": OK, "DLG_GetLocale": OK,
+        "DLG_UpdateSuperTokenEnrolDlg": OK, "DLG_HideSupertokenDlg": OK,
+        "DLG_HideKeyGenerationProgressDialog": OK,
+    }
+    PAD_ORDERS = [export for export in WithoutDisplay.FAILURES
+                  if export.startswith(("DLG_PinPadKeyboardInput", "DLG_PinPadHide"))]
+    NOT_STARTING = {"DLG_SetParameter": NOT_SUPPORTED, "DLG_GetParameter": NOT_SUPPORTED,
+                    "DLG_Finalize": None, "QuitApp": None}
+
+    def setUp(self):
+        super().setUp()
+        self.host = self.start_host()
+        self.seen = set()
+
+    def ended(self, export):
+        """The threads that are left after the end."""
+        self.seen.add(export)
+        self.host.run("DLG_Finalize")
+        return self.tasks()
+
+    def tasks(self):
+        return set(os.listdir(f"/proc/{self.host.pid}/task"))
+
+    def show_each_dialog(self):
+        for dialog in DIALOGS:
+            with self.subTest(dialog=dialog.name):
+                self.host.write_registry(dialog.registry or "REGEDIT4\r\n\r\n")
+                left = self.ended(dialog.export)
+                arguments = {key: value for key, value in dialog.arguments.items()
+                             if value is not None}
+                call = self.host.call(dialog.export, **arguments)
+                window = self.screen.find_window(dialog.title, self.host)
+                self.assertTrue(self.tasks() - left)
+                if dialog.hide is None:
+                    self.screen.close_window(window)
+                    self.assertEqual(dialog.result, call.result())
+                else:
+                    self.assertEqual(1 if "PinPad" in dialog.export else OK, call.result())
+        self.ended("DLG_Finalize")
+        wait_until(lambda: not self.screen.titles(self.host), what="no window")
+
+    def call_each_without_a_dialog(self):
+        answers = {export: (result, {}) for export, result in self.PLAIN.items()}
+        call = self.host.call("DLG_PinPadShowVerificationDialog")
+        self.assertEqual(1, call.result())
+        for export in self.PAD_ORDERS:  # of a pad that vanished with the end: without effect
+            result = 0 if export.endswith("ShouldAbort") else None
+            answers[export] = result, {"handle": call.number("handle")}
+        for export, (result, arguments) in answers.items():
+            with self.subTest(export=export):
+                left = self.ended(export)
+                self.assertEqual(result, self.host.run(export, **arguments))
+                self.assertTrue(self.tasks() - left)
+                self.assertEqual([], self.screen.titles(self.host))
+
+    def call_each_that_starts_nothing(self):
+        for export, result in self.NOT_STARTING.items():
+            left = self.ended(export)
+            self.assertEqual(result, self.host.run(export))
+            self.assertLessEqual(self.tasks(), left)
+        table = self.host.run("DLG_GetFunctionList")
+        left = self.ended("DLG_GetFunctionList")
+        self.assertEqual(table, self.host.run("DLG_GetFunctionList"))
+        self.assertLessEqual(self.tasks(), left)
+
+    def start_by_init_and_by_the_demonstration(self):
+        left = self.ended("InitApp")
+        self.assertNotEqual(0, self.host.run("InitApp"))
+        self.assertTrue(self.tasks() - left)
+        self.ended("TestApp")
+        call = self.host.call("TestApp")
+        self.screen.close_window(self.screen.find_window(TITLE, self.host, timeout=60))
+        self.assertIsNone(call.result())
+
+    def test_every_export_does_what_it_does_before(self):
+        self.cancel_pin_dialog(self.host)
+        self.show_each_dialog()
+        self.call_each_without_a_dialog()
+        self.call_each_that_starts_nothing()
+        self.start_by_init_and_by_the_demonstration()
+        self.assertEqual({*WithoutDisplay.FAILURES, *self.NOT_STARTING, "DLG_GetFunctionList",
+                          "InitApp", "TestApp"}, self.seen)
+        self.assertEqual(52, len(self.seen))
+
+
+class SlowStart(LifeCase):
+    """The display lets the toolkit wait in the middle of its start."""
+
+    def setUp(self):
+        super().setUp()
+        self.display = SlowDisplay(os.environ["DISPLAY"])
+        self.addCleanup(self.display.close)
+        self.host = self.start_host(environment={"DISPLAY": self.display.name})
+        for thread in ("first", "second"):
+            self.host.run("DLG_SetParameter", thread=thread)
+        self.waiting = WaitingThreads(self.host.pid, ("first", "second"))
+        # Comes back although the start is not over: it waits for a fraction of a second.
+        self.assertNotEqual(0, self.host.run("InitApp"))
+        self.display.wait_connected()
+
+    def call_and_wait(self, thread, export, **arguments):
+        """A call that has come to wait for the start."""
+        waits = self.waiting.watch_sleep(thread)
+        call = self.host.call(export, thread, **arguments)
+        wait_until(waits, what=f"{export} to wait")
+        self.assertFalse(call.done)
+        return call
+
+    def test_requests_that_are_sent_meanwhile_are_served_in_turn_once_it_is_over(self):
+        pin = self.call_and_wait("first", PIN)
+        locale = self.call_and_wait("second", "DLG_GetLocale", bufferCapacity=64)
+        self.assertEqual([], self.screen.titles(self.host))
+        self.display.let_through()
+        window = self.screen.find_window(TITLE, self.host)
+        self.assertFalse(locale.done)
+        self.screen.type_text("2468", window.find("password text"))
+        wait_until(lambda: window.find("push button", "OK").enabled)
+        self.screen.key("Return")
+        self.assertEqual((OK, b"2468"), (pin.result(), pin.value("pin")))
+        self.assertEqual(OK, locale.result())
+
+    def test_the_end_waits_for_it_and_a_later_call_starts_anew(self):
+        end = self.call_and_wait("first", "DLG_Finalize")
+        self.display.let_through()
+        self.assertIsNone(end.result())
+        self.cancel_pin_dialog(self.host)
 
 
 class NullArguments(LifeCase):

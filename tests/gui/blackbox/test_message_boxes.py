@@ -151,6 +151,21 @@ class Ends(BoxCase):
             self.assertEqual(CANCELLED, self.call.result())
             self.screen.wait_gone(self.window)
 
+    def test_a_retry_question_answers_the_same_whichever_button_is_pressed(self):
+        for export, title, arguments in (
+                (AUTHENTICATION, "Authentication failed", {}),
+                (ENROLMENT, "Enrolment failed", {}),
+                (BIOMETRIC, "Error", {"number": 0x63C5})):
+            for way in (lambda: self.window.find("push button", "Yes").press(),
+                        lambda: self.window.find("push button", "No").press(),
+                        lambda: self.screen.key("alt+n"), lambda: self.screen.key("Escape"),
+                        lambda: self.screen.close_window(self.window)):
+                self.open(export, title, **arguments)
+                self.screen.wait_focused()
+                way()
+                self.assertEqual(NO_ANSWER, self.call.result(), export)
+                self.screen.wait_gone(self.window)
+
     def test_every_way_out_of_a_box_with_ok_alone(self):
         for way in (lambda: self.window.find("push button", "OK").click(),
                     lambda: self.screen.key("Return"), lambda: self.screen.key("Escape"),

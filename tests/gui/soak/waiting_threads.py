@@ -32,6 +32,14 @@ class WaitingThreads:
                     and self._sleeps(task) == now)
         return waits
 
+    def watch_sleep(self, name):
+        """A function that says whether the thread has gone to sleep since this moment, if only for
+        a millisecond at a time.
+        """
+        task = self._numbers[name]
+        before = self._sleeps(task)
+        return lambda: self._sleeps(task) not in (None, before)
+
     def _all_sleep(self):
         return None not in [self._sleeps(task) for task in os.listdir(self._tasks)]
 
