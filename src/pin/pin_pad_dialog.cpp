@@ -1,13 +1,19 @@
 #include "pin/pin_pad_dialog.h"
 
+#include <gtk/gtk.h>
 #include <wx/statbox.h>
+
+#include <algorithm>
+#include <iterator>
 
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/button.h"
+#include "dialogs/common/desktop.h"
 #include "dialogs/common/layout.h"
 #include "dialogs/common/modeless.h"
 #include "dialogs/common/surface.h"
 #include "pin/legal_notice.h"
+#include "pin/pin_pad_place.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
@@ -25,6 +31,11 @@ wxColour CurrentStepColour() { return {0, 0, 0}; }
 // The colours of the steps are fixed, so what they stand on is too: a dark theme must not swallow
 // them.
 wxColour StepBackground() { return {255, 255, 255}; }
+
+// GTK gives it to the first control when it shows a window.
+void TakeKeyboardAway(GtkWidget* window, gpointer) {
+    gtk_window_set_focus(GTK_WINDOW(window), nullptr);
+}
 
 wxFont StepFont(wxFont font) {
     font.SetPointSize(kStepPointSize);
@@ -54,6 +65,14 @@ CPinPadDialog::CPinPadDialog(const PinPadLook& look)
         AddAbortButton(rows);
     }
     layout::Finish(*this, rows);
+    g_signal_connect(GetHandle(), "show", G_CALLBACK(TakeKeyboardAway), nullptr);
+}
+
+void CPinPadDialog::StandBeside(const std::vector<CPinPadDialog*>& others) {
+    std::vector<wxRect> taken;
+    std::transform(others.begin(), others.end(), std::back_inserter(taken),
+                   [](const CPinPadDialog* other) { return other->GetRect(); });
+    Move(FirstFreePinPadPlace(GetRect(), RoomAtPointer(), taken));
 }
 
 void CPinPadDialog::AddSteps(wxSizer* rows, bool verification) {

@@ -6,6 +6,7 @@
 #include <wx/stattext.h>
 
 #include <cstdint>
+#include <vector>
 
 #include "pin/pin_pad_row.h"
 
@@ -19,10 +20,14 @@ struct PinPadLook {
 };
 
 /// Modeless: lives until its owner destroys it. Neither the user nor the window manager can close
-/// it.
+/// it. Nothing in it has the keyboard when it opens, so that nobody who types elsewhere aborts by
+/// it: Abort is to be reached by Tab, or pressed by its mnemonic.
 class CPinPadDialog : public wxDialog {
 public:
     explicit CPinPadDialog(const PinPadLook& look);
+
+    /// Goes to the first place that none of the others stands on. To be called before it is shown.
+    void StandBeside(const std::vector<CPinPadDialog*>& others);
 
     /// Marks the next step as the current one and blanks the row.
     void NextStep();

@@ -14,9 +14,6 @@ namespace zeldlg {
 
 namespace {
 
-// From one pad to the next, in pixels.
-const wxPoint kCascade(32, 32);
-
 struct Kind {
     uint64_t code;
     bool verification;
@@ -40,13 +37,12 @@ CPinPadDialog* FindPad(const void* handle) {
 }
 
 void Show(const CMessage& message, const Kind& kind) {
-    const auto place = static_cast<int>(LiveWindows<CPinPadDialog>().size());
+    const std::vector<CPinPadDialog*> others = LiveWindows<CPinPadDialog>();
     auto* const pad = new CPinPadDialog({.allowAbort = static_cast<uint8_t>(message.Param1()) != 0,
                                          .verification = kind.verification,
                                          .legal = kind.legal,
                                          .withPinRow = kind.withPinRow});
-    // The pads of two readers must not hide each other.
-    pad->Move(pad->GetPosition() + place * kCascade);
+    pad->StandBeside(others);
     *message.Param2As<void*>() = pad;
     pad->Show(true);
 }

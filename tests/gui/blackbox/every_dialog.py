@@ -2,16 +2,17 @@
 
 import collections
 
-from stage import CANCELLED, OK, policy
+from stage import CANCELLED, OK, policy, wait_until
 
 # Shown while its call lasts (`result` is what Escape makes of it), or, where `hide` names an
 # export, until that is called: nothing the user does ends it.
 # `order`: what Tab goes through from the control that has the focus first, with nothing typed.
+# `start`: the key that brings the keyboard to that first one, where nothing has it at first.
 # `typed`: what goes into the PIN fields, `answer`: into the other one; Return then ends the dialog
 # with success.
 Dialog = collections.namedtuple(
-    "Dialog", "name export title arguments role order result hide typed answer registry",
-    defaults=(None, None, (), None, None))
+    "Dialog", "name export title arguments role order result hide typed answer registry start",
+    defaults=(None, None, (), None, None, None))
 
 IDS = "Multiple Digital IDs found; please select an appropriate Digital ID from the list below"
 ALWAYS = "Always use this Digital ID (this dialog will not be displayed again)"
@@ -53,7 +54,18 @@ def box(name, export, title, buttons, result, **arguments):
 
 def pad(kind, abort):
     return Dialog(f"pad {kind}", f"DLG_PinPadShow{kind}Dialog", "PinPad", {"allowAbort": abort},
-                  "dialog", ["Abort"] if abort else [], hide="DLG_PinPadHideDialog")
+                  "dialog", ["Abort"] if abort else [], hide="DLG_PinPadHideDialog", start="Tab")
+
+
+def wait_ready(screen, dialog, window):
+    """Waits until what `order` begins with has the keyboard, as far as anything is to have it."""
+    if not dialog.order:
+        return
+    if dialog.start:
+        number = screen.x11_window(window)
+        wait_until(lambda: screen.x11.holds_focus(number) and window.active, what="the keyboard")
+        screen.x11.key(dialog.start)
+    screen.wait_focused()
 
 
 DIALOGS = [

@@ -3,7 +3,7 @@
 
 import unittest
 
-from every_dialog import DIALOGS
+from every_dialog import DIALOGS, wait_ready
 from stage import OK, Events, StageTestCase, wait_until
 
 FIELDS = ("password text", "text", "combo box", "table", "list", "list box")
@@ -19,8 +19,7 @@ class AccessibilityCase(StageTestCase):
         arguments = {key: value for key, value in dialog.arguments.items() if value is not None}
         self.call = self.host.call(dialog.export, **arguments)
         self.window = self.screen.find_window(dialog.title, self.host)
-        if dialog.order:
-            self.screen.wait_focused()
+        wait_ready(self.screen, dialog, self.window)
         return self.window
 
     def type(self, field, value):

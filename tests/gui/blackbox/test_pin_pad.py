@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """The window beside a reader with keys of its own, as a user and a host see it."""
 
+import itertools
 import subprocess
 import tempfile
 import unittest
@@ -32,12 +33,27 @@ class PadCase(StageTestCase):
     def pads(self, title=TITLE):
         return [window for window in self.screen.windows(self.host) if window.name == title]
 
+    def wait_keyboard(self, window):
+        """Waits until keys go to the window, which is another thing than to something in it."""
+        number = self.screen.x11_window(window)
+        wait_until(lambda: self.screen.x11.holds_focus(number) and window.active,
+                   what="the keyboard", seen=self.screen.dump)
+
+    def go_to_abort(self, window):
+        """As a user without a mouse does."""
+        self.wait_keyboard(window)
+        self.screen.x11.key("Tab")
+        return self.screen.wait_focused(window.find("push button", "Abort"))
+
     def tell(self, *orders, pad="pad", **arguments):
         for order in orders:
             self.host.run("DLG_PinPadKeyboardInput" + order, pad=pad, **arguments)
 
     def should_abort(self, pad="pad"):
         return self.host.run("DLG_PinPadKeyboardInputShouldAbort", pad=pad)
+
+    def wait_abort(self, pad="pad"):
+        wait_until(lambda: self.should_abort(pad) == 1, what="the wish to abort")
 
     def hide(self, window, pad="pad"):
         self.host.run("DLG_PinPadHideDialog", pad=pad)
@@ -87,12 +103,6 @@ class Kinds(PadCase):
     def test_it_stays_above_other_windows(self):
         number = self.screen.x11_window(self.show_pad())
         wait_until(lambda: self.screen.x11.has_state(number, "_NET_WM_STATE_ABOVE"))
-
-    def test_the_keyboard_goes_to_the_abort_button(self):
-        window = self.show_pad("Modification", allowAbort=1)
-        self.screen.wait_focused(window.find("push button", "Abort"))
-        self.screen.key("Tab")
-        self.screen.wait_focused(window.find("push button", "Abort"))
 
     def test_the_call_returns_while_the_window_stays(self):
         window = self.show_pad()
@@ -190,10 +200,87 @@ class Steps(PadCase):
         self.assertEqual([], window.find_all("panel", CONFIRM))
 
 
-class Abort(PadCase):
-    def wait_abort(self, pad="pad"):
-        wait_until(lambda: self.should_abort(pad) == 1, what="the wish to abort")
+class Keyboard(PadCase):
+    """Whoever types elsewhere when a pad appears must not abort by it."""
 
+    KINDS = ("Verification", "Modification", "LegalVerification", "NoPinVerification",
+             "LegalNoPinVerification")
+
+    def type_blindly(self, window):
+        """What somebody types who has not seen the pad come; done when all of it is served."""
+        button = window.find("push button", "Abort")
+        self.wait_keyboard(window)
+        self.assertFalse(button.focused)
+        for key in ("space", "Return", "KP_Enter", "1", "space", "Return"):
+            self.screen.x11.key(key)
+        # Served after all of these, and the first to give something the keyboard.
+        self.screen.x11.key("Tab")
+        self.screen.wait_focused(button)
+        self.assertEqual(0, self.should_abort())
+
+    def test_what_is_typed_when_a_pad_opens_does_not_abort(self):
+        for kind in self.KINDS:
+            with self.subTest(kind):
+                window = self.show_pad(kind, allowAbort=1)
+                self.type_blindly(window)
+                self.hide(window)
+
+    def test_abort_is_reached_by_tab_and_pressed_by_space_or_enter(self):
+        for kind in self.KINDS:
+            for key in ("space", "Return", "KP_Enter"):
+                with self.subTest(kind, key=key):
+                    window = self.show_pad(kind, allowAbort=1)
+                    self.go_to_abort(window)
+                    self.assertEqual(0, self.should_abort())
+                    self.screen.x11.key(key)
+                    self.wait_abort()
+                    self.hide(window)
+
+    def test_alt_a_aborts_at_once(self):
+        for kind in self.KINDS:
+            with self.subTest(kind):
+                window = self.show_pad(kind, allowAbort=1)
+                self.wait_keyboard(window)
+                self.assertEqual(0, self.should_abort())
+                self.screen.x11.key("alt+a")
+                self.wait_abort()
+                self.hide(window)
+
+    def test_abort_keeps_the_keyboard_once_it_has_it(self):
+        window = self.show_pad(allowAbort=1)
+        button = self.go_to_abort(window)
+        for key in ("Tab", "shift+Tab"):
+            self.screen.key(key)
+            self.screen.wait_focused(button)
+
+    def test_the_reports_of_a_reader_do_not_move_the_keyboard(self):
+        window = self.show_pad("Modification", allowAbort=1)
+        self.wait_keyboard(window)
+        self.tell("NextPin", "AddChar", "Timeout")
+        self.type_blindly(window)
+
+    def test_a_pad_that_gets_the_keyboard_back_has_nothing_focused_either(self):
+        window = self.show_pad(allowAbort=1)
+        self.wait_keyboard(window)
+        call, dialog = self.show(self.host, "DLG_ShowPinDialog", "Enter PIN")
+        self.screen.key("Escape", dialog.find("password text"))
+        self.assertEqual(CANCELLED, call.result())
+        self.screen.wait_gone(dialog)
+        self.screen.x11.ask_manager_to_activate(self.screen.x11_window(window))
+        self.type_blindly(window)
+
+    def test_of_two_pads_none_aborts(self):
+        first = self.show_pad(allowAbort=1)
+        self.wait_keyboard(first)
+        second = self.show_pad(pad="second", allowAbort=1)
+        self.wait_keyboard(second)
+        for key in ("space", "Return"):
+            self.screen.x11.key(key)
+        self.go_to_abort(second)
+        self.assertEqual([0, 0], [self.should_abort("pad"), self.should_abort("second")])
+
+
+class Abort(PadCase):
     def test_it_is_0_before_the_press_and_stays_1_after_it(self):
         window = self.show_pad("Modification", allowAbort=1)
         self.assertEqual([0, 0], [self.should_abort(), self.should_abort()])
@@ -210,8 +297,7 @@ class Abort(PadCase):
                       lambda button: self.screen.key("alt+a", button)):
             window = self.show_pad(allowAbort=1)
             self.assertEqual(0, self.should_abort())
-            self.screen.wait_focused()
-            press(window.find("push button", "Abort"))
+            press(self.go_to_abort(window))
             self.wait_abort()
             self.hide(window)
 
@@ -226,8 +312,7 @@ class Abort(PadCase):
     def test_the_user_cannot_close_the_window(self):
         window = self.show_pad(allowAbort=1)
         self.tell("NextPin", "AddChar")
-        button = window.find("push button", "Abort")
-        self.screen.wait_focused(button)
+        self.go_to_abort(window)
         for attempt in (lambda: self.screen.close_window(window),
                         lambda: self.screen.x11.ask_manager_to_close(window.x11_number),
                         lambda: self.screen.x11.key("Escape"),
@@ -244,7 +329,7 @@ class Abort(PadCase):
         window = self.show_pad("NoPinVerification")
         self.screen.close_window(window)
         other = self.show_pad(pad="other", allowAbort=1)
-        self.screen.key("space", other.find("push button", "Abort"))
+        self.screen.key("space", self.go_to_abort(other))
         self.wait_abort("other")
         self.assertTrue(window.showing)
         self.assertEqual(0, self.should_abort())
@@ -354,10 +439,60 @@ class Life(PadCase):
         self.assertEqual([], self.screen.titles(self.host))
 
 
+class Places(PadCase):
+    def expect_there(self, window, place):
+        """But for the frame, which the toolkit counts only where it knows it: pads are 32 apart."""
+        at = self.screen.x11.geometry(self.screen.x11_window(window), frame=True)
+        self.assertLess(max(abs(at[0] - place[0]), abs(at[1] - place[1])), 16, (at, place))
+
+    def places(self, *windows):
+        """Where their frames stand, once the window manager has put them there."""
+        found = [self.screen.x11.geometry(self.screen.x11_window(window), frame=True)
+                 for window in windows]
+        self.assertEqual(len(windows), len({place[:2] for place in found}), found)
+        return found
+
+    def test_a_pad_comes_where_the_first_was_and_not_on_the_second(self):
+        first = self.show_pad(pad="a")
+        [place] = self.places(first)
+        second = self.show_pad(pad="b")
+        self.places(first, second)
+        self.hide(first, pad="a")
+        third = self.show_pad(pad="c")
+        self.places(second, third)
+        self.expect_there(third, place)
+
+    def test_pads_of_all_kinds_stand_on_different_places(self):
+        kinds = ("Verification", "Modification", "Verification", "LegalVerification",
+                 "NoPinVerification", "LegalNoPinVerification", "Modification")
+        windows = [self.show_pad(kind, pad=f"pad{number}", allowAbort=number % 2)
+                   for number, kind in enumerate(kinds)]
+        for one, other in itertools.permutations(self.places(*windows), 2):
+            (x, y, w, h), (left, top, width, height) = one, other
+            self.assertFalse(left <= x and top <= y and x + w <= left + width
+                             and y + h <= top + height, f"{one} behind {other}")
+
+    def test_a_pad_that_the_user_has_moved_leaves_its_place(self):
+        first = self.show_pad(pad="a")
+        [place] = self.places(first)
+        self.screen.x11.move(self.screen.x11_window(first), 5, 5)
+        wait_until(lambda: self.places(first) != [place], what="a moved window")
+        # The program hears of the move before this.
+        wait_until(lambda: first.extents[:2] != place[:2], what="a window that knows it")
+        self.expect_there(self.show_pad(pad="b"), place)
+
+    def test_many_pads_stay_on_the_screen(self):
+        windows = [self.show_pad("Modification", pad=f"pad{number}") for number in range(18)]
+        width, height = self.screen.x11.geometry(self.screen.x11.root)[2:]
+        for place in self.places(*windows):
+            x, y, w, h = place
+            self.assertTrue(0 <= x and 0 <= y and x + w <= width and y + h <= height, place)
+
+
 class Neighbours(PadCase):
     def test_a_dialog_that_comes_later_stands_on_its_own(self):
         pad = self.show_pad(allowAbort=1)
-        self.screen.wait_focused(pad.find("push button", "Abort"))
+        self.go_to_abort(pad)
         call, window = self.show(self.host, "DLG_ShowPinDialog", "Enter PIN")
         number = str(self.screen.x11_window(window))
         said = subprocess.run(["xprop", "-id", number, "WM_TRANSIENT_FOR"], text=True,

@@ -13,7 +13,7 @@ from stage import OK, Host, Screen, wait_until
 
 sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "blackbox"))
 
-from every_dialog import DIALOGS  # noqa: E402
+from every_dialog import DIALOGS, wait_ready  # noqa: E402
 
 
 def say(text):
@@ -30,8 +30,7 @@ class Tour:
         arguments = {key: value for key, value in dialog.arguments.items() if value is not None}
         call = self._host.call(dialog.export, **arguments)
         window = self._screen.find_window(dialog.title, self._host)
-        if dialog.order:
-            self._screen.wait_focused()
+        wait_ready(self._screen, dialog, window)
         self._type(dialog, window)
         self._answer(dialog, window, call)
         self._screen.wait_gone(window)
