@@ -57,7 +57,7 @@ private:
     void CheckResponse();
 
     UnlockWithCRPrompt m_prompt;
-    PinField::Accepts m_accepts;
+    Accepts m_accepts;
     bool m_responseOk = false;
     bool m_pinLengthOk = true;
     bool m_pinsEqual = true;

@@ -5,24 +5,24 @@
 #include <wx/textctrl.h>
 
 #include <cstddef>
+#include <string_view>
 
+#include "pin/accepted_text.h"
 #include "platform/secret.h"
 
 namespace zeldlg {
 
 /// A password field of the width that all PIN fields have, known to assistive technology and
-/// input methods as what it is. Of a paste the first line goes in. What is typed is read from the
-/// toolkit's own memory, which it overwrites: GetValue() would leave copies behind.
+/// input methods as what it is. Whatever way a text comes (a key, a dead key, an input method, a
+/// paste, a drop), AcceptedText() says what of it goes in. A text of which nothing does rings the
+/// bell and changes neither text, caret nor selection. What is typed is read from the toolkit's
+/// own memory, which it overwrites: GetValue() would leave copies behind.
 class PinField : public wxTextCtrl {
 public:
-    enum class Accepts { Everything, AsciiOnly };
-
     /// Measure the width first (CSecureTextControl::MeasureFieldWidth).
-    /// @param label    Stands for the field; its text becomes the field's name.
-    /// @param accepts  A typed character that is not accepted rings the bell; what a paste or an
-    ///                 input method brings is freed of such characters before it goes in. No
-    ///                 selection is lost to a key or a paste that brings nothing else.
+    /// @param label Stands for the field; its text becomes the field's name.
     PinField(wxWindow* parent, wxStaticText& label, Accepts accepts = Accepts::Everything);
+    ~PinField() override;
 
     /// What is typed.
     platform::SecretBytes Pin() const;
@@ -30,13 +30,16 @@ public:
     size_t Length() const;
 
 private:
-    void LimitToAscii();
-    void OnKeyDown(wxKeyEvent& event);
-    void OnPaste(wxClipboardTextEvent& event);
-    void PasteAscii(const char* utf8);
+    friend struct WaysIn;  // what GTK tells of texts that come
+
+    bool Insert(std::string_view offered, int place);
+
+    const Accepts m_accepts;
+    unsigned long m_commitHook;
+    bool m_isDeafToCommit = false;
 };
 
 /// What the setting for it allows in a new PIN: only ASCII, unless it is there and 0.
-PinField::Accepts AcceptedInNewPin();
+Accepts AcceptedInNewPin();
 
 }  // namespace zeldlg

@@ -15,12 +15,12 @@ void ForgetSecret([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t si
 }
 
 SecretBytes::SecretBytes(std::string_view bytes)
-    : m_bytes(std::make_unique<char[]>(bytes.size())), m_size(bytes.size()) {
+    : m_bytes(std::make_unique<char[]>(bytes.size() + 1)), m_size(bytes.size()) {
     std::copy(bytes.begin(), bytes.end(), m_bytes.get());
 }
 
 SecretBytes::SecretBytes(std::string_view bytes, bool (*keeps)(char))
-    : m_bytes(std::make_unique<char[]>(bytes.size())),
+    : m_bytes(std::make_unique<char[]>(bytes.size() + 1)),
       m_size(static_cast<std::size_t>(
           std::copy_if(bytes.begin(), bytes.end(), m_bytes.get(), keeps) - m_bytes.get())) {}
 

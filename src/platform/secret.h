@@ -12,7 +12,7 @@ namespace zeldlg::platform {
 /// with ZELDLG_WIPE_SECRETS. @param size In bytes.
 void ForgetSecret(void* memory, std::size_t size) noexcept;
 
-/// A copy of a PIN, as UTF-8 bytes without terminator.
+/// A copy of a PIN, as UTF-8 bytes.
 class SecretBytes {
 public:
     SecretBytes() = default;
@@ -28,6 +28,8 @@ public:
     /// Valid as long as this object. (Implicit: it is read like any other text.)
     operator std::string_view() const { return {m_bytes.get(), m_size}; }
     std::size_t Size() const { return m_size; }
+    /// The same with a terminating zero, for what takes no length.
+    const char* CString() const { return m_bytes ? m_bytes.get() : ""; }
 
 private:
     std::unique_ptr<char[]> m_bytes;

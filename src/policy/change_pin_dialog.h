@@ -78,7 +78,7 @@ private:
     const ChangePinTexts& m_texts;
     std::optional<PolicyPages> m_pages;
     ChangePinRules m_rules;
-    PinField::Accepts m_accepts;
+    Accepts m_accepts;
 
     wxBoxSizer* m_rows;
     wxBoxSizer* m_pageArea = nullptr;

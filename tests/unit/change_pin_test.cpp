@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "pin/ascii_filter.h"
 #include "policy/change_pin_mode.h"
 #include "policy/change_pin_rules.h"
 #include "policy/policy_descriptions.h"
@@ -216,20 +215,6 @@ TEST(PolicyPages, AHistoryOfNoneIsEmpty) {
     policy.p3HistorySize = 0;
     EXPECT_EQ(PolicyPages(policy).TextOf(PolicyPage::Similarity),
               "History checking policy log is empty.");
-}
-
-TEST(AsciiFilter, KeepsAsciiOnly) {
-    EXPECT_EQ(std::string_view(KeepAscii("a\u00E9b\u007F\u0080\U0001F511c")),
-              "ab\x7F"
-              "c");
-    EXPECT_EQ(std::string_view(KeepAscii("\u00E9")), "");
-    EXPECT_EQ(std::string_view(KeepAscii("")), "");
-    EXPECT_TRUE(IsAscii("ab\x7F"));
-    EXPECT_TRUE(IsAscii(""));
-    EXPECT_FALSE(IsAscii("a\u0080"));
-    EXPECT_TRUE(ContainsAscii("\u00E9a"));
-    EXPECT_FALSE(ContainsAscii("\u00E9\U0001f511"));
-    EXPECT_FALSE(ContainsAscii(""));
 }
 
 }  // namespace

@@ -17,12 +17,15 @@ TEST(SecretBytes, HoldsACopy) {
     typed[0] = 'x';
     EXPECT_EQ(std::string_view(secret), "1234");
     EXPECT_EQ(secret.Size(), 4U);
+    EXPECT_STREQ(secret.CString(), "1234");
     EXPECT_EQ(std::string_view(SecretBytes()), "");
+    EXPECT_STREQ(SecretBytes().CString(), "");
 }
 
 TEST(SecretBytes, KeepsWhatIsAskedFor) {
     const SecretBytes digits("a1b2", [](char byte) { return byte < 'a'; });
     EXPECT_EQ(std::string_view(digits), "12");
+    EXPECT_STREQ(digits.CString(), "12");
 }
 
 TEST(SecretBytes, IsHandedOnWhole) {

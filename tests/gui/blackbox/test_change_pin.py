@@ -304,16 +304,21 @@ class AsciiOnly(ChangeCase):
                    seen=lambda: self.fields[1].length)
         self.cancel()
 
+    def dead_key(self):
+        for key in ("dead_acute", "e"):
+            self.screen.key(key)
+
     def test_what_is_selected_is_not_lost_to_a_refused_paste_or_key(self):
         self.open()
         self.type("1234")
         for refuse in (lambda: self.screen.paste("\u00e9\u6f22"),
-                       lambda: self.screen.type_text("\u00e9")):
+                       lambda: self.screen.paste("\r\n\n"),
+                       lambda: self.screen.type_text("\u00e9"), self.dead_key):
             self.screen.key("ctrl+a", self.fields[0])
             refuse()
             self.screen.key("End")
             self.type("5")
-        self.assertEqual(6, self.fields[0].length)
+        self.assertEqual(8, self.fields[0].length)
         self.screen.key("ctrl+a", self.fields[0])
         self.screen.paste("a\u00e9b")
         wait_until(lambda: self.fields[0].length == 2, what="the ASCII characters only",

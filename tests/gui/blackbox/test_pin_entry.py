@@ -184,8 +184,8 @@ class Delivery(PinDialogCase):
         self.assertEqual(OK, self.call.result())
         self.assertEqual(b"12345", self.call.value("pin"))
 
-    def test_of_a_pasted_line_the_line_break_is_left_out(self):
-        for text in ("1234\n", "1234\r\n", "1234\n5678\n"):
+    def test_of_a_paste_the_first_line_that_is_not_empty_goes_in(self):
+        for text in ("1234\n", "1234\r\n", "1234\n5678\n", "\n1234", "\r\n1234\r\n5678"):
             with self.subTest(text):
                 self.open()
                 self.screen.paste(text, self.field)
@@ -194,6 +194,18 @@ class Delivery(PinDialogCase):
                 self.screen.key("Return")
                 self.assertEqual(OK, self.call.result())
                 self.assertEqual(b"1234", self.call.value("pin"))
+
+    def test_a_paste_of_line_breaks_only_leaves_what_is_selected(self):
+        self.open()
+        self.type("1234")
+        self.screen.key("ctrl+a", self.field)
+        self.screen.paste("\n\r\n", self.field)
+        self.screen.key("End")
+        self.type("5")
+        self.expect_ok(True)
+        self.screen.key("Return")
+        self.assertEqual(OK, self.call.result())
+        self.assertEqual(b"12345", self.call.value("pin"))
 
     def test_the_extended_form_delivers_too(self):
         self.open(PIN_EX, maxTries=3, triesLeft=2)

@@ -1,15 +1,15 @@
 // Texts of an input method in every PIN field of the dialogs that limit theirs to ASCII. No host
 // and no key can bring them about as an input method does: finished, past the events for keys.
 #include <gtest/gtest.h>
-#include <gtk/gtk.h>
 #include <wx/app.h>
 
 #include <vector>
 
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "policy/change_pin_dialog.h"
+#include "user.h"
 
-namespace zeldlg {
+namespace zeldlg::test {
 
 namespace {
 
@@ -49,12 +49,6 @@ protected:
         wxTheApp->ProcessIdle();
     }
 
-    // What an input method does with a finished text.
-    static void Commit(wxTextCtrl& field, const char* text) {
-        g_signal_emit_by_name(field.GetHandle(), "insert-at-cursor", text);
-        wxTheApp->ProcessPendingEvents();
-    }
-
     wxDialog* m_dialog;
     std::vector<wxTextCtrl*> m_fields;
 };
@@ -65,7 +59,7 @@ TEST_P(AsciiFields, ARefusedTextLeavesTextAndCaretWhereTheyWere) {
         field->SetValue("1234");
         for (const long caret : {0L, 2L, 4L}) {
             field->SetInsertionPoint(caret);
-            Commit(*field, "\xC3\xA9\xE6\xBC\xA2");
+            user::Commit(*field, "\xC3\xA9\xE6\xBC\xA2");
             EXPECT_EQ(field->GetValue(), "1234");
             EXPECT_EQ(field->GetInsertionPoint(), caret);
         }
@@ -77,9 +71,8 @@ TEST_P(AsciiFields, WhatIsTypedAfterARefusedTextStaysInOrder) {
         field->SetValue("1122");
         field->SetInsertionPoint(2);
         for (const char* const text : {"\xC3\xA9", "3", "\xE6\xBC\xA2", "4"}) {
-            g_signal_emit_by_name(field->GetHandle(), "insert-at-cursor", text);
+            user::Commit(*field, text);
         }
-        wxTheApp->ProcessPendingEvents();
         EXPECT_EQ(field->GetValue(), "113422");
     }
 }
@@ -91,4 +84,4 @@ INSTANTIATE_TEST_SUITE_P(Dialogs, AsciiFields,
 
 }  // namespace
 
-}  // namespace zeldlg
+}  // namespace zeldlg::test

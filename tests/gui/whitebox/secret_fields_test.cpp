@@ -1,5 +1,5 @@
-// What input methods and on-screen keyboards are told about the fields that take a secret, and what
-// they bring into them. No other program can see it, so it is looked at from the inside.
+// What input methods and on-screen keyboards are told about the fields that take a secret. No other
+// program can see it, so it is looked at from the inside.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 #include <vector>
@@ -8,7 +8,6 @@
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
 #include "pin/pin_entry_dialog.h"
-#include "pin/pin_field.h"
 #include "pin/secure_text_control.h"
 #include "policy/change_pin_dialog.h"
 
@@ -68,53 +67,6 @@ TEST(SecretFields, TheMaskedControlIsOne) {
     const auto dialog = MakeWindow<wxDialog>(nullptr, wxID_ANY, wxString());
     new CSecureTextControl(dialog.get(), wxID_ANY, 0, 0, wxDefaultSize, true, 0);
     ExpectSecretFields(*dialog, 1);
-}
-
-// What input methods and pastes do: they put a text at the caret.
-void Commit(PinField& field, const char* text) {
-    g_signal_emit_by_name(field.GetHandle(), "insert-at-cursor", text);
-}
-
-class PinFieldTest : public testing::Test {
-protected:
-    PinField& NewField(PinField::Accepts accepts) {
-        auto* const label = new wxStaticText(m_dialog.get(), wxID_ANY, "Enter PIN:");
-        auto* const field = new PinField(m_dialog.get(), *label, accepts);
-        field->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { ++m_changes; });
-        return *field;
-    }
-    int Changes() const { return m_changes; }
-
-private:
-    WindowPtr<wxDialog> m_dialog = MakeWindow<wxDialog>(nullptr, wxID_ANY, wxString());
-    int m_changes = 0;
-};
-
-TEST_F(PinFieldTest, CommitsAreFreedOfWhatIsNotAscii) {
-    PinField& field = NewField(PinField::Accepts::AsciiOnly);
-    Commit(field, "1234");
-    field.SetInsertionPoint(2);
-    Commit(field, "\u00e95\u20ac6");
-    EXPECT_EQ(std::string_view(field.Pin()), "125634");
-    EXPECT_EQ(field.GetInsertionPoint(), 4);
-    EXPECT_EQ(Changes(), 2);
-}
-
-TEST_F(PinFieldTest, ARefusedCommitLeavesTheCaretWhereItIs) {
-    PinField& field = NewField(PinField::Accepts::AsciiOnly);
-    Commit(field, "1234");
-    field.SetInsertionPoint(1);
-    Commit(field, "\u00e9\U0001f511");
-    EXPECT_EQ(std::string_view(field.Pin()), "1234");
-    EXPECT_EQ(field.GetInsertionPoint(), 1);
-    EXPECT_EQ(Changes(), 1);
-}
-
-TEST_F(PinFieldTest, TakesEverythingWhereThatIsAllowed) {
-    PinField& field = NewField(PinField::Accepts::Everything);
-    Commit(field, "1\u00e9");
-    EXPECT_EQ(std::string_view(field.Pin()), "1\u00e9");
-    EXPECT_EQ(field.Length(), 2U);
 }
 
 }  // namespace

@@ -89,6 +89,23 @@ struct WatchedDrag {
     }
 };
 
+// The entry keeps it to itself; it tells of the end of what an input method has begun.
+GtkIMContext* InputMethodOf(GtkEntry* entry) {
+    GtkIMContext* found = nullptr;
+    const guint signal = g_signal_lookup("preedit-changed", GTK_TYPE_IM_CONTEXT);
+    const auto onSignal =
+        +[](GSignalInvocationHint*, guint, const GValue* values, gpointer data) -> gboolean {
+        if (GTK_IS_IM_MULTICONTEXT(g_value_get_object(&values[0]))) {
+            *static_cast<GtkIMContext**>(data) = GTK_IM_CONTEXT(g_value_get_object(&values[0]));
+        }
+        return TRUE;
+    };
+    const gulong hook = g_signal_add_emission_hook(signal, 0, onSignal, &found, nullptr);
+    g_object_set(entry, "im-module", nullptr, nullptr);
+    g_signal_remove_emission_hook(signal, hook);
+    return found;
+}
+
 void ClickTimes(const wxWindow& window, wxPoint place, wxMouseButton button, int times) {
     MoveTo(window, place);
     SetDoubleClickTime(times > 1 ? kAlwaysMilliseconds : kNeverMilliseconds);
@@ -129,6 +146,12 @@ void PressSymbol(wxWindow& focused, unsigned keySymbol) {
         gtk_main_do_event(event);
         gdk_event_free(event);
     }
+}
+
+void Commit(const wxWindow& field, const char* text) {
+    GtkIMContext* const context = InputMethodOf(GTK_ENTRY(field.GetHandle()));
+    ASSERT_NE(context, nullptr);
+    g_signal_emit_by_name(context, "commit", text);
 }
 
 void Click(const wxWindow& window, wxPoint place, wxMouseButton button) {

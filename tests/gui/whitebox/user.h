@@ -19,6 +19,9 @@ void Type(const char* text);
 /// accent or a dead key.
 void PressSymbol(wxWindow& focused, unsigned keySymbol);
 
+/// Brings a finished text into a field of one line, as an input method does.
+void Commit(const wxWindow& field, const char* text);
+
 /// `place` is in pixels from the window's top left corner.
 void Click(const wxWindow& window, wxPoint place, wxMouseButton button = wxMOUSE_BTN_LEFT);
 void ClickTwice(const wxWindow& window, wxPoint place);
