@@ -11,10 +11,9 @@ import socket
 import struct
 import subprocess
 import tempfile
-import time
 import unittest
 
-from stage import make_locales, require_private_mounts
+from stage import folder_with, make_locales, require_private_mounts, scaled
 
 PROGRAM = os.environ["ZELDLG_DEMO"]
 LIBRARY = os.environ["ZELDLG_LIBRARY"]
@@ -59,11 +58,10 @@ def snapshot(*directories):
 
 
 class Findings:
-    def __init__(self, code, text, errors, seconds):
+    def __init__(self, code, text, errors):
         self.code = code
         self.text = text
         self.errors = errors
-        self.seconds = seconds
 
     def section(self, title):
         found = re.search(rf"^{title}\n((?:  .*\n)*)", self.text, re.MULTILINE)
@@ -110,7 +108,7 @@ class DoctorCase(unittest.TestCase):
         before = snapshot(self.directory)
         command = ["bwrap", "--dev-bind", "/", "/"]
         for target, source in (("/usr/share", self.shipped), ("/etc", self.system)):
-            command += self._covered(target, source)
+            command += folder_with(target, "tessaly", source)
         command += ["--ro-bind" if read_only_home else "--bind", self.home, self.home]
         if as_user:
             command += ["--unshare-user", "--uid", "1000", "--cap-drop", "ALL"]
@@ -118,28 +116,12 @@ class DoctorCase(unittest.TestCase):
                   "XDG_CONFIG_HOME": self.home + "/config", **(environment or {})}
         variables = {name: value for name, value in {**os.environ, **values}.items()
                      if name not in ("USER", *without)}
-        start = time.monotonic()
         result = subprocess.run([*command, PROGRAM, "--library", library, "doctor", *words],
                                 text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                env=variables, timeout=100)
-        found = Findings(result.returncode, result.stdout, result.stderr,
-                         time.monotonic() - start)
+                                env=variables, timeout=scaled(100))
+        found = Findings(result.returncode, result.stdout, result.stderr)
         self.assertEqual(before, snapshot(self.directory), "the doctor changed something")
         return found
-
-    @staticmethod
-    def _covered(folder, tessaly):
-        """The folder as it is, with its part `tessaly` replaced; nothing is made on the machine."""
-        command = ["--tmpfs", folder]
-        for name in os.listdir(folder):
-            path = os.path.join(folder, name)
-            if name == "tessaly":
-                continue
-            if os.path.islink(path):
-                command += ["--symlink", os.readlink(path), path]
-            else:
-                command += ["--ro-bind", path, path]
-        return command + ["--bind", tessaly, os.path.join(folder, "tessaly")]
 
     def assert_problems(self, found, *patterns):
         """Exactly these, in this order; and the last line and the exit code say so."""
@@ -253,7 +235,6 @@ class SettingsFile(DoctorCase):
         self.assert_problems(found, rf"{self.user_file}: it is no regular file")
         self.assertRegex(found.section("Settings file"), r"/usr/share/tessaly/registry \(used\)")
         self.assertIn("LimitPinToAscii = number 0", found.section("Settings"))
-        self.assertLess(found.seconds, 20)
 
     def test_one_that_may_not_be_read(self):
         self.healthy()
@@ -385,7 +366,6 @@ class DisplayAndLibrary(DoctorCase):
         number = silent.getsockname()[1] - 6000  # what X adds to a display's number
         found = self.run_doctor(environment={"DISPLAY": f"127.0.0.1:{number}"})
         self.assert_problems(found, "The display does not answer")
-        self.assertLess(found.seconds, 60)
 
     def test_a_library_that_cannot_be_loaded(self):
         found = self.run_doctor(library=os.path.join(self.directory, "none.so"))

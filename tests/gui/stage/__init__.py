@@ -11,7 +11,7 @@ from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call,
                    library_path, policy)
 from .locales import make_locales
 from .node import Node
-from .private_mounts import require_private_mounts
+from .private_mounts import folder_with, require_private_mounts
 from .screen import Screen
 from .servers import Stage
 from .snapshot import take_snapshot
@@ -20,5 +20,5 @@ from .wait import Gone, StageError, scaled, wait_until
 
 __all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
            "Gone", "Host", "HostError", "Key", "Node", "Press", "Screen", "Stage", "StageError",
-           "StageTestCase", "WAYS_OUT", "library_path", "make_locales", "policy",
+           "StageTestCase", "WAYS_OUT", "folder_with", "library_path", "make_locales", "policy",
            "require_private_mounts", "scaled", "take_snapshot", "wait_until"]

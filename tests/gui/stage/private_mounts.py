@@ -1,5 +1,6 @@
 """File systems of a program's own, where the machine lets a user have them."""
 
+import os
 import subprocess
 import unittest
 
@@ -13,3 +14,19 @@ def require_private_mounts(*command):
                            stderr=subprocess.PIPE, text=True)
     if probe.returncode != 0:
         raise unittest.SkipTest("no private mounts here: " + probe.stderr.strip())
+
+
+def folder_with(folder, name, source):
+    """The words for bwrap that show a folder as it is, with `source` as its part of that name,
+    whether it has one or not; nothing is made on the machine.
+    """
+    words = ["--tmpfs", folder]
+    for other in os.listdir(folder):
+        path = os.path.join(folder, other)
+        if other == name:
+            continue
+        if os.path.islink(path):
+            words += ["--symlink", os.readlink(path), path]
+        else:
+            words += ["--ro-bind", path, path]
+    return words + ["--bind", source, os.path.join(folder, name)]
