@@ -5,12 +5,13 @@ import os
 import sys
 import time
 
-from . import building, dialogs, plain_code, programs, report, requests
+from . import building, dialogs, instructions, plain_code, programs, report, requests
 
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 DOCUMENT = os.path.join(SOURCE, "docs", "performance.md")
 PICTURES = os.path.join(SOURCE, "docs", "pictures", "performance")
-GROUPS = ("dialogs", "requests", "throughput", "idle", "animation", "plain code", "size", "build")
+GROUPS = ("dialogs", "requests", "throughput", "idle", "animation", "loss", "plain code",
+          "instructions", "size", "build")
 
 
 def say(text):
@@ -24,6 +25,8 @@ def parse():
     parser.add_argument("--build", action="store_true",
                         help="with a clean build, which takes minutes")
     parser.add_argument("--quick", action="store_true", help="few repetitions: to try the script")
+    parser.add_argument("--update-instructions", action="store_true",
+                        help="make the counted instructions the ones that are expected")
     parser.add_argument("--docs", action="store_true",
                         help="put tables and plots into docs/performance.md")
     return parser.parse_args()
@@ -40,6 +43,8 @@ def main():
         "throughput": lambda: requests.measure_throughput(2 if few else 15, 200),
         "idle": lambda: requests.measure_idle(2 if few else 15, 1000, say),
         "animation": lambda: requests.measure_animation(1 if few else 5, 4200),
+        "loss": lambda: requests.measure_loss(1 if few else 5),
+        "instructions": lambda: instructions.measure(options.update_instructions),
         "size": plain_code.measure_size,
     }
     for group in wanted:

@@ -10,6 +10,7 @@ BUILD = os.environ["ZELDLG_BENCH_BUILD"]
 HOST = os.path.join(BUILD, "bin", "zeldlg_bench_host")
 BARE = os.path.join(BUILD, "bin", "zeldlg_bench_bare")
 PLAIN = os.path.join(BUILD, "bin", "zeldlg_bench")
+INSTRUCTIONS = os.path.join(BUILD, "bin", "zeldlg_instructions")
 PROBE = os.path.join(BUILD, "libzeldlg_bench_probe.so")
 
 
@@ -54,10 +55,13 @@ class Notes(list):
         return counts
 
 
-def run(command, probed=False):
-    """Runs a program to its end and gives its notes. `probed`: with the user that types."""
+def run(command, probed=False, stage=None):
+    """Runs a program to its end and gives its notes. `probed`: with the user that types; on
+    another stage if one is given.
+    """
     reader, writer = os.pipe()
-    environment = {**os.environ, "ZELDLG_BENCH_NOTES": str(writer)}
+    environment = {**(os.environ if stage is None else stage.environment),
+                   "ZELDLG_BENCH_NOTES": str(writer)}
     if probed:
         environment["GTK_MODULES"] = PROBE
     process = subprocess.Popen(command, env=environment, pass_fds=[writer])

@@ -1,5 +1,7 @@
 """Requests without a window, and what the library costs while nothing happens."""
 
+from stage import Stage
+
 from . import programs
 from .figures import Figure, ratios
 
@@ -24,6 +26,17 @@ def measure_round_trips(rounds, requests):
         Figure("two threads, after a pause", of("pingpong-spaced"), "µs"),
         Figure("memory requests of a round trip", notes.all("allocations"), ""),
     ]
+
+
+def measure_loss(rounds):
+    """Each on a stage of its own, whose display is killed."""
+    times = []
+    for _ in range(rounds):
+        with Stage(accessibility=False) as stage:
+            notes = programs.host("loss", stage.servers["Xvfb"].pid, stage=stage)
+            times += [value / MS for value in notes.between("lost-call", "lost-return")]
+    return [Figure("a call after the loss of the display, the longest", times, "ms", 1000,
+                   share=1)]
 
 
 def measure_throughput(rounds, milliseconds):

@@ -13,11 +13,9 @@
 static const struct {
     const char* name;
     int (*measure)(const Host*);
-} kCommands[] = {{"dialogs", MeasureDialogs},
-                 {"roundtrips", MeasureRoundTrips},
-                 {"throughput", MeasureThroughput},
-                 {"idle", MeasureIdle},
-                 {"animation", MeasureAnimation}};
+} kCommands[] = {{"dialogs", MeasureDialogs},       {"roundtrips", MeasureRoundTrips},
+                 {"throughput", MeasureThroughput}, {"idle", MeasureIdle},
+                 {"animation", MeasureAnimation},   {"loss", MeasureLoss}};
 
 void RoundTrip(const Host* host) {
     wchar_t name[32];

@@ -16,6 +16,7 @@ int MeasureRoundTrips(const Host* host);
 int MeasureThroughput(const Host* host);
 int MeasureIdle(const Host* host);
 int MeasureAnimation(const Host* host);
+int MeasureLoss(const Host* host);
 
 /* One request without a window; ends the program when it fails. */
 void RoundTrip(const Host* host);
