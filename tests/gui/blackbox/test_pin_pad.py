@@ -147,10 +147,21 @@ class Row(PadCase):
     def test_its_places_stand_still_while_it_fills(self):
         window = self.show_pad()
         label = window.find("label", BLANK)
-        place = label.extents
-        for _ in range(15):
+        self.screen.pixels(label)  # waits for its painting
+        places = [label.character_extents(place) for place in range(15)]
+
+        def row():
+            return [self.screen.x11.pixels(place) for place in places]
+        rows = [row()]
+        for _ in places:
             self.tell("AddChar")
-            self.assertEqual(place, label.extents)
+            rows.append(wait_until(lambda: (now := row()) != rows[-1] and now, what="a digit"))
+        self.assertNotEqual(rows[0][0], rows[15][0])
+        for filled, pictures in enumerate(rows):
+            for place, picture in enumerate(pictures):
+                # What is filled looks as it does in the end, what is not as at the start.
+                self.assertEqual(rows[15 if place < filled else 0][place], picture,
+                                 f"place {place} of a row with {filled} digits")
 
     def test_without_a_row_everything_is_carried_out_without_effect(self):
         for kind in ("NoPinVerification", "LegalNoPinVerification"):
