@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-from stage import Screen, wait_until
+from stage import Screen, scaled, wait_until
 
 BUILD = os.environ["ZELDLG_BUILD"]
 LIBRARY = os.environ["ZELDLG_LIBRARY"]
@@ -49,7 +49,7 @@ class ExampleCase(unittest.TestCase):
         return texts
 
     def ends(self, process, code, *said):
-        out, err = process.communicate(timeout=60)
+        out, err = process.communicate(timeout=scaled(60))
         self.assertEqual(code, process.returncode, out + err)
         for text in said:
             self.assertIn(text, out + err)

@@ -5,7 +5,7 @@ import re
 import subprocess
 
 # Of the unit tests: what measures time or repeats something some 10,000 times.
-SLOW = "Speed SpinningIsShort TakesUnder Oracle TenThousand Random"
+SLOW = "Oracle TenThousand Random"
 
 # By the file that was changed (the first that matches): words that the names of unit tests and of
 # white-box tests have in them, and files of black-box tests.

@@ -11,7 +11,7 @@ import tempfile
 import unittest
 
 from fresh_root import FreshRoot, run, say
-from stage import wait_until
+from stage import scaled, wait_until
 from stage.x11 import X11
 
 PACKAGES = os.environ["ZELDLG_PACKAGES"]
@@ -75,7 +75,7 @@ class InFreshRoot(unittest.TestCase):
         wait_until(window_with_keyboard, 30, f"the window {title!r}", seen=self.x11.windows)
         self.x11.type_text(keys)
         try:
-            output, _ = process.communicate(timeout=30)
+            output, _ = process.communicate(timeout=scaled(30))
         except subprocess.TimeoutExpired:
             raise AssertionError(f"{command} does not end; windows {self.x11.windows()}") from None
         self.assertEqual(code, process.returncode, output)

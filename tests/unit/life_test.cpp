@@ -17,6 +17,7 @@
 #include "platform/event.h"
 #include "resources/catalogue_access.h"
 #include "support/registry_fixture.h"
+#include "support/time_limit.h"
 
 namespace zeldlg {
 namespace {
@@ -24,8 +25,8 @@ namespace {
 using platform::EventHandle;
 using platform::WaitForEvent;
 using State = Life::State;
+using test::kLongMs;
 
-constexpr uint32_t kLongMs = 20'000;
 constexpr int kAsExpected = 7;
 constexpr int kOtherwise = 8;
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -11,26 +10,18 @@
 #include <thread>
 #include <vector>
 
+#include "support/time_limit.h"
+
 namespace zeldlg::platform {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr uint32_t kLongMs = 20'000;
+using test::kLongMs;
+using test::WaitUntil;
 
 int64_t MillisecondsSince(Clock::time_point start) {
     return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
-template <typename Predicate>
-bool WaitUntil(const Predicate& predicate) {
-    for (const auto start = Clock::now(); MillisecondsSince(start) < kLongMs;) {
-        if (predicate()) {
-            return true;
-        }
-        std::this_thread::yield();
-    }
-    return false;
 }
 
 // Waits for events on a thread of its own and remembers the result.
@@ -62,13 +53,11 @@ bool StaysBlocked(const Waiting& waiting) {
     return !waiting.IsDone();
 }
 
-TEST(Event, WaitWithTimeOutZeroOnAnUnsetEventReturnsAtOnce) {
+TEST(Event, WaitWithTimeOutZeroOnAnUnsetEventTimesOut) {
     for (const EventKind kind : {EventKind::ManualReset, EventKind::AutoReset}) {
         ManualResetEvent event(kind);
         ManualResetEvent* const events[] = {&event};
-        const auto start = Clock::now();
         EXPECT_EQ(WaitForEvents(1, events, false, 0), kWaitTimedOut);
-        EXPECT_LT(MillisecondsSince(start), 500);
     }
 }
 
@@ -106,17 +95,6 @@ TEST(Event, SpinningSeesASettingAndUsesNoneUp) {
         EXPECT_TRUE(SpinForEvent(event));
         EXPECT_TRUE(WaitForEvent(event, 0));
     }
-}
-
-TEST(Event, SpinningIsShort) {
-    ManualResetEvent event;
-    auto best = Clock::duration::max();
-    for (int i = 0; i < 20; ++i) {
-        const auto start = Clock::now();
-        EXPECT_FALSE(SpinForEvent(event));
-        best = std::min(best, Clock::now() - start);
-    }
-    EXPECT_LT(best, std::chrono::microseconds(100));
 }
 
 TEST(Event, ManualResetEventSetBeforeTheWaitSatisfiesEveryLaterWaitUntilReset) {

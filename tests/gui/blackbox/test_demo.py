@@ -8,7 +8,7 @@ import subprocess
 import tempfile
 import unittest
 
-from stage import Screen, wait_until
+from stage import Screen, scaled, wait_until
 
 PROGRAM = os.environ["ZELDLG_DEMO"]
 KEY = r"SOFTWARE\Corvenna\Tessaly\2.0"
@@ -31,7 +31,7 @@ class DemoCase(unittest.TestCase):
 
     def run_demo(self, *words, code=0):
         process = self.start(*words)
-        out, err = process.communicate(timeout=60)
+        out, err = process.communicate(timeout=scaled(60))
         self.assertEqual(code, process.returncode, out + err)
         return out if code == 0 else out + err
 
@@ -81,7 +81,7 @@ class Dialogs(DemoCase):
             screen.type_text(keys, field)
             wait_until(lambda: field.length == len(keys))
         screen.key(end, field)
-        out, err = process.communicate(timeout=60)
+        out, err = process.communicate(timeout=scaled(60))
         return process.returncode, out, err
 
     def test_the_pin_is_printed_only_when_asked_for(self):
@@ -116,7 +116,7 @@ class Changes(DemoCase):
             wait_until(lambda: field.length == len(value))
         wait_until(lambda: window.find("push button", "OK").enabled)
         screen.key("Return", fields[2])
-        out, err = process.communicate(timeout=60)
+        out, err = process.communicate(timeout=scaled(60))
         return process.returncode, out
 
     def test_lengths_are_printed_and_values_only_when_asked_for(self):
@@ -139,7 +139,7 @@ class Changes(DemoCase):
 
     def check(self, pins, *words, code):
         result = subprocess.run([PROGRAM, "policy-check", *words], input=pins, text=True,
-                                stdout=subprocess.PIPE, env=self.environment, timeout=60)
+                                stdout=subprocess.PIPE, env=self.environment, timeout=scaled(60))
         self.assertEqual(code, result.returncode)
         return result.stdout
 
@@ -168,7 +168,7 @@ class Selections(DemoCase):
         screen.find_window(title, process)
         for key in keys:
             screen.key(key)
-        out, err = process.communicate(timeout=60)
+        out, err = process.communicate(timeout=scaled(60))
         return process.returncode, out
 
     def test_the_choice_is_printed(self):
@@ -199,7 +199,7 @@ class Unblocking(DemoCase):
             screen, process, _ = self.start_unlock("unblock-method", *words)
             for key in keys:
                 screen.key(key)
-            self.assertEqual(out, process.communicate(timeout=60)[0])
+            self.assertEqual(out, process.communicate(timeout=scaled(60))[0])
             self.assertEqual(code, process.returncode)
 
     def unlock(self, *words, values):
@@ -211,7 +211,7 @@ class Unblocking(DemoCase):
             wait_until(lambda: field.length == len(value))
         wait_until(lambda: window.find("push button", "OK").enabled)
         screen.key("Return", fields[-1])
-        out, err = process.communicate(timeout=60)
+        out, err = process.communicate(timeout=scaled(60))
         return process.returncode, out
 
     def test_lengths_are_printed_and_values_only_when_asked_for(self):
@@ -249,14 +249,14 @@ class Windows(DemoCase):
             self.screen.find_window(title, process)
             self.assertEqual(said, process.stdout.readline())
             process.send_signal(signal.SIGINT)
-            out, _ = process.communicate(timeout=60)
+            out, _ = process.communicate(timeout=scaled(60))
             self.assertEqual((1, "interrupted\n"), (process.returncode, out))
 
     def test_the_scans_are_shown(self):
         process = self.start("biometric", "enrol", "--scans", "3", "--seconds", "3")
         for scan in (1, 2, 3):
             self.screen.find_window(f"Lumora Bio Token - enrolling finger (scan {scan})", process)
-        out, _ = process.communicate(timeout=60)
+        out, _ = process.communicate(timeout=scaled(60))
         self.assertEqual((0, "scan 1\nscan 2\nscan 3\nhidden\n"), (process.returncode, out))
 
     def test_the_explanation_comes_first_unless_it_is_switched_off(self):
@@ -266,7 +266,7 @@ class Windows(DemoCase):
         window.find("check box").press()
         wait_until(lambda: not window.find("check box").checked)
         self.screen.key("Return", window.find("push button", "OK"))
-        process.communicate(timeout=60)
+        process.communicate(timeout=scaled(60))
         self.assertEqual(0, process.returncode)
         self.assertEqual("number 0\n", self.run_demo("settings", "get", KEY, "ShowEnrolmentHint"))
 

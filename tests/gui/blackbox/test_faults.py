@@ -48,18 +48,18 @@ class Threads(FaultCase):
 
 
 class Displays(FaultCase):
-    def assert_fails_soon(self, display):
+    def assert_fails(self, display):
         host = self.start_host(environment={"DISPLAY": display}, strict=False)
-        self.assert_pin_fails_soon(host)
+        self.assert_pin_fails(host)
         host.run("DLG_Finalize")
         host.setenv("DISPLAY", os.environ["DISPLAY"])
         self.confirm_pin_dialog(host)
 
     def test_a_display_that_is_not_there_is_a_failed_start(self):
-        self.assert_fails_soon(":4711")
+        self.assert_fails(":4711")
 
     def test_a_display_that_is_no_name_is_a_failed_start(self):
-        self.assert_fails_soon("no display")
+        self.assert_fails("no display")
 
     def test_a_display_that_hangs_up_is_a_failed_start(self):
         with socket.socket() as server:

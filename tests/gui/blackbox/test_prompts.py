@@ -5,7 +5,7 @@ import os
 import subprocess
 import unittest
 
-from stage import CANCELLED, FAILED, OK, StageTestCase, make_locales
+from stage import CANCELLED, FAILED, OK, StageTestCase, make_locales, scaled
 
 CERTIFICATE = "DLG_ShowConfirmDeleteCertificate"
 
@@ -152,7 +152,7 @@ class Demo(StageTestCase):
                 process = self.start(*words)
                 self.screen.find_window(title, process)
                 self.screen.key("Return")
-                out, _ = process.communicate(timeout=60)
+                out, _ = process.communicate(timeout=scaled(60))
                 self.assertEqual((0, f"result 0x{result:08x} (shown)\n"),
                                  (process.returncode, out))
 
@@ -162,7 +162,7 @@ class Demo(StageTestCase):
                       ["confirm-delete", "x"], ["biometric-error", "-1"]):
             with self.subTest(words=words):
                 process = self.start(*words)
-                out, err = process.communicate(timeout=60)
+                out, err = process.communicate(timeout=scaled(60))
                 self.assertEqual((2, ""), (process.returncode, out))
                 self.assertNotEqual("", err)
 

@@ -11,7 +11,7 @@ import subprocess
 import tempfile
 import unittest
 
-from stage import require_private_mounts
+from stage import require_private_mounts, scaled
 
 PROGRAM = os.environ["ZELDLG_DEMO"]
 SHIPPED = "/usr/share/tessaly/registry"
@@ -61,7 +61,7 @@ class Places(unittest.TestCase):
             if value is not None:
                 command += ["--setenv", name, value]
         result = subprocess.run([*command, "/run/demo", "settings", *words], text=True,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=60)
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=scaled(60))
         return result.returncode, result.stdout.strip() or result.stderr.strip()
 
     def get(self, **options):

@@ -14,9 +14,10 @@ import unittest
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
-from stage import (Gone, Screen, Stage, StageError, require_private_mounts,  # noqa: E402
-                   wait_until)
+from stage import (Gone, Screen, Stage, StageError, StageTestCase, folder_with,  # noqa: E402
+                   require_private_mounts, scaled, wait_until)
 from stage.servers import dying_with_parent  # noqa: E402
+from stage.wait import load_factor  # noqa: E402
 
 RUN_ON_STAGE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "run_on_stage")
 
@@ -171,7 +172,7 @@ class WithSubject(unittest.TestCase):
         press = self.window.find("push button", "Press me")
         self.screen.close_window(self.window)
         self.screen.wait_gone(self.window)
-        self.subject.wait(timeout=10)
+        self.subject.wait(timeout=scaled(10))
         self.assertEqual("delete-event\n", self.subject.stdout.read())
         self.assertEqual([], self.screen.titles(self.subject))
         self.assertFalse(press.exists)
@@ -277,7 +278,7 @@ class Servers(unittest.TestCase):
             with self.subTest(name), Stage() as stage:
                 stage.check()
                 os.kill(stage.servers[name].pid, signal.SIGKILL)
-                self.assertTrue(stage.servers[name].ended_within(5))
+                self.assertTrue(stage.servers[name].ended_within(scaled(5)))
                 with self.assertRaisesRegex(StageError, rf"(?m)^{name} \(pid \d+\) died"):
                     stage.check()
 
@@ -285,7 +286,7 @@ class Servers(unittest.TestCase):
 class Runner(unittest.TestCase):
     def run_on_stage(self, *command):
         return subprocess.run([RUN_ON_STAGE, *command], stdout=subprocess.PIPE,
-                              stderr=subprocess.PIPE, text=True, timeout=60)
+                              stderr=subprocess.PIPE, text=True, timeout=scaled(60))
 
     def test_it_passes_output_and_exit_code_on(self):
         result = self.run_on_stage("sh", "-c", "echo out; echo err >&2; exit 7")
@@ -299,7 +300,7 @@ class Runner(unittest.TestCase):
         show = "grep -E '^Sig(Blk|Ign)' /proc/self/status"
         script = f"trap '' QUIT HUP USR1; exec {RUN_ON_STAGE} sh -c \"{show}\""
         result = subprocess.run(["sh", "-c", script], stdout=subprocess.PIPE, text=True,
-                                timeout=60)
+                                timeout=scaled(60))
         self.assertEqual(["SigBlk:", "0" * 16, "SigIgn:", "0" * 16], result.stdout.split())
 
     def test_it_ends_the_command_when_the_display_dies(self):
@@ -348,6 +349,57 @@ class Waiting(unittest.TestCase):
             raise Gone("it left")
         with self.assertRaisesRegex(AssertionError, "gone: it left"):
             wait_until(gone, 0.05, "something")
+
+
+class Limits(StageTestCase):
+    def test_a_busy_machine_has_more_time(self):
+        self.assertEqual(1, load_factor("0.00 0.01 0.05 0/120 4711\n", 2))
+        self.assertEqual(2, load_factor("0.10 9.00 9.00 1/120 4711\n", 2))
+        self.assertEqual(11, load_factor("10.00 0.01 0.05 2/120 4711\n", 2))
+
+    def test_load_that_has_just_begun_counts(self):
+        self.assertEqual(11, load_factor("0.10 0.01 0.05 10/120 4711\n", 2))
+
+    def test_a_slow_build_has_more_time(self):
+        self.addCleanup(os.environ.__setitem__, "ZELDLG_TIMEOUT_FACTOR",
+                        os.environ.get("ZELDLG_TIMEOUT_FACTOR", "1"))
+        os.environ["ZELDLG_TIMEOUT_FACTOR"] = "1000"
+        self.assertGreaterEqual(scaled(3), 3000)
+
+    def test_what_took_longer_than_its_limit_fails(self):
+        self.assert_takes_at_most(3, 2.9)
+        with self.assertRaises(AssertionError):
+            self.assert_takes_at_most(3, 100_000)
+
+
+class Installed(unittest.TestCase):
+    """What is installed on the machine: here, only in the eyes of one program."""
+
+    CATALOGUE = "/usr/share/locale/de/LC_MESSAGES/tokenutils.mo"
+
+    def setUp(self):
+        require_private_mounts()
+        self.directory = tempfile.TemporaryDirectory()
+        self.addCleanup(self.directory.cleanup)
+        self.file = os.path.join(self.directory.name, "registry")
+        with open(self.file, "w") as file:
+            file.write("installed")
+
+    def show(self, *command):
+        """What the command says of the installed files."""
+        look = f"cat /usr/share/tessaly/* /etc/tessaly/* {self.CATALOGUE} 2>/dev/null; true"
+        installed = [*folder_with("/usr/share", "tessaly", self.directory.name),
+                     *folder_with("/etc", "tessaly", self.directory.name),
+                     "--tmpfs", "/usr/share/locale", "--ro-bind", self.file, self.CATALOGUE]
+        return subprocess.run(["bwrap", "--dev-bind", "/", "/", *installed, *command, "sh", "-c",
+                               look], stdout=subprocess.PIPE, text=True, check=True).stdout
+
+    def test_settings_and_catalogues_are_hidden_on_a_stage(self):
+        self.assertEqual("installed" * 3, self.show())
+        self.assertEqual("", self.show(RUN_ON_STAGE, "--no-a11y"))
+
+    def test_a_program_that_mounts_for_itself_does_not_see_them_either(self):
+        self.assertEqual("", self.show(RUN_ON_STAGE, "--no-a11y", "bwrap", "--dev-bind", "/", "/"))
 
 
 class PrivateMounts(unittest.TestCase):

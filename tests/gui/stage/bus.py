@@ -9,7 +9,9 @@ from gi.repository import Gio, GLib  # noqa: E402
 
 from .wait import Gone, StageError, scaled  # noqa: E402
 
-TIMEOUT_MS = int(scaled(3000))
+
+def timeout_ms():
+    return int(scaled(3000))
 
 
 class Bus:
@@ -28,7 +30,7 @@ class Bus:
         try:
             reply = self.connection.call_sync(
                 owner, path, interface, method, GLib.Variant(signature, arguments), None,
-                Gio.DBusCallFlags.NO_AUTO_START, TIMEOUT_MS, None)
+                Gio.DBusCallFlags.NO_AUTO_START, timeout_ms(), None)
         except GLib.Error as error:
             raise Gone(f"{owner} {path} {method}: {error.message}") from error
         return reply.unpack()
@@ -51,7 +53,7 @@ class Bus:
         for place, (path, interface, method, signature, *arguments) in enumerate(calls):
             self.connection.call(owner, path, interface, method,
                                  GLib.Variant(signature, tuple(arguments)), None,
-                                 Gio.DBusCallFlags.NO_AUTO_START, TIMEOUT_MS, None, on_reply,
+                                 Gio.DBusCallFlags.NO_AUTO_START, timeout_ms(), None, on_reply,
                                  place)
         while left:
             GLib.MainContext.default().iteration(True)

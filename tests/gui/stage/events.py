@@ -68,6 +68,11 @@ class Events:
         self.seen()
         self._seen.clear()
 
+    def names(self, beginning):
+        """The names with that beginning that objects were given, one after the other."""
+        return [event.value for event in self.seen("PropertyChange")
+                if event.detail == "accessible-name" and event.value.startswith(beginning)]
+
     def wait_for(self, kind, value, node=None):
         """Waits for an event with that value, from that object if one is given."""
         def found():

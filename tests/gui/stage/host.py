@@ -193,7 +193,7 @@ class Host:
             self._process.wait(scaled(10))  # its pipes close before its end can be seen
         code = self._process.poll()
         if code is not None and not self._closing:
-            self._readers[1].join(5)
+            self._readers[1].join(scaled(5))
             raise HostError(f"the host ended with {_ending(code)}\n" + self.stderr())
         if self._strict and self._faults:
             raise HostError("a fault was reported:\n" + "\n".join(self._faults) + "\n"
@@ -235,7 +235,7 @@ class Host:
             self._process.kill()
             self._process.wait()
             for reader in self._readers:
-                reader.join(5)
+                reader.join(scaled(5))
             for stream in (self._process.stdin, self._process.stdout, self._process.stderr):
                 stream.close()
         if not failed:

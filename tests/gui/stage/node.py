@@ -269,5 +269,11 @@ class Node:
 
     def click(self):
         """Presses the mouse button in its middle."""
+        self._screen.x11.click(*self._middle())
+
+    def double_click(self):
+        self._screen.x11.double_click(*self._middle())
+
+    def _middle(self):
         x, y, width, height = self.extents
-        self._screen.x11.click(x + width // 2, y + height // 2)
+        return x + width // 2, y + height // 2

@@ -135,7 +135,7 @@ class Server:
         for number in (signal.SIGTERM, signal.SIGKILL):
             with contextlib.suppress(ProcessLookupError):
                 signal.pidfd_send_signal(self.pidfd, number)
-            if self.ended_within(5):
+            if self.ended_within(scaled(5)):
                 break
         if self._process is not None:
             self._process.wait()

@@ -3,8 +3,9 @@
 #include <gtk/gtk.h>
 #include <wx/tooltip.h>
 
-#include <cstdlib>
 #include <utility>
+
+#include "support/time_limit.h"
 
 namespace {
 
@@ -32,12 +33,6 @@ void wxToolTip::SetDelay(long milliseconds) { g_toolTipDelay = milliseconds; }
 namespace zeldlg::test {
 
 namespace {
-
-double TimeoutSeconds() {
-    constexpr double kSeconds = 10;
-    const char* const factor = std::getenv("ZELDLG_TIMEOUT_FACTOR");
-    return factor == nullptr ? kSeconds : kSeconds * std::strtod(factor, nullptr);
-}
 
 // Wakes a blocking turn of the main loop now and then, so that a condition is looked at.
 class Ticker {
@@ -70,8 +65,7 @@ TestApp& GetTestApp() { return dynamic_cast<TestApp&>(*wxTheApp); }
 
 bool PumpUntil(const std::function<bool()>& condition) {
     const Ticker ticker;
-    const auto limit = static_cast<gint64>(TimeoutSeconds() * G_USEC_PER_SEC);
-    const gint64 end = g_get_monotonic_time() + limit;
+    const gint64 end = g_get_monotonic_time() + gint64{kLongMs} * 1000;
     while (!condition()) {
         if (g_get_monotonic_time() > end) {
             return false;

@@ -25,8 +25,7 @@ private:
 
 TestApp& GetTestApp();
 
-/// Dispatches events until `condition` holds. False after ten seconds, or as many times ten as
-/// the environment variable ZELDLG_TIMEOUT_FACTOR says.
+/// Dispatches events until `condition` holds. False when it does not within kLongMs.
 bool PumpUntil(const std::function<bool()>& condition);
 
 /// How often the bell rang since the last call. The bell makes no sound here.
