@@ -5,7 +5,6 @@
 #include "api/call_frame.h"
 #include "api/demonstration.h"
 #include "dialogs/prompt_texts.h"
-#include "platform/utf8.h"
 #include "resources/texts.h"
 #include "runtime/gui_runner.h"
 #include "runtime/reply_block.h"
@@ -84,13 +83,12 @@ uint32_t DLG_ShowConfirmDeleteCertificate(const char* applicationName, const cha
                                           const char* issuedTo, const char* issuedBy,
                                           const char* validFrom, const char* validTo) {
     return Ask(kQuestionBox, [&] {
-        return ConfirmDeleteCertificateText(
-            {.applicationName = platform::DecodeUtf8OrLocale(applicationName),
-             .tokenLabel = platform::DecodeUtf8OrLocale(tokenLabel),
-             .issuedTo = HostText(issuedTo),
-             .issuedBy = HostText(issuedBy),
-             .validFrom = HostText(validFrom),
-             .validTo = HostText(validTo)});
+        return ConfirmDeleteCertificateText({.applicationName = HostTextOrLocale(applicationName),
+                                             .tokenLabel = HostTextOrLocale(tokenLabel),
+                                             .issuedTo = HostText(issuedTo),
+                                             .issuedBy = HostText(issuedBy),
+                                             .validFrom = HostText(validFrom),
+                                             .validTo = HostText(validTo)});
     });
 }
 

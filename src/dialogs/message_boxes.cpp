@@ -60,10 +60,10 @@ bool AskEnrolmentRetry(wxWindow* parent) {
 
 void ShowTokenLockedBox(wxWindow* parent, const wxString& label) {
     ShowBox(parent, CATALOGUE_KEY("Token locked"),
-            FormatTranslated(CATALOGUE_KEY("The token \"%s\" is locked.\n"
-                                           "Please use the token manager to unlock it,\n"
-                                           "or contact your system administrator."),
-                             label),
+            FormatHostTexts(CATALOGUE_KEY("The token \"%s\" is locked.\n"
+                                          "Please use the token manager to unlock it,\n"
+                                          "or contact your system administrator."),
+                            label),
             wxICON_ERROR);
 }
 

@@ -7,19 +7,19 @@ namespace zeldlg {
 
 wxString ConfirmDeleteCertificateText(const CertificateTexts& certificate) {
     const auto validity = [](const char* caption, const wxString& date) {
-        return Translate(caption) + FormatTranslated(CATALOGUE_KEY(": %s\n"), date);
+        return Translate(caption) + FormatHostTexts(CATALOGUE_KEY(": %s\n"), date);
     };
-    return FormatTranslated(CATALOGUE_KEY("The application %s is trying to delete a certificate:"),
-                            certificate.applicationName) +
+    return FormatHostTexts(CATALOGUE_KEY("The application %s is trying to delete a certificate:"),
+                           certificate.applicationName) +
            Translate(CATALOGUE_KEY("\n\n")) +
-           FormatTranslated(CATALOGUE_KEY("Issued To: %s\n"), certificate.issuedTo) +
-           FormatTranslated(CATALOGUE_KEY("Issued By: %s\n"), certificate.issuedBy) +
+           FormatHostTexts(CATALOGUE_KEY("Issued To: %s\n"), certificate.issuedTo) +
+           FormatHostTexts(CATALOGUE_KEY("Issued By: %s\n"), certificate.issuedBy) +
            Translate(CATALOGUE_KEY("\n")) +
            validity(CATALOGUE_KEY("Valid From"), certificate.validFrom) +
            validity(CATALOGUE_KEY("Valid To"), certificate.validTo) +
            Translate(CATALOGUE_KEY("\n")) +
-           FormatTranslated(CATALOGUE_KEY("From the token with label \"%s\""),
-                            certificate.tokenLabel) +
+           FormatHostTexts(CATALOGUE_KEY("From the token with label \"%s\""),
+                           certificate.tokenLabel) +
            Translate(CATALOGUE_KEY("\n\n")) +
            Translate(CATALOGUE_KEY("Do you wish to allow this?"));
 }

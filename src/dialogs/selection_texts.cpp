@@ -6,8 +6,8 @@
 namespace zeldlg {
 
 wxString TokenRowText(const wxString& name, const wxString& detail) {
-    return FormatTranslated(CATALOGUE_KEY("%s (%s)"), wxString(name).Trim(),
-                            wxString(detail).Trim());
+    return FormatHostTexts(CATALOGUE_KEY("%s (%s)"), wxString(name).Trim(),
+                           wxString(detail).Trim());
 }
 
 wxString CaptionText(const wxString& caption) {

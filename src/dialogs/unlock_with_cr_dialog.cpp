@@ -82,7 +82,7 @@ platform::SecretBytes CUnlockWithCRDialog::NewPin() const {
 
 void CUnlockWithCRDialog::AddHeading() {
     const wxString text =
-        FormatTranslated(CATALOGUE_KEY("Unlocking the PIN for \"%s\":"), m_prompt.tokenLabel);
+        FormatHostTexts(CATALOGUE_KEY("Unlocking the PIN for \"%s\":"), m_prompt.tokenLabel);
     const layout::ElidedText elided = layout::ElideText(*this, text, kHeadingLines);
     auto* const heading = new CTextPanel(this, elided.shown, GetFont());
     if (elided.isCut) {

@@ -42,7 +42,7 @@ platform::SecretBytes CPinPromptDialog::GetPin() const { return m_pinField->Pin(
 
 void CPinPromptDialog::AddHeading(const wxString& tokenLabel, size_t maxLines) {
     m_rows->Add(layout::NewHeading(
-        this, FormatTranslated(CATALOGUE_KEY("To log in to \"%s\""), tokenLabel), maxLines));
+        this, FormatHostTexts(CATALOGUE_KEY("To log in to \"%s\""), tokenLabel), maxLines));
 }
 
 void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {

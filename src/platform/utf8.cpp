@@ -2,8 +2,11 @@
 
 #include <glib.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
+#include <string_view>
 
 namespace zeldlg::platform {
 
@@ -17,24 +20,32 @@ size_t ValidPrefix(std::string_view text) {
     return static_cast<size_t>(end - text.data());
 }
 
-void AppendValid(std::wstring& out, std::string_view valid) {
-    for (const char* next = valid.data(); next < valid.data() + valid.size();
+void AppendValid(std::wstring& out, std::string_view valid, size_t limit) {
+    for (const char* next = valid.data(); next < valid.data() + valid.size() && out.size() < limit;
          next = g_utf8_next_char(next)) {
         out += static_cast<wchar_t>(g_utf8_get_char(next));
     }
 }
 
+// The bytes that the first `limit` characters can take at most.
+std::string_view BytesOf(const char* text, size_t limit) {
+    if (text == nullptr) {
+        throw std::logic_error("no text");
+    }
+    constexpr size_t kLongest = 4;
+    return {text,
+            limit < std::wstring::npos / kLongest ? strnlen(text, limit * kLongest) : strlen(text)};
+}
+
 }  // namespace
 
-std::wstring DecodeUtf8(const char* text) {
-    const std::string bytes(text);
+std::wstring DecodeUtf8(const char* text, size_t limit) {
     std::wstring decoded;
-    decoded.reserve(bytes.size());
-    for (std::string_view rest = bytes; !rest.empty();) {
+    for (std::string_view rest = BytesOf(text, limit); !rest.empty() && decoded.size() < limit;) {
         const size_t valid = ValidPrefix(rest);
-        AppendValid(decoded, rest.substr(0, valid));
+        AppendValid(decoded, rest.substr(0, valid), limit);
         rest.remove_prefix(valid);
-        if (!rest.empty()) {
+        if (!rest.empty() && decoded.size() < limit) {
             decoded += kReplacementCharacter;
             rest.remove_prefix(1);
         }
@@ -42,17 +53,17 @@ std::wstring DecodeUtf8(const char* text) {
     return decoded;
 }
 
-std::wstring DecodeUtf8OrLocale(const char* text) {
-    const std::string bytes(text);
+std::wstring DecodeUtf8OrLocale(const char* text, size_t limit) {
+    const std::string_view bytes = BytesOf(text, std::wstring::npos);
     if (ValidPrefix(bytes) == bytes.size()) {
-        return DecodeUtf8(text);
+        return DecodeUtf8(text, limit);
     }
-    std::wstring decoded(bytes.size(), L'\0');
-    const size_t length = mbstowcs(decoded.data(), bytes.c_str(), decoded.size());
+    const size_t length = mbstowcs(nullptr, text, 0);
     if (length == static_cast<size_t>(-1)) {
         throw std::runtime_error("neither UTF-8 nor the locale's encoding");
     }
-    decoded.resize(length);
+    std::wstring decoded(std::min(length, limit), L'\0');
+    mbstowcs(decoded.data(), text, decoded.size());
     return decoded;
 }
 

@@ -88,7 +88,7 @@ SecretBytes CChangePinDialog::OldValue() const { return m_oldField->Pin(); }
 SecretBytes CChangePinDialog::NewValue() const { return m_confirmField->Pin(); }
 
 void CChangePinDialog::AddHeading(const wxString& tokenLabel) {
-    m_rows->Add(layout::NewHeading(this, FormatTranslated(m_texts.heading, tokenLabel),
+    m_rows->Add(layout::NewHeading(this, FormatHostTexts(m_texts.heading, tokenLabel),
                                    m_pages ? kPolicedHeadingLines : kHeadingLines));
 }
 

@@ -16,14 +16,19 @@ class Parser {
 public:
     explicit Parser(std::wstring_view format) : m_rest(format) {}
 
-    std::vector<std::string> Run() {
+    Parser& Run() {
         for (size_t percent = m_rest.find(L'%'); percent != std::wstring_view::npos;
              percent = m_rest.find(L'%')) {
+            m_words += m_rest.substr(0, percent);
             m_rest.remove_prefix(percent + 1);
             TakeConversion();
         }
-        return std::move(m_conversions);
+        m_words += m_rest;
+        return *this;
     }
+
+    const std::vector<std::string>& Conversions() const { return m_conversions; }
+    const std::wstring& Words() const { return m_words; }
 
 private:
     void TakeConversion() {
@@ -72,13 +77,16 @@ private:
 
     std::wstring_view m_rest;
     std::vector<std::string> m_conversions;
+    std::wstring m_words;
 };
 
 }  // namespace
 
 std::vector<std::string> FormatConversions(std::wstring_view format) {
-    return Parser(format).Run();
+    return Parser(format).Run().Conversions();
 }
+
+std::wstring WithoutConversions(std::wstring_view format) { return Parser(format).Run().Words(); }
 
 bool HasSameConversions(std::wstring_view original, std::wstring_view translation) {
     return FormatConversions(original) == FormatConversions(translation);

@@ -14,6 +14,9 @@ namespace zeldlg {
 /// cannot be parsed is listed as it stands.
 std::vector<std::string> FormatConversions(std::wstring_view format);
 
+/// What a format says besides its conversions.
+std::wstring WithoutConversions(std::wstring_view format);
+
 /// @return Whether `translation` can be formatted with the arguments of `original`.
 bool HasSameConversions(std::wstring_view original, std::wstring_view translation);
 

@@ -1,5 +1,6 @@
 #include "resources/texts.h"
 
+#include <wx/app.h>
 #include <wx/translation.h>
 
 #include "platform/utf8.h"
@@ -30,7 +31,26 @@ wxString TranslateFormat(const char* english) {
                                                                                    : original;
 }
 
-wxString HostText(const char* utf8) { return platform::DecodeUtf8(utf8); }
+wxString CutFormatted(const wxString& text) {
+    return text.length() <= kFormattedTextLimit ? text
+                                                : CutTo(text.ToStdWstring(), kFormattedTextLimit);
+}
+
+TextDirection DirectionOfFormat(const wxString& format) {
+    const auto usersOwn = [] {
+        return wxTheApp != nullptr && wxTheApp->GetLayoutDirection() == wxLayout_RightToLeft
+                   ? TextDirection::RightToLeft
+                   : TextDirection::LeftToRight;
+    };
+    const auto own = DirectionOf(WithoutConversions(format.ToStdWstring()));
+    return own ? *own : usersOwn();
+}
+
+wxString HostText(const char* utf8) { return platform::DecodeUtf8(utf8, kHostTextLimit); }
+
+wxString HostTextOrLocale(const char* text) {
+    return platform::DecodeUtf8OrLocale(text, kHostTextLimit);
+}
 
 std::string ToUtf8(const wxString& text) {
     const wxScopedCharBuffer bytes = text.utf8_str();

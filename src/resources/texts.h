@@ -8,6 +8,8 @@
 #include <string>
 #include <utility>
 
+#include "resources/text_direction.h"
+
 namespace zeldlg {
 
 /// What survives of a formatted text, in wide characters.
@@ -29,15 +31,39 @@ int ShownNumber(Number number) {
 /// not its own.
 wxString TranslateFormat(const char* english);
 
+/// A formatted text cut to kFormattedTextLimit characters.
+wxString CutFormatted(const wxString& text);
+
 /// Translates, then formats, then cuts to kFormattedTextLimit characters.
 template <typename... Arguments>
 wxString FormatTranslated(const char* english, const Arguments&... arguments) {
-    return wxString::Format(TranslateFormat(english), arguments...).Left(kFormattedTextLimit);
+    return CutFormatted(wxString::Format(TranslateFormat(english), arguments...));
 }
 
-/// A zero-terminated UTF-8 text of the host; U+FFFD stands for each bad byte. Throws
-/// std::logic_error for null.
+/// The direction of the sentences of a format: that of its own words, else the user's.
+TextDirection DirectionOfFormat(const wxString& format);
+
+/// The same as FormatTranslated() for texts of the host, which cannot turn the sentence round.
+template <typename... Texts>
+wxString FormatHostTexts(const char* english, const Texts&... texts) {
+    const wxString format = TranslateFormat(english);
+    const TextDirection direction = DirectionOfFormat(format);
+    return CutFormatted(WithOwnDirection(
+        wxString::Format(format, wxString(Isolated(texts.ToStdWstring(), direction))...)
+            .ToStdWstring(),
+        direction));
+}
+
+/// What is looked at of a host's text, in characters: twenty times what survives formatting, so
+/// that a tool tip or a screen reader still has all of any text that a person may read.
+inline constexpr size_t kHostTextLimit = 10000;
+
+/// A zero-terminated UTF-8 text of the host, cut to kHostTextLimit characters; U+FFFD stands for
+/// each bad byte. Throws std::logic_error for null.
 wxString HostText(const char* utf8);
+
+/// The same for a text that may be in the locale's encoding; see platform::DecodeUtf8OrLocale().
+wxString HostTextOrLocale(const char* text);
 
 /// UTF-8 bytes of a typed text; empty when it cannot be converted.
 std::string ToUtf8(const wxString& text);

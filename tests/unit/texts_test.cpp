@@ -5,6 +5,8 @@
 
 #include <clocale>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "dialogs/prompt_texts.h"
 #include "platform/utf8.h"
@@ -44,6 +46,31 @@ TEST(HostTexts, NullIsAnErrorOfTheHost) {
     EXPECT_THROW(DecodeUtf8(nullptr), std::logic_error);
     EXPECT_THROW(DecodeUtf8OrLocale(nullptr), std::logic_error);
     EXPECT_THROW(HostText(nullptr), std::logic_error);
+}
+
+TEST(HostTexts, AreDecodedUpToALimit) {
+    EXPECT_EQ(DecodeUtf8("abc", 2), L"ab");
+    EXPECT_EQ(DecodeUtf8("abc", 3), L"abc");
+    EXPECT_EQ(DecodeUtf8("abc", 0), L"");
+    EXPECT_EQ(DecodeUtf8("a\xFF\xFF", 2), L"a\uFFFD");
+    EXPECT_EQ(DecodeUtf8("\xF0\x9F\x94\x91\xF0\x9F\x94\x91\xE2\x82\xAC", 2),
+              L"\U0001F511\U0001F511");
+    EXPECT_EQ(DecodeUtf8("a\xE2\x82\xAC", 2), L"a\u20AC");
+    EXPECT_EQ(DecodeUtf8OrLocale("M\xC3\xBCller", 2), L"M\u00FC");
+}
+
+TEST(HostTexts, AreLookedAtUpToALimitOnly) {
+    const std::string longer(kHostTextLimit + 1, 'x');
+    EXPECT_EQ(HostText(longer.c_str()).length(), kHostTextLimit);
+    // Without a zero byte: whoever looked further would leave the string.
+    const std::vector<char> unended(4 * kHostTextLimit, 'x');
+    EXPECT_EQ(HostText(unended.data()).length(), kHostTextLimit);
+}
+
+TEST(HostTexts, InAnUnknownEncodingRaiseHoweverFarBehindTheLimit) {
+    ASSERT_NE(setlocale(LC_ALL, "C"), nullptr);
+    const std::string text = std::string(kHostTextLimit, 'x') + "\xFC";
+    EXPECT_THROW(HostTextOrLocale(text.c_str()), std::runtime_error);
 }
 
 TEST(HostTexts, InAnUnknownEncodingRaise) {

@@ -60,6 +60,7 @@ wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, in
     pango_layout_set_width(layout.get(), width * PANGO_SCALE);
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     wxString wrapped;
+    std::wstring open;
     for (const GSList* line = pango_layout_get_lines_readonly(layout.get()); line != nullptr;
          line = line->next) {
         const auto* const each = static_cast<const PangoLayoutLine*>(line->data);
@@ -67,9 +68,12 @@ wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, in
             wxString::FromUTF8(utf8.data() + each->start_index, static_cast<size_t>(each->length));
         if (each->is_paragraph_start == 0) {
             wrapped += DirectionMark(window, *each, piece);
+            piece = open + piece;
         }
+        // What a line leaves enclosed stays so in the next one, though that is another paragraph.
+        open = OpenIsolates(piece.ToStdWstring());
         if (line->next != nullptr) {
-            piece = piece.Trim() + "\n";
+            piece = piece.Trim() + Closing(open) + "\n";
         }
         wrapped += piece;
     }

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/utf8.h"
 #include "resources/texts.h"
 #include "runtime/dll_app.h"
 #include "runtime/handlers/sized_text.h"
@@ -23,7 +24,8 @@ void Reply(const CMessage& message, const std::basic_string<Unit>& text) {
 bool HandleTranslation(CMessage* message) {
     switch (message->Code()) {
         case kTranslateUtf8:
-            Reply(*message, ToUtf8(TranslateText(HostText(message->Param1As<const char>()))));
+            Reply(*message,
+                  ToUtf8(TranslateText(platform::DecodeUtf8(message->Param1As<const char>()))));
             return true;
         case kTranslateUtf16: {
             const auto* const source = message->Param1As<const wchar_t>();

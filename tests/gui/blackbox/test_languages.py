@@ -247,6 +247,15 @@ class NobodysLanguages(LanguageCase):
         self.assertEqual(11, len(seen))
         self.remove(host, dialog, call, window)
 
+    def test_a_latin_label_is_enclosed_in_a_sentence_from_right_to_left(self):
+        for language, shown in (("he", "\u2068Card 1\u2069"), ("eo", "Card 1")):
+            host = self.host_in(language)
+            call, window = self.show(host, "DLG_ShowPinDialog", self.translate("Enter PIN"),
+                                     label="Card 1")
+            self.assertIn(self.translate('To log in to "%s"') % shown, window.labels())
+            self.close(window)
+            call.result()
+
     def test_a_pin_is_typed_in_either_direction(self):
         for language in PSEUDO:
             host = self.host_in(language)

@@ -8,6 +8,7 @@ namespace testhost {
 namespace {
 
 constexpr std::string_view kNull = "null";
+constexpr uint64_t kMostLetters = 1 << 30;
 
 uint8_t HexDigits(std::string_view digits) {
     if (digits.size() != 2 ||
@@ -81,6 +82,9 @@ void Arguments::ExpectEmpty() const {
 Text DecodeText(const std::string& encoded) {
     if (encoded == kNull) {
         return {};
+    }
+    if (encoded.starts_with('*')) {
+        return {std::string(ParseNumber(encoded.substr(1), false, 0, kMostLetters), 'x')};
     }
     std::string text;
     for (size_t place = 0; place < encoded.size(); ++place) {

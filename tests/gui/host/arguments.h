@@ -38,7 +38,8 @@ class Arguments {
 public:
     explicit Arguments(const std::vector<std::string>& words);
 
-    /// A percent-encoded text; the bare word `null` is the null pointer.
+    /// A percent-encoded text; the bare word `null` is the null pointer, and `*N` the letter x
+    /// so many times.
     Text TakeText(const std::string& key, std::string_view fallback);
     /// Hexadecimal digits; the bare word `null` is the null pointer.
     Bytes TakeBytes(const std::string& key, std::string_view fallback);

@@ -1,5 +1,8 @@
 """How texts of the host, and numbers, are shown."""
 
+import re
+import unicodedata
+
 LIMIT = 499  # characters of a formatted text
 INT_MAX = 2**31 - 1
 
@@ -35,7 +38,63 @@ def shown_number(value):
 
 def filled(pattern, data):
     """A text with a host's text in it, cut where the limit is."""
-    return pattern.replace("%s", shown_text(data))[:LIMIT]
+    text = pattern.replace("%s", isolated(shown_text(data)))
+    first = next((each for each in text if each == FSI or is_letter(each)), None)
+    return cut(LEFT_TO_RIGHT + text if first == FSI else text)
+
+
+FSI, PDI, LEFT_TO_RIGHT = "\u2068", "\u2069", "\u200e"
+CONTROLS = set("\u202a\u202b\u202c\u202d\u202e\u2066\u2067\u2068\u2069\u200e\u200f\u061c")
+PARAGRAPH_END = re.compile("([\n\r\x1c-\x1e\x85\u2029])")
+RIGHT_TO_LEFT = re.compile("[\u0590-\u08ff\ufb1d-\ufdff\ufe70-\ufefe\U00010800-\U00010fff"
+                           "\U0001e800-\U0001efff]")
+
+
+def is_right_to_left(character):
+    return (RIGHT_TO_LEFT.match(character) is not None
+            and unicodedata.category(character) not in ("Nd", "Mn", "Mc", "Me"))
+
+
+def is_letter(character):
+    return character.isalpha() or is_right_to_left(character)
+
+
+def isolated(text):
+    """A host's text as it stands in a sentence from left to right."""
+    if not any(each in CONTROLS or is_right_to_left(each) for each in text):
+        return text
+    pieces = PARAGRAPH_END.split(text)  # a paragraph and what ends it in turns
+    shown = ""
+    for paragraph, end in zip(pieces[::2], [*pieces[1::2], ""]):
+        if paragraph:
+            unopened, opened = isolates(paragraph)
+            shown += (LEFT_TO_RIGHT if shown else "") + FSI * (unopened + 1) + paragraph \
+                + PDI * (opened + 1)
+        shown += end
+    return shown
+
+
+def isolates(text):
+    """How many it ends that it has not begun, and how many it leaves open."""
+    unopened = opened = 0
+    for each in text:
+        if each in "\u2066\u2067\u2068":
+            opened += 1
+        elif each == PDI and opened:
+            opened -= 1
+        elif each == PDI:
+            unopened += 1
+    return unopened, opened
+
+
+def cut(text):
+    """With what the cut has left open closed."""
+    if len(text) <= LIMIT:
+        return text
+    for length in range(LIMIT, -1, -1):
+        opened = isolates(PARAGRAPH_END.split(text[:length])[-1])[1]
+        if length + opened <= LIMIT:
+            return text[:length] + PDI * opened
 
 
 def certificate_text(a):

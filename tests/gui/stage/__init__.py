@@ -8,7 +8,7 @@ them together for a test file that is started with run_on_stage.
 from .acts import WAYS_OUT, Key, Press
 from .events import Events
 from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call, Host, HostError,
-                   library_path, policy)
+                   Letters, library_path, policy)
 from .locales import make_locales
 from .node import Node
 from .private_mounts import folder_with, require_private_mounts
@@ -19,6 +19,7 @@ from .testcase import StageTestCase
 from .wait import Gone, StageError, scaled, wait_until
 
 __all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
-           "Gone", "Host", "HostError", "Key", "Node", "Press", "Screen", "Stage", "StageError",
-           "StageTestCase", "WAYS_OUT", "folder_with", "library_path", "make_locales", "policy",
-           "require_private_mounts", "scaled", "take_snapshot", "wait_until"]
+           "Gone", "Host", "HostError", "Key", "Letters", "Node", "Press", "Screen", "Stage",
+           "StageError", "StageTestCase", "WAYS_OUT", "folder_with", "library_path",
+           "make_locales", "policy", "require_private_mounts", "scaled", "take_snapshot",
+           "wait_until"]

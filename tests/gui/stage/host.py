@@ -1,6 +1,7 @@
 """A host process under the test's control: a program that loads the library and calls it."""
 
 import collections
+import dataclasses
 import json
 import os
 import queue
@@ -90,6 +91,12 @@ class Call:
     def untouched(self, *names):
         """Whether none of these output buffers and slots was written to."""
         return all(set(self.output(name)) == {FILL} for name in names)
+
+
+@dataclasses.dataclass(frozen=True)
+class Letters:
+    """As an argument of a call: a text of that many letters x, which the host makes itself."""
+    count: int
 
 
 class Host:
@@ -395,6 +402,8 @@ def _encode(value):
         return str(int(value))
     if isinstance(value, tuple):
         return ",".join(map(_encode, value))
+    if isinstance(value, Letters):
+        return f"*{value.count}"
     if value == "null":
         return "%6eull"
     return urllib.parse.quote(value if isinstance(value, (str, bytes)) else str(value), safe="")

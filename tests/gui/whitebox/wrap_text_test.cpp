@@ -50,6 +50,18 @@ TEST(WrapText, ContinuedLinesKeepTheDirectionOfTheirParagraph) {
     ExpectMarkBeforeContinuedLines(L"אסימון " + Repeat(L"token"), L"\u200F");
 }
 
+TEST(WrapText, WhatIsEnclosedStaysSoInEachLine) {
+    const wxArrayString lines =
+        WrappedLines(L"Token \"\u2068" + Repeat(L"אסימון") + L"\u2069\" is locked");
+    ASSERT_GT(lines.size(), 2U);
+    for (size_t line = 0; line < lines.size(); ++line) {
+        EXPECT_EQ(lines[line].Freq(L'\u2068'), 1U) << line;
+        EXPECT_EQ(lines[line].Freq(L'\u2069'), 1U) << line;
+    }
+    EXPECT_TRUE(lines.Last().StartsWith(L"\u200E\u2068")) << lines.Last().utf8_str();
+    EXPECT_TRUE(lines.Last().EndsWith(L"\u2069\" is locked")) << lines.Last().utf8_str();
+}
+
 TEST(WrapText, ALineBreakOfTheTextBeginsAParagraph) {
     const wxArrayString lines = WrappedLines(L"Token\nאסימון");
     ASSERT_EQ(lines.size(), 2U);
