@@ -5,12 +5,13 @@ import os
 import sys
 import time
 
-from . import building, dialogs, instructions, plain_code, programs, report, requests
+from . import (building, dialogs, instructions, lists, plain_code, programs, report,
+               requests)
 
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 DOCUMENT = os.path.join(SOURCE, "docs", "performance.md")
 PICTURES = os.path.join(SOURCE, "docs", "pictures", "performance")
-GROUPS = ("dialogs", "requests", "throughput", "idle", "animation", "loss", "plain code",
+GROUPS = ("dialogs", "lists", "requests", "throughput", "idle", "animation", "loss", "plain code",
           "instructions", "size", "build")
 
 
@@ -39,6 +40,7 @@ def main():
     groups, shares, curves = {}, [], {}
     measures = {
         "dialogs": lambda: dialogs.measure(3 if few else 25, say),
+        "lists": lambda: lists.measure(1 if few else 5, say),
         "requests": lambda: requests.measure_round_trips(1 if few else 5, 1000 if few else 10000),
         "throughput": lambda: requests.measure_throughput(2 if few else 15, 200),
         "idle": lambda: requests.measure_idle(2 if few else 15, 1000, say),

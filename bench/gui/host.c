@@ -15,7 +15,9 @@ static const struct {
     int (*measure)(const Host*);
 } kCommands[] = {{"dialogs", MeasureDialogs},       {"roundtrips", MeasureRoundTrips},
                  {"throughput", MeasureThroughput}, {"idle", MeasureIdle},
-                 {"animation", MeasureAnimation},   {"loss", MeasureLoss}};
+                 {"animation", MeasureAnimation},   {"loss", MeasureLoss},
+                 {"tokens", MeasureTokens},         {"ids", MeasureIds},
+                 {"algorithms", MeasureAlgorithms}, {"label", MeasureLabel}};
 
 void RoundTrip(const Host* host) {
     wchar_t name[32];

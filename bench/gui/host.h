@@ -17,6 +17,10 @@ int MeasureThroughput(const Host* host);
 int MeasureIdle(const Host* host);
 int MeasureAnimation(const Host* host);
 int MeasureLoss(const Host* host);
+int MeasureTokens(const Host* host);
+int MeasureIds(const Host* host);
+int MeasureAlgorithms(const Host* host);
+int MeasureLabel(const Host* host);
 
 /* One request without a window; ends the program when it fails. */
 void RoundTrip(const Host* host);

@@ -1,13 +1,15 @@
-/* A GTK module that sees when a text field has the keyboard, and plays the user: it types a PIN
- * and presses OK. It also sees when windows paint anything. The toolkit loads it by itself
- * (GTK_MODULES) into the host of the library and into the bare program, so that both are measured,
- * and slowed, alike. */
+/* A GTK module that sees when a dialog's first control has the keyboard, and plays the user: it
+ * types a PIN, where that is a text field, and presses OK. It also sees when windows paint
+ * anything. The toolkit loads it by itself (GTK_MODULES) into the host of the library and into the
+ * bare program, so that both are measured, and slowed, alike. */
 #include <gtk/gtk.h>
 
 #include "note.h"
 
 static gboolean Answer(gpointer field) {
-    gtk_entry_set_text(GTK_ENTRY(field), "123456");
+    if (GTK_IS_ENTRY(field)) {
+        gtk_entry_set_text(GTK_ENTRY(field), "123456");
+    }
     Note("ok");
     /* Clicked, for the Return key shows the button pressed for a quarter of a second. */
     GtkWindow* const window = GTK_WINDOW(gtk_widget_get_toplevel(GTK_WIDGET(field)));
@@ -21,7 +23,7 @@ static gboolean OnFocus(GSignalInvocationHint* hint, guint count, const GValue* 
     (void)count;
     (void)data;
     GObject* const widget = g_value_get_object(&values[0]);
-    if (GTK_IS_ENTRY(widget)) {
+    if (GTK_IS_ENTRY(widget) || GTK_IS_TREE_VIEW(widget) || GTK_IS_RADIO_BUTTON(widget)) {
         Note("focus");
         /* Once the window has been painted. */
         g_idle_add_full(G_PRIORITY_LOW, Answer, g_object_ref(widget), g_object_unref);

@@ -18,6 +18,8 @@ constexpr int kMaxWidth = 560;
 constexpr int kMinRows = 4;
 constexpr int kMaxRows = 10;
 constexpr int kFrame = 2;
+// How many rows say how wide the list is: measuring one takes as long as adding four.
+constexpr unsigned int kMeasuredRows = 500;
 constexpr double kScrollStep = 40;
 
 GtkTreeView* TreeOf(const wxListBox& list) {
@@ -99,6 +101,16 @@ ChoiceList::ChoiceList(wxWindow* parent, wxStaticText& label)
     InvalidateBestSize();
 }
 
+// While the view has its rows, GTK takes them out one by one, and the next dialog waits. The base
+// still needs them, without a reference of its own: they go with the widget.
+ChoiceList::~ChoiceList() {
+    GtkTreeView* const tree = TreeOf(*this);
+    g_signal_handlers_disconnect_by_data(gtk_tree_view_get_selection(tree), this);
+    g_object_set_data_full(G_OBJECT(GetHandle()), "zeldlg-rows",
+                           g_object_ref(gtk_tree_view_get_model(tree)), g_object_unref);
+    gtk_tree_view_set_model(tree, nullptr);
+}
+
 void ChoiceList::LetSearch() {
     gtk_tree_view_set_enable_search(TreeOf(*this), TRUE);
     gtk_tree_view_set_search_equal_func(TreeOf(*this), IsOtherRow, this, nullptr);
@@ -120,6 +132,9 @@ void ChoiceList::Add(const wxString& text, uint64_t value) {
     SetSelection(0);
     // From the first row on: Ctrl and a click would leave nothing selected otherwise.
     gtk_tree_selection_set_mode(gtk_tree_view_get_selection(TreeOf(*this)), GTK_SELECTION_BROWSE);
+    if (GetCount() == kMeasuredRows) {
+        m_widthOfFirstRows = wxListBox::DoGetBestSize().x;
+    }
 }
 
 void ChoiceList::Choose(unsigned int row) {
@@ -139,7 +154,9 @@ uint64_t ChoiceList::ChosenValue() const {
 
 // As wide as its rows within limits; whole rows high, and the bar below them.
 wxSize ChoiceList::DoGetBestSize() const {
-    const int width = std::clamp(wxListBox::DoGetBestSize().x, kMinWidth, kMaxWidth);
+    const int rowsWidth =
+        GetCount() < kMeasuredRows ? wxListBox::DoGetBestSize().x : m_widthOfFirstRows;
+    const int width = std::clamp(rowsWidth, kMinWidth, kMaxWidth);
     const int rows = std::clamp(static_cast<int>(GetCount()), kMinRows, kMaxRows);
     return {width, rows * RowHeight(TreeOf(*this)) + kFrame +
                        wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, this)};

@@ -15,6 +15,9 @@ class ChoiceList : public wxListBox {
 public:
     /// @param label Stands for the list: its text becomes the list's name.
     ChoiceList(wxWindow* parent, wxStaticText& label);
+    ~ChoiceList() override;
+    ChoiceList(const ChoiceList&) = delete;
+    ChoiceList& operator=(const ChoiceList&) = delete;
 
     /// Has typed letters find a row. For rows that differ: the toolkit opens a small window for
     /// that, and as long as it is there, five seconds, the dialog's close box does nothing.
@@ -41,6 +44,7 @@ private:
     void OnKeyDown(wxKeyEvent& event);
 
     std::function<void()> m_touched;
+    int m_widthOfFirstRows = 0;
 };
 
 }  // namespace zeldlg

@@ -4,6 +4,8 @@
 #include <wx/button.h>
 #include <wx/statline.h>
 
+#include <memory>
+
 #include "dialogs/common/accessible.h"
 #include "dialogs/common/closing.h"
 #include "dialogs/common/dialog_style.h"
@@ -25,6 +27,10 @@ constexpr const char* kExplanation = CATALOGUE_KEY(
     "Please select the unlocking algorithm from the drop-down box below. Your helpdesk can tell "
     "you which algorithm you should select.");
 
+struct Unref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+
 // What belongs to a choice stands below its text.
 constexpr int kIndent = 24;
 
@@ -38,6 +44,20 @@ void SkipArrow(const wxComboBox& list) {
         }
     };
     gtk_container_forall(GTK_CONTAINER(gtk_widget_get_parent(text)), skip, nullptr);
+}
+
+// A menu takes the square of its rows to build: seconds for a thousand of them.
+constexpr size_t kLongestMenu = 100;
+
+// Has the rows drop down as a list instead. To be called before there are any.
+void DropDownAsList(const wxComboBox& list) {
+    const std::unique_ptr<GtkCssProvider, Unref> look(gtk_css_provider_new());
+    gtk_css_provider_load_from_data(look.get(), "* { -GtkComboBox-appears-as-list: true; }", -1,
+                                    nullptr);
+    gtk_style_context_add_provider(gtk_widget_get_style_context(list.GetHandle()),
+                                   GTK_STYLE_PROVIDER(look.get()),
+                                   GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    g_signal_emit_by_name(list.GetHandle(), "style-updated");  // now, not when it is shown
 }
 
 }  // namespace
@@ -100,8 +120,12 @@ void CSelectUnblockMethodDialog::AddAlgorithms(const std::vector<uint32_t>& algo
         names.Add(AlgorithmName(code));
     }
     m_algorithms = new wxComboBox(this, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
-                                  names, wxCB_READONLY);
+                                  wxArrayString(), wxCB_READONLY);
+    if (names.size() > kLongestMenu) {
+        DropDownAsList(*m_algorithms);
+    }
     if (!names.empty()) {
+        m_algorithms->Append(names);
         m_algorithms->SetSelection(0);
     }
     SkipArrow(*m_algorithms);

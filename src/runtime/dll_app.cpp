@@ -51,6 +51,7 @@ void CDllApp::SetUpLocale() {
     m_locale.emplace();
     m_locale->Init(wxLANGUAGE_DEFAULT, wxLOCALE_LOAD_DEFAULT);
     m_locale->AddCatalog("tokenutils");
+    m_direction = wxApp::GetLayoutDirection();
 }
 
 }  // namespace zeldlg

@@ -22,11 +22,15 @@ public:
     /// For example "de_DE"; empty when the toolkit does not know the locale.
     wxString LocaleName() const { return m_locale->GetCanonicalName(); }
 
+    /// That of the locale. The toolkit looks through its table of languages for it each time.
+    wxLayoutDirection GetLayoutDirection() const override { return m_direction; }
+
 private:
     void SetUpLocale();
 
     std::optional<wxLocale> m_locale;
     ModalDialogs m_modalDialogs;
+    wxLayoutDirection m_direction = wxLayout_Default;
 };
 
 }  // namespace zeldlg

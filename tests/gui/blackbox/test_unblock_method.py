@@ -271,6 +271,33 @@ class Keyboard(MethodCase):
         self.assertEqual(CANCELLED, self.end("Escape"))
 
 
+class ManyAlgorithms(MethodCase):
+    """More of them than a menu can have."""
+
+    def test_they_drop_down_and_each_can_be_chosen(self):
+        self.open([*[0] * 4999, 1], pukOffered=0)
+        self.screen.key("Tab")
+        self.screen.wait_focused(self.list())
+        for keys, row in ((["alt+Down", "End", "Return"], WITNESS),
+                          (["alt+Down", "Up", "Return"], CHALLENGE), (["Down"], WITNESS)):
+            for key in keys:
+                self.screen.x11.key(key)
+            wait_until(lambda: self.list().text == row, what=row, seen=lambda: self.list().text)
+        self.screen.wait_focused(self.list())
+        self.assertEqual((OK, (2, 4999)), (self.end("Return"), self.outputs()))
+
+    def test_escape_closes_the_list_before_the_dialog(self):
+        self.open([0] * 300, pukOffered=0)
+        self.list().focus()
+        windows = len(self.screen.windows(self.host))
+        self.screen.key("alt+Down", self.list())
+        wait_until(lambda: len(self.screen.windows(self.host)) > windows, what="the list")
+        self.screen.x11.key("Escape")
+        self.screen.wait_focused(self.list())
+        self.assertFalse(self.call.done)
+        self.assertEqual(CANCELLED, self.end("Escape"))
+
+
 class WaysOut(MethodCase):
     def test_every_way_out_but_ok_cancels_and_writes_nothing(self):
         for arguments in ({}, {"pukOffered": 0, "codes": []}):
