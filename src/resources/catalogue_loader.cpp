@@ -1,12 +1,13 @@
 #include "resources/catalogue_loader.h"
 
+#include <dirent.h>
+#include <sys/stat.h>
 #include <wx/file.h>
 #include <wx/filefn.h>
 #include <wx/stdpaths.h>
 #include <wx/utils.h>
 
-#include <filesystem>
-#include <system_error>
+#include <memory>
 #include <utility>
 
 #include "resources/catalogue_check.h"
@@ -14,8 +15,6 @@
 namespace zeldlg {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 // Far beyond any catalogue: what is larger is not read into memory.
 constexpr wxFileOffset kLargestCatalogue = wxFileOffset{16} << 20;
@@ -33,10 +32,28 @@ bool ReadFile(const wxString& path, std::string& bytes) {
     return file.Read(bytes.data(), bytes.size()) == static_cast<ssize_t>(size);
 }
 
-bool IsFile(const fs::path& path) {
-    std::error_code ignored;
-    return fs::is_regular_file(path, ignored);
-}
+// A folder that is looked through. Not the standard library's: that ends the process where there is
+// no memory for a name.
+class Folder {
+public:
+    explicit Folder(const wxString& path) : m_entries(opendir(path.fn_str())) {}
+    /// The next name in it, "." and ".." as well; null at the end, and where it cannot be read.
+    const char* Next() {
+        const dirent* const entry = m_entries != nullptr ? readdir(m_entries.get()) : nullptr;
+        return entry != nullptr ? entry->d_name : nullptr;
+    }
+    bool HasFile(const std::string& path) const {
+        struct stat status {};
+        return fstatat(dirfd(m_entries.get()), path.c_str(), &status, 0) == 0 &&
+               S_ISREG(status.st_mode);
+    }
+
+private:
+    struct Close {
+        void operator()(DIR* entries) const { closedir(entries); }
+    };
+    std::unique_ptr<DIR, Close> m_entries;
+};
 
 }  // namespace
 
@@ -63,14 +80,16 @@ wxMsgCatalog* CatalogueLoader::LoadCatalog(const wxString& domain, const wxStrin
 
 wxArrayString CatalogueLoader::GetAvailableTranslations(const wxString& domain) const {
     wxArrayString languages;
-    const fs::path file((domain + ".mo").fn_str().data());
+    const std::string file((domain + ".mo").fn_str().data());
+    std::string path;
     for (const wxString& prefix : Prefixes()) {
-        std::error_code ignored;
-        for (fs::directory_iterator each(prefix.fn_str().data(), ignored), end; each != end;
-             each.increment(ignored)) {
-            const fs::path& folder = each->path();
-            if (IsFile(folder / "LC_MESSAGES" / file) || IsFile(folder / file)) {
-                languages.Add(wxString(folder.filename().c_str(), *wxConvFileName));
+        Folder folder(prefix);
+        while (const char* const name = folder.Next()) {
+            const auto holds = [&](const char* between) {
+                return folder.HasFile(path.assign(name).append(between).append(file));
+            };
+            if (name[0] != '.' && (holds("/LC_MESSAGES/") || holds("/"))) {
+                languages.Add(wxString(name, *wxConvFileName));
             }
         }
     }
