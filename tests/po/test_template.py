@@ -26,6 +26,11 @@ NOT_SHOWN = {
     "the folders, the files and a field of catalogues":
         {"/", "/share/locale", "/LC_MESSAGES", "LC_MESSAGES", "tokenutils", ".mo", "LC_PATH",
          "Plural-Forms:"},
+    "how the toolkit is told to show a list": {"* { -GtkComboBox-appears-as-list: true; }"},
+    "what the X server and the kernel keep": {"_NET_ACTIVE_WINDOW", "/proc/self/task/%d/stat", ") S "},
+    "what is wrong with a policy, for programmers":
+        {"the policy's block is too small", "the policy's block is missing",
+         "the enabled character list is missing", "the characters are missing"},
     "conversions of a format": {"%", "*", "width", "-+ #0", "hlLqjzt"},
     "what is said on standard error":
         {"zeldlg: the connection to the display is lost\n", "the display is lost",
@@ -33,6 +38,7 @@ NOT_SHOWN = {
     "the names of the token of a demonstration and of the program": {"fake token", "wxdll"},
     "characters that are put into texts": {"\u00a0", "\u200e", "\u200f", "\u2026"},
     "the widest serial number": {"XXXXXXXX-XXXX-XXXX XX:XX:XX"},
+    "line ends": {"\r", "\u2028", "\u2029"},
     "glue between texts": {"", " ", "\n", "\n\n", ":"},
 }
 
@@ -52,7 +58,7 @@ def literals(source):
     """The string literals of a C++ source."""
     source = COMMENT.sub(lambda match: match[1] or " ", source)
     source = re.sub(r"'(?:\\.|[^'\\\n])+'", "' '", DIRECTIVE.sub("", source))
-    source = NO_TEXT.sub(";", source)
+    source = NO_TEXT.sub(";", source).replace('extern "C"', "extern")
     for match in LITERAL.finditer(source):
         pieces = re.findall(r'"((?:\\.|[^"\\\n])*)"', match["text"])
         yield "".join(pieces).encode("latin-1", "backslashreplace").decode("unicode_escape")

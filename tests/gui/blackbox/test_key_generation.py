@@ -195,11 +195,16 @@ class Life(KeyCase):
             return self.quiet_heap()
 
         # A host in such a hurry has many windows waiting to be freed at a time, and the toolkit's
-        # tables stay as large as that made them: the first batch is the larger one. One window is
-        # 20 kB and more.
+        # tables stay as large as that made them: the first batch is the larger one, but on a machine
+        # with much else to do a later one can be larger still. One window is 20 kB and more, and a
+        # window that stays does so in every batch.
         if not os.environ.get("ZELDLG_INSTRUMENTED"):
-            first = size_after(240)
-            self.assertLess(size_after(120) - first, 1_200_000, "bytes of 120 windows")
+            sizes = [size_after(240)]
+            for _ in range(3):
+                sizes.append(size_after(120))
+                if sizes[-1] - sizes[-2] < 1_200_000:
+                    break
+            self.assertLess(sizes[-1] - sizes[-2], 1_200_000, f"bytes of 120 windows: {sizes}")
 
     def quiet_heap(self):
         """Bytes in use, once they have been the same for a second: windows are freed when the
