@@ -1,11 +1,14 @@
 #!/usr/bin/python3
 """A host outlives the display that its dialogs stand on."""
 
+import contextlib
 import os
 import signal
+import socket
+import threading
 import unittest
 
-from stage import FAILED, Screen, Stage, StageTestCase
+from stage import FAILED, Screen, Stage, StageTestCase, wait_until
 
 PIN = "DLG_ShowPinDialog"
 
@@ -40,7 +43,8 @@ class DisplayLoss(StageTestCase):
         self.assertTrue(call.untouched("buffer"))
         self.host.run("DLG_Finalize")
         self.assertEqual(0, self.host.quit(), self.host.stderr())
-        self.assertIn("the connection to the display is lost", self.host.stderr())
+        wait_until(lambda: "the connection to the display is lost" in self.host.stderr(),
+                   what="a word about the loss")
 
     def test_while_a_dialog_is_open_its_call_fails_and_the_host_lives(self):
         call = self.open(PIN, "Enter PIN")
@@ -79,6 +83,117 @@ class DisplayLoss(StageTestCase):
         self.open(PIN, "Enter PIN")
         self.lose_display()
         self.assertEqual(0, self.host.quit())
+
+
+class Wire:
+    """A display whose connections pass through here, and break at some point."""
+
+    def __init__(self, display):
+        self._server = f"/tmp/.X11-unix/X{display.lstrip(':')}"
+        self._listener = socket.socket()
+        for number in range(4900, 5000):  # displays are at port 6000 and up
+            with contextlib.suppress(OSError):
+                self._listener.bind(("127.0.0.1", 6000 + number))
+                break
+        self.display = f"127.0.0.1:{number}"
+        self._listener.listen()
+        self._left = None
+        self._sockets = []
+        self._lock = threading.Lock()
+        threading.Thread(target=self._accept, daemon=True).start()
+
+    def break_after(self, count):
+        """Once the server has sent that many more bytes."""
+        with self._lock:
+            self._left = count
+
+    def close(self):
+        self._listener.close()
+        for each in self._sockets:
+            self._hang_up(each)
+
+    @property
+    def broken(self):
+        with self._lock:
+            return self._left == 0
+
+    def _accept(self):
+        with contextlib.suppress(OSError):
+            while True:
+                client = self._listener.accept()[0]
+                server = socket.socket(socket.AF_UNIX)
+                server.connect(self._server)
+                self._sockets += [client, server]
+                for source, target, counts in ((client, server, False), (server, client, True)):
+                    threading.Thread(target=self._pass_on, args=(source, target, counts),
+                                     daemon=True).start()
+
+    def _pass_on(self, source, target, counts):
+        with contextlib.suppress(OSError):
+            if counts:
+                self._pass_on_greeting(source, target)
+            while data := source.recv(4096):
+                with self._lock:
+                    if counts and self._left is not None:
+                        data = data[:self._left]
+                        self._left -= len(data)
+                    breaks = self._left == 0
+                target.sendall(data)
+                if breaks:
+                    break
+        self._hang_up(source)
+        self._hang_up(target)
+
+    @staticmethod
+    def _pass_on_greeting(source, target):
+        """Does not count: without it the display cannot be opened at all, which is no loss."""
+        head = source.recv(8, socket.MSG_WAITALL)
+        length = 4 * int.from_bytes(head[6:8], "little")
+        target.sendall(head + source.recv(length, socket.MSG_WAITALL))
+
+    @staticmethod
+    def _hang_up(each):
+        with contextlib.suppress(OSError):
+            each.shutdown(socket.SHUT_RDWR)
+
+
+class LossOnTheWay(StageTestCase):
+    """The connection breaks at some moment of a start or an end."""
+
+    def start_host_on_a_wire(self):
+        wire = Wire(os.environ["DISPLAY"])
+        self.addCleanup(wire.close)
+        host = self.start_host(
+            environment={"DISPLAY": wire.display, "ASAN_OPTIONS": "detect_leaks=0"}, strict=False)
+        return host, wire
+
+    def expect_host_alive(self, host):
+        for _ in range(2):
+            host.call("DLG_Finalize").result()
+            self.assertEqual(FAILED, host.call("DLG_GetLocale", bufferCapacity=16).result())
+        self.assertEqual(0, host.quit(), host.stderr())
+
+    def test_during_a_start_calls_fail_and_finalise_returns(self):
+        for count in (1, 500, 2000, 4000):
+            host, wire = self.start_host_on_a_wire()
+            wire.break_after(count)
+            call = host.call("DLG_ShowPinDialog")
+            wait_until(lambda: wire.broken or call.done, 20, "the loss")
+            with self.subTest(count=count):
+                self.assertEqual(FAILED, call.result(), host.stderr())
+                self.expect_host_alive(host)
+
+    def test_during_an_end_finalise_returns_and_calls_fail(self):
+        for count in (1, 40, 100, 200):
+            host, wire = self.start_host_on_a_wire()
+            self.assertEqual(1, host.run("DLG_PinPadShowVerificationDialog"))
+            wire.break_after(count)
+            with self.subTest(count=count):
+                host.call("DLG_Finalize").result()
+                wire.close()
+                # A break between two uses is found in the second.
+                wait_until(lambda: host.call("DLG_GetLocale", bufferCapacity=16).result() == FAILED)
+                self.expect_host_alive(host)
 
 
 if __name__ == "__main__":

@@ -2,12 +2,13 @@
 """How the library lives in its host: start, end, threads, neighbours."""
 
 import os
+import subprocess
 import unittest
 
 from every_dialog import DIALOGS
 from slow_display import SlowDisplay
 from soak.waiting_threads import WaitingThreads
-from stage import CANCELLED, FAILED, NOT_SUPPORTED, OK, StageTestCase, wait_until
+from stage import CANCELLED, FAILED, NOT_SUPPORTED, OK, StageTestCase, scaled, wait_until
 
 PIN = "DLG_ShowPinDialog"
 TITLE = "Enter PIN"
@@ -339,6 +340,38 @@ class SlowStart(LifeCase):
         self.display.let_through()
         self.assertIsNone(end.result())
         self.cancel_pin_dialog(self.host)
+
+
+class RoughHosts(StageTestCase):
+    """What hosts do that ought not to, see tests/gui/host/rough_host.c."""
+
+    AS_EXPECTED = 43
+
+    def assert_ends_as_expected(self, scenario, *arguments):
+        host = subprocess.run([os.environ["ZELDLG_ROUGH_HOST"], scenario, *map(str, arguments)],
+                              env={**os.environ, **STILL_RUNNING}, capture_output=True, text=True,
+                              timeout=scaled(150), check=False)
+        self.assertEqual((self.AS_EXPECTED, ""), (host.returncode, host.stderr),
+                         f"{scenario} {arguments}")
+
+    def test_an_exit_while_other_threads_call_ends_with_its_status(self):
+        for milliseconds in (0, 30, 60, 90, 120, 150, 200, 300):
+            self.assert_ends_as_expected("callers", milliseconds)
+
+    def test_an_exit_while_another_thread_starts_and_ends_ends_with_its_status(self):
+        for milliseconds in (0, 30, 60, 90, 120, 150, 200, 300):
+            self.assert_ends_as_expected("restarts", milliseconds)
+
+    def test_a_signal_handler_may_exit_while_its_thread_waits_for_the_end(self):
+        self.assert_ends_as_expected("signal")
+
+    @unittest.skipIf(os.environ.get("ZELDLG_INSTRUMENTED"),
+                     "the sanitizers do not stand asynchronous cancellation")
+    def test_a_thread_that_can_be_cancelled_anywhere_is_cancelled_around_its_calls(self):
+        self.assert_ends_as_expected("cancel")
+
+    def test_a_call_of_a_librarys_constructor_fails_and_later_ones_work(self):
+        self.assert_ends_as_expected("constructor", os.environ["ZELDLG_ROUGH_CONSTRUCTOR"])
 
 
 class NullArguments(LifeCase):
