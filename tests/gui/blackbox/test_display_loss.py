@@ -8,6 +8,7 @@ import socket
 import threading
 import unittest
 
+from slow_display import SlowDisplay
 from stage import FAILED, Screen, Stage, StageTestCase, wait_until
 
 PIN = "DLG_ShowPinDialog"
@@ -85,86 +86,57 @@ class DisplayLoss(StageTestCase):
         self.assertEqual(0, self.host.quit())
 
 
-class Wire:
-    """A display whose connections pass through here, and break at some point."""
+class BreakingDisplay(SlowDisplay):
+    """A display whose connections break after the server has answered so many bytes."""
 
     def __init__(self, display):
-        self._server = f"/tmp/.X11-unix/X{display.lstrip(':')}"
-        self._listener = socket.socket()
-        for number in range(4900, 5000):  # displays are at port 6000 and up
-            with contextlib.suppress(OSError):
-                self._listener.bind(("127.0.0.1", 6000 + number))
-                break
-        self.display = f"127.0.0.1:{number}"
-        self._listener.listen()
         self._left = None
-        self._sockets = []
         self._lock = threading.Lock()
-        threading.Thread(target=self._accept, daemon=True).start()
+        super().__init__(display)
+        self.let_through()
 
     def break_after(self, count):
-        """Once the server has sent that many more bytes."""
         with self._lock:
             self._left = count
-
-    def close(self):
-        self._listener.close()
-        for each in self._sockets:
-            self._hang_up(each)
 
     @property
     def broken(self):
         with self._lock:
             return self._left == 0
 
-    def _accept(self):
+    def _pump(self, source, sink, gate):
         with contextlib.suppress(OSError):
-            while True:
-                client = self._listener.accept()[0]
-                server = socket.socket(socket.AF_UNIX)
-                server.connect(self._server)
-                self._sockets += [client, server]
-                for source, target, counts in ((client, server, False), (server, client, True)):
-                    threading.Thread(target=self._pass_on, args=(source, target, counts),
-                                     daemon=True).start()
-
-    def _pass_on(self, source, target, counts):
-        with contextlib.suppress(OSError):
-            if counts:
-                self._pass_on_greeting(source, target)
+            if gate is not None:
+                self._pass_on_greeting(source, sink)
             while data := source.recv(4096):
                 with self._lock:
-                    if counts and self._left is not None:
+                    if gate is not None and self._left is not None:
                         data = data[:self._left]
                         self._left -= len(data)
                     breaks = self._left == 0
-                target.sendall(data)
+                sink.sendall(data)
                 if breaks:
                     break
-        self._hang_up(source)
-        self._hang_up(target)
+        for each in (source, sink):
+            with contextlib.suppress(OSError):
+                each.shutdown(socket.SHUT_RDWR)
 
     @staticmethod
-    def _pass_on_greeting(source, target):
+    def _pass_on_greeting(source, sink):
         """Does not count: without it the display cannot be opened at all, which is no loss."""
         head = source.recv(8, socket.MSG_WAITALL)
         length = 4 * int.from_bytes(head[6:8], "little")
-        target.sendall(head + source.recv(length, socket.MSG_WAITALL))
-
-    @staticmethod
-    def _hang_up(each):
-        with contextlib.suppress(OSError):
-            each.shutdown(socket.SHUT_RDWR)
+        sink.sendall(head + source.recv(length, socket.MSG_WAITALL))
 
 
 class LossOnTheWay(StageTestCase):
     """The connection breaks at some moment of a start or an end."""
 
     def start_host_on_a_wire(self):
-        wire = Wire(os.environ["DISPLAY"])
+        wire = BreakingDisplay(os.environ["DISPLAY"])
         self.addCleanup(wire.close)
         host = self.start_host(
-            environment={"DISPLAY": wire.display, "ASAN_OPTIONS": "detect_leaks=0"}, strict=False)
+            environment={"DISPLAY": wire.name, "ASAN_OPTIONS": "detect_leaks=0"}, strict=False)
         return host, wire
 
     def expect_host_alive(self, host):
