@@ -24,7 +24,7 @@ NOT_SHOWN = {
     "the digits of challenges and responses": {"0123456789ABCDEF", "0123456789abcdefABCDEF "},
     "names of data that the toolkit keeps": {"zeldlg-tied-to"},
     "the folders, the files and a field of catalogues":
-        {"/", "/share/locale", "/LC_MESSAGES", "LC_MESSAGES", "tokenutils", ".mo", "LC_PATH",
+        {"/", "/share/locale", "/LC_MESSAGES", "/LC_MESSAGES/", "LC_MESSAGES", "tokenutils", ".mo", "LC_PATH",
          "Plural-Forms:"},
     "how the toolkit is told to show a list": {"* { -GtkComboBox-appears-as-list: true; }"},
     "what the X server and the kernel keep": {"_NET_ACTIVE_WINDOW", "/proc/self/task/%d/stat", ") S "},
