@@ -1,6 +1,5 @@
 #include "pin/pin_pad_dialog.h"
 
-#include <gtk/gtk.h>
 #include <wx/statbox.h>
 
 #include <algorithm>
@@ -32,11 +31,6 @@ wxColour CurrentStepColour() { return {0, 0, 0}; }
 // them.
 wxColour StepBackground() { return {255, 255, 255}; }
 
-// GTK gives it to the first control when it shows a window.
-void TakeKeyboardAway(GtkWidget* window, gpointer) {
-    gtk_window_set_focus(GTK_WINDOW(window), nullptr);
-}
-
 wxFont StepFont(wxFont font) {
     font.SetPointSize(kStepPointSize);
     return font;
@@ -65,7 +59,7 @@ CPinPadDialog::CPinPadDialog(const PinPadLook& look)
         AddAbortButton(rows);
     }
     layout::Finish(*this, rows);
-    g_signal_connect(GetHandle(), "show", G_CALLBACK(TakeKeyboardAway), nullptr);
+    LeaveKeyboard(*this);
 }
 
 void CPinPadDialog::StandBeside(const std::vector<CPinPadDialog*>& others) {

@@ -93,4 +93,14 @@ void CentreAtPointer(wxTopLevelWindow& window) {
     window.Move(window.GetRect().CentreIn(RoomAtPointer()).GetPosition());
 }
 
+void LeaveKeyboard(wxTopLevelWindow& window) {
+    GtkWindow* const native = GTK_WINDOW(window.GetHandle());
+    if (XDisplay() != nullptr) {
+        gtk_window_set_focus_on_map(native, FALSE);
+    }
+    // GTK gives it to the first control when it shows a window.
+    const auto take = +[](GtkWindow* shown) { gtk_window_set_focus(shown, nullptr); };
+    g_signal_connect(native, "show", G_CALLBACK(take), nullptr);
+}
+
 }  // namespace zeldlg

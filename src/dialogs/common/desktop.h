@@ -29,4 +29,8 @@ wxRect RoomAtPointer();
 /// Puts a window that is not shown yet into the middle of that. On Wayland the desktop decides.
 void CentreAtPointer(wxTopLevelWindow& window);
 
+/// Opens the window without the keyboard: the user goes on typing where he was. Where the desktop
+/// gives it the keyboard all the same (Wayland), no control has it.
+void LeaveKeyboard(wxTopLevelWindow& window);
+
 }  // namespace zeldlg

@@ -33,15 +33,16 @@ class PadCase(StageTestCase):
     def pads(self, title=TITLE):
         return [window for window in self.screen.windows(self.host) if window.name == title]
 
-    def wait_keyboard(self, window):
-        """Waits until keys go to the window, which is another thing than to something in it."""
+    def go_to_pad(self, window):
+        """As a user does who wants to; keys go to the window then, but to nothing in it."""
         number = self.screen.x11_window(window)
+        self.screen.x11.ask_manager_to_activate(number)
         wait_until(lambda: self.screen.x11.holds_focus(number) and window.active,
                    what="the keyboard", seen=self.screen.dump)
 
     def go_to_abort(self, window):
         """As a user without a mouse does."""
-        self.wait_keyboard(window)
+        self.go_to_pad(window)
         self.screen.x11.key("Tab")
         return self.screen.wait_focused(window.find("push button", "Abort"))
 
@@ -220,7 +221,7 @@ class Keyboard(PadCase):
     def type_blindly(self, window):
         """What somebody types who has not seen the pad come; done when all of it is served."""
         button = window.find("push button", "Abort")
-        self.wait_keyboard(window)
+        self.go_to_pad(window)
         self.assertFalse(button.focused)
         for key in ("space", "Return", "KP_Enter", "1", "space", "Return"):
             self.screen.x11.key(key)
@@ -251,7 +252,7 @@ class Keyboard(PadCase):
         for kind in self.KINDS:
             with self.subTest(kind):
                 window = self.show_pad(kind, allowAbort=1)
-                self.wait_keyboard(window)
+                self.go_to_pad(window)
                 self.assertEqual(0, self.should_abort())
                 self.screen.x11.key("alt+a")
                 self.wait_abort()
@@ -266,13 +267,13 @@ class Keyboard(PadCase):
 
     def test_the_reports_of_a_reader_do_not_move_the_keyboard(self):
         window = self.show_pad("Modification", allowAbort=1)
-        self.wait_keyboard(window)
+        self.go_to_pad(window)
         self.tell("NextPin", "AddChar", "Timeout")
         self.type_blindly(window)
 
     def test_a_pad_that_gets_the_keyboard_back_has_nothing_focused_either(self):
         window = self.show_pad(allowAbort=1)
-        self.wait_keyboard(window)
+        self.go_to_pad(window)
         call, dialog = self.show(self.host, "DLG_ShowPinDialog", "Enter PIN")
         self.screen.key("Escape", dialog.find("password text"))
         self.assertEqual(CANCELLED, call.result())
@@ -282,9 +283,9 @@ class Keyboard(PadCase):
 
     def test_of_two_pads_none_aborts(self):
         first = self.show_pad(allowAbort=1)
-        self.wait_keyboard(first)
+        self.go_to_pad(first)
         second = self.show_pad(pad="second", allowAbort=1)
-        self.wait_keyboard(second)
+        self.go_to_pad(second)
         for key in ("space", "Return"):
             self.screen.x11.key(key)
         self.go_to_abort(second)

@@ -37,10 +37,10 @@ class Keyboard(StageTestCase):
         call, window = self.show(PIN, PIN_TITLE)
         field = window.find("password text")
         with contextlib.suppress(AssertionError):  # what counts is where the keys arrive
-            wait_until(lambda: window.active and field.focused, 3)
+            wait_until(lambda: field.focused and window.active and not self.editor.active)
         self.type("4321\n")
         with contextlib.suppress(AssertionError):
-            wait_until(lambda: call.done or self.editor.keys, 10)
+            wait_until(lambda: call.done or self.editor.keys)
         self.assertEqual([], self.editor.keys, "arrived in the other program")
         self.assertEqual(OK, call.result())
         self.assertEqual(b"4321", call.value("pin"))
@@ -55,10 +55,23 @@ class Keyboard(StageTestCase):
         self.host.run("DLG_PinPadHideDialog", pad="pad")
         self.pass_a_dialog()
 
+    def test_a_dialog_beside_a_pad_gets_what_is_typed(self):
+        self.show_pad()
+        self.pass_a_dialog()
+
+    def test_the_user_goes_on_typing_when_a_pad_opens(self):
+        self.editor.type_into(self.type)
+        self.show_pad()
+        self.type("a b")
+        wait_until(lambda: len(self.editor.keys) == 3, 5, "the keys in the other program",
+                   seen=lambda: self.editor.keys)
+        self.assertEqual(["a", "space", "b"], self.editor.keys)
+        self.assertEqual(0, self.host.run("DLG_PinPadKeyboardInputShouldAbort", pad="pad"))
+
     def test_the_keyboard_goes_back_when_a_dialog_is_cancelled(self):
         self.editor.type_into(self.type)
         call, window = self.show(PIN, PIN_TITLE)
-        wait_until(lambda: window.active, 10, "the keyboard")
+        wait_until(lambda: window.active and not self.editor.active, what="the keyboard")
         self.screen.x11.key("Escape")
         self.assertEqual(CANCELLED, call.result())
         self.editor.type_into(self.type)
