@@ -111,7 +111,7 @@ void Life::Advance(State to) {
 }
 
 void Life::ParkAtExit() {
-    if (Now() != State::Exiting || m_thread != gettid()) {
+    if (StateIn(m_word) != State::Exiting || m_thread != gettid()) {
         return;
     }
     Change(State::Exiting, State::Parked);
@@ -134,6 +134,24 @@ bool Life::Sleeps() const {
     const std::string_view line(text.data(), static_cast<size_t>(std::max<ssize_t>(length, 0)));
     return line.find(") S ") != line.npos;
 }
+
+namespace {
+
+// Parks the thread in the call that it sleeps in, by a signal that it does not block. (A thread at
+// work must not be stopped so: it may hold a lock that the exit is going to need.)
+void StopIn(pid_t thread) {
+    struct sigaction park {};
+    struct sigaction before {};
+    park.sa_handler = [](int) { ProcessLife().ParkAtExit(); };
+    sigaction(SIGSYS, &park, &before);
+    tgkill(getpid(), thread, SIGSYS);
+    for (uint32_t waited = 0; ProcessLife().Now() != State::Parked && waited < 100; ++waited) {
+        platform::SleepMilliseconds(1);
+    }
+    sigaction(SIGSYS, &before, nullptr);
+}
+
+}  // namespace
 
 Life::AtExit Life::Exit() {
     State now = Now();
@@ -158,7 +176,8 @@ Life::AtExit Life::Exit() {
             atWork = time;
         }
         if (time - atWork > std::chrono::milliseconds(kAsleepMs)) {
-            return AtExit::GoOn;
+            StopIn(m_thread);
+            atWork = time;
         }
         if (time - begin > std::chrono::milliseconds(kExitLimitMs)) {
             return AtExit::EndHere;
@@ -181,7 +200,7 @@ char g_handle = 0;
 // The thread that is moving the handler at the moment. None: 0.
 std::atomic<pthread_t> g_mover{};
 
-constexpr uint32_t kCatalogueWaitMs = 100;
+constexpr uint32_t kCatalogueWaitMs = 300;
 
 // glibc hands the exit status to handlers of this kind, too.
 void OnExit(void*, int status) {
@@ -223,6 +242,13 @@ void GoFirstAtExit() {
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
+
+namespace {
+
+// A first call may come when the exit is past all handlers, and destroys libraries already.
+__attribute__((constructor)) void WatchExit() { GoFirstAtExit(); }
+
+}  // namespace
 
 void StayFirstAtExit() {
     static std::atomic<Clock::rep> last{0};

@@ -44,11 +44,12 @@ public:
 
     /// What the exit of the process comes to.
     enum class AtExit {
-        GoOn,     ///< The thread is parked, asleep in some system call, or was not there.
+        GoOn,     ///< The thread is parked, or was not there.
         EndHere,  ///< It is still at work, after kExitLimitMs.
     };
     static constexpr uint32_t kExitLimitMs = 1500;
-    /// That long asleep in the midst of a call of the toolkit's, it waits for something outside.
+    /// That long asleep in the midst of a call of the toolkit's, it waits for something outside,
+    /// and is parked there.
     static constexpr uint32_t kAsleepMs = 500;
 
     /// The exiting thread: from now on nothing changes but to Parked, which is waited for. Takes

@@ -156,6 +156,7 @@ TEST(Life, WhoAwaitsItsEndGoesOnWhenTheThreadHasEndedOrIsLost) {
 struct Observed {
     EventHandle reached = EventHandle::Create();
     EventHandle never = EventHandle::Create();
+    EventHandle back = EventHandle::Create();
     std::atomic<bool> cameBack{false};
 };
 
@@ -176,6 +177,7 @@ void StayIn(State state, uint32_t milliseconds, State next) {
         }
         Seen().reached->Set();
         WaitForEvent(*Seen().never, milliseconds);
+        Seen().back->Set();
         ProcessLife().Advance(next);
         Seen().cameBack = true;
     }).detach();
@@ -224,6 +226,24 @@ TEST_F(LifeDeathTest, AStartThatComesTooLateIsNotMade) {
     EXPECT_EXIT(StartDuringTheExit(), testing::ExitedWithCode(kAsExpected), "");
 }
 
+bool g_checksLast = false;
+
+// When the process destroys its libraries.
+__attribute__((destructor)) void CheckLast() {
+    if (g_checksLast) {
+        End(!ProcessLife().Change(State::Down, State::Entering) && ProcessLife().IsOver());
+    }
+}
+
+void ExitBeforeTheFirstCall() {
+    g_checksLast = true;
+    std::exit(0);
+}
+
+TEST_F(LifeDeathTest, NorIsTheFirstOfAllStarts) {
+    EXPECT_EXIT(ExitBeforeTheFirstCall(), testing::ExitedWithCode(kAsExpected), "");
+}
+
 void ExitAfterAnEnd() {
     std::atexit([] { End(ProcessLife().Now() == State::Exiting && Seen().cameBack); });
     StayIn(State::Ending, 0, State::Down);
@@ -267,12 +287,15 @@ TEST_F(LifeDeathTest, GoingFirstAgainAndAgainLosesNoHandler) {
 
 // As on a display that hangs: it may never come back.
 void ExitWhileAsleep() {
-    std::atexit([] { End(ProcessLife().Now() == State::Exiting && !Seen().cameBack); });
+    std::atexit([] {
+        Seen().never->Set();  // it is answered at last
+        End(ProcessLife().Now() == State::Parked && !WaitForEvent(*Seen().back, 50));
+    });
     StayIn(State::Starting, platform::kNoTimeout, State::Up);
     std::exit(0);
 }
 
-TEST_F(LifeDeathTest, TheExitGoesOnBesideAThreadThatSleepsInACall) {
+TEST_F(LifeDeathTest, AThreadThatSleepsInACallIsParkedThere) {
     EXPECT_EXIT(ExitWhileAsleep(), testing::ExitedWithCode(kAsExpected), "");
 }
 

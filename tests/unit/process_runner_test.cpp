@@ -1,11 +1,18 @@
 // The runner of the process: each test has a process of its own, without a display.
+#include <glib.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <thread>
 
+#include "registry/registry_store.h"
 #include "runtime/gui_runner.h"
 #include "runtime/handlers/handler_chain.h"
+#include "runtime/wx_toolkit.h"
 
 namespace zeldlg {
 namespace {
@@ -49,6 +56,30 @@ void StartAnew() {
 
 TEST_F(ProcessRunnerDeathTest, AnotherRunnerHasTheWholeChainAgain) {
     EXPECT_EXIT(StartAnew(), testing::ExitedWithCode(HandlersOfAChain()), "");
+}
+
+// A lack of memory shows in the same way.
+void FailInTheMidstOfAStart() {
+    LoseDisplay();
+    registry::RegistryPlaces places;
+    places.environment = [](const char*) -> std::optional<std::string> {
+        throw std::runtime_error("no settings");
+    };
+    registry::SetRegistryPlaces(places);
+    WxToolkit toolkit;
+    bool raised = false;
+    try {
+        toolkit.Start([] {});
+    } catch (const std::runtime_error&) {
+        raised = true;
+    }
+    bool free = false;
+    std::thread([&free] { free = g_main_context_acquire(nullptr) != FALSE; }).join();
+    _exit(raised && free ? 0 : kOtherwise);
+}
+
+TEST_F(ProcessRunnerDeathTest, AStartThatRaisesKeepsNothingOfTheProcess) {
+    EXPECT_EXIT(FailInTheMidstOfAStart(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
