@@ -39,7 +39,7 @@ class Worker:
         answer = self._process.stdout.readline().strip()
         if not answer:
             self.end()
-            return "the stage, which died"
+            return "nothing, for the stage died"
         return None if answer == "-" else answer
 
     def end(self):
