@@ -40,7 +40,10 @@ class Display:
             stack.callback(os.close, reading)
             self._process = subprocess.Popen(
                 dying_with_parent(["Xvfb", self.name, "-displayfd", str(writing), "-screen", "0",
-                                   "800x600x24", "-nolisten", "tcp", "-noreset"]),
+                                   "800x600x24", "-nolisten", "tcp", "-noreset",
+                                   # The OpenGL library crashes when the server dies while GDK
+                                   # asks it, as the first program on a display has it do.
+                                   "-extension", "GLX"]),
                 stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                 pass_fds=[writing])
             os.close(writing)

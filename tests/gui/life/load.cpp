@@ -19,6 +19,7 @@ constexpr int kNoLibrary = 97;
 constexpr int kWrongResult = 98;
 
 std::atomic<bool> g_failuresAllowed{false};
+std::atomic<size_t> g_callers{0};  // threads of every Load that have not ended
 
 void Expect(const char* call, uint32_t result, uint32_t expected, uint32_t failure) {
     if (result != expected && !(result == failure && FailuresAllowed())) {
@@ -208,10 +209,12 @@ Load::Load(const Library& library, std::vector<const Act*> acts, uint32_t seed, 
     };
     for (unsigned index = 0; index < threads; ++index) {
         ++m_running;
+        ++g_callers;
         pthread_detach(StartThread(
             [](void* argument) -> void* {
                 const auto* const start = static_cast<Start*>(argument);
                 start->load->Run(start->index);
+                --g_callers;
                 --start->load->m_running;
                 return nullptr;
             },
@@ -226,7 +229,7 @@ bool Load::Join() {
     uint64_t alone = Nanoseconds();
     while (m_running != 0 && Nanoseconds() < alone + 2 * kSecond) {
         SleepUntil(Nanoseconds() + 1'000'000);
-        if (HasLibraryThread(1 + m_running)) {
+        if (HasLibraryThread(1 + g_callers)) {
             alone = Nanoseconds();
         }
     }
