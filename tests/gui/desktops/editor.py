@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """The other program of a desktop: a window with one field. Tells each key that it gets, one a line.
 
-    editor.py [--fullscreen] TITLE
+    editor.py [--fullscreen | --maximized] TITLE
 """
 
 import sys
@@ -32,12 +32,22 @@ def on_mapped(window, _event):
         window.present_with_time(GdkX11.x11_get_server_time(window.get_window()))
 
 
+def darken():
+    """Told from a dialog above it, whether it has the keyboard or not."""
+    style = Gtk.CssProvider()
+    style.load_from_data(b"entry, entry:backdrop { background: #203020; color: white; }")
+    Gtk.StyleContext.add_provider_for_screen(Gdk.Screen.get_default(), style, 800)
+
+
 def main():
+    darken()
     window = Gtk.Window(title=sys.argv[-1])
     window.add(Gtk.Entry())
     window.set_default_size(300, 200)
     if "--fullscreen" in sys.argv:
         window.fullscreen()
+    if "--maximized" in sys.argv:
+        window.maximize()
     window.connect("key-press-event", on_key)
     window.connect("notify::is-active", on_active)
     window.connect("map-event", on_mapped)
