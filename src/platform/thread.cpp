@@ -31,7 +31,7 @@ int32_t CancelThread(pthread_t thread) {
 }
 
 void SleepMilliseconds(uint32_t milliseconds) {
-    std::this_thread::sleep_for(std::chrono::microseconds(int64_t{milliseconds} * 1000));
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 }  // namespace zeldlg::platform

@@ -25,8 +25,6 @@ using State = Life::State;
 
 namespace {
 
-constexpr uint32_t kPollMs = 10;
-
 // The host's signals are for the host's threads. With SIGPIPE blocked a lost display connection
 // is a failed write here, whatever the host does about that signal.
 void BlockAsynchronousSignals() {

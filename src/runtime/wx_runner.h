@@ -23,6 +23,9 @@ using RequestHandler = bool (*)(CMessage* message);
 
 class CWXRunner : public CThread {
 public:
+    /// How long an idle thread waits for a request before it lets the toolkit work.
+    static constexpr uint32_t kPollMs = 10;
+
     /// Life and events are the caller's and outlive the thread.
     CWXRunner(Life& life, platform::ManualResetEvent* startedEvent,
               platform::ManualResetEvent* quitEvent, std::unique_ptr<Toolkit> toolkit,

@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cwchar>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace zeldlg {
 namespace {
@@ -181,19 +184,30 @@ TEST(PolicyMessages, ClassListsAreMadeFromThePinAndTheMask) {
     }
 }
 
-TEST(PolicyMessages, EachAsciiPunctuationCharacterIsFound) {
-    PinPolicy policy;
-    policy.p2ClassMask = kClassPunctuation;
-    for (int code = 0; code < 256; ++code) {
-        const std::string pin(1, static_cast<char>(code));
-        const bool expected = (code >= 33 && code <= 47) || (code >= 58 && code <= 64) ||
-                              (code >= 91 && code <= 96) || (code >= 123 && code <= 126);
-        EXPECT_EQ(Describe(policy, 0x6490, pin),
-                  expected ? L"PIN code invalid:\nThis PIN uses punctuation characters.\nIt is "
-                             L"missing nothing."
-                           : L"PIN code invalid:\nThis PIN uses nothing.\nIt is missing "
-                             L"punctuation characters.")
-            << code;
+TEST(PolicyMessages, EachMemberOfEachClassIsFoundAndNothingElse) {
+    struct {
+        std::uint8_t bit;
+        const wchar_t* name;
+        std::vector<std::pair<int, int>> ranges;
+    } const classes[] = {
+        {1, L"downcase letters", {{97, 122}}},
+        {2, L"upcase letters", {{65, 90}}},
+        {4, L"numbers", {{48, 57}}},
+        {8, L"punctuation characters", {{33, 47}, {58, 64}, {91, 96}, {123, 126}}}};
+    for (const auto& each : classes) {
+        PinPolicy policy;
+        policy.p2ClassMask = each.bit;
+        for (int code = 0; code < 256; ++code) {
+            const std::string pin(1, static_cast<char>(code));
+            const bool isMember = std::any_of(
+                each.ranges.begin(), each.ranges.end(),
+                [code](const auto& range) { return code >= range.first && code <= range.second; });
+            const std::wstring name = each.name;
+            EXPECT_EQ(Describe(policy, 0x6490, pin),
+                      L"PIN code invalid:\nThis PIN uses " + (isMember ? name : L"nothing") +
+                          L".\nIt is missing " + (isMember ? L"nothing" : name) + L".")
+                << code;
+        }
     }
 }
 

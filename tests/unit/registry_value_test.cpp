@@ -34,6 +34,9 @@ TEST(RegistryValueLine, NumberIsReadAsFarAsItsDigitsGo) {
     EXPECT_EQ(Read("\"n\"=dword:1x"), NumberValue(1));
     EXPECT_EQ(Read("\"n\"=dword:"), NumberValue(0));
     EXPECT_EQ(Read("\"n\"=dword:-1"), NumberValue(0));
+    for (const char* const neighbour : {"/", ":", "@", "G", "`", "g"}) {
+        EXPECT_EQ(Read("\"n\"=dword:1"s + neighbour + "2"), NumberValue(1)) << neighbour;
+    }
     EXPECT_EQ(Read("\"n\"=dword:123456789"), NumberValue(0x23456789));
 }
 

@@ -32,6 +32,16 @@ TEST(ResponseBytes, ArePairsOfDigitsHighNibbleFirst) {
     EXPECT_EQ(DecodeResponse(L"0000"), "\0\0"s);
 }
 
+TEST(ResponseBytes, EveryDigitCountsInBothPlaces) {
+    const std::wstring digits = L"0123456789abcdefABCDEF";
+    for (size_t index = 0; index < digits.size(); ++index) {
+        const auto value = static_cast<char>(index < 16 ? index : index - 6);
+        EXPECT_EQ(DecodeResponse(digits.substr(index, 1) + L"0"),
+                  std::string(1, static_cast<char>(value << 4)));
+        EXPECT_EQ(DecodeResponse(L"0" + digits.substr(index, 1)), std::string(1, value));
+    }
+}
+
 TEST(ResponseBytes, BlanksCountForNothingWhereverTheyStand) {
     EXPECT_EQ(DecodeResponse(L"  1 2 34  5 6 "), "\x12\x34\x56"s);
     EXPECT_EQ(DecodeResponse(L" "), "");

@@ -71,6 +71,18 @@ TEST(SecretTextLength, CountsBytesOfUtf8) {
     EXPECT_EQ(Utf8Length(L"\U0001f511"), 4U);
 }
 
+TEST(SecretTextLength, GrowsWhereUtf8Does) {
+    const struct {
+        wchar_t character;
+        size_t bytes;
+    } rows[] = {{0x7F, 1},   {0x80, 2},    {0x7FF, 2},   {0x800, 3},
+                {0xFFFF, 3}, {0x10000, 4}, {0x10FFFF, 4}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(Utf8Length(wxString(row.character)), row.bytes)
+            << std::hex << static_cast<long>(row.character);
+    }
+}
+
 TEST(SecretTextLength, OfWhatCannotBeConvertedIsZero) {
     const wxAssertHandler_t handler = wxSetAssertHandler(nullptr);  // The toolkit would complain.
     const wxString beyondUnicode = wxString("1234") + static_cast<wchar_t>(0x110000);

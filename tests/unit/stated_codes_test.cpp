@@ -10,8 +10,10 @@
 #include "registry/registry_error.h"
 #include "registry/registry_store.h"
 #include "registry/registry_value.h"
+#include "runtime/gui_runner.h"
 #include "runtime/reply_block.h"
 #include "runtime/request_codes.h"
+#include "runtime/wx_runner.h"
 
 namespace zeldlg {
 
@@ -112,6 +114,10 @@ static_assert(platform::kMissingArgument == 7);
 static_assert(platform::kNoTimeout == 0xFFFFFFFF);
 static_assert(platform::kWaitTimedOut == -2);
 static_assert(platform::kWaitError == -1);
+
+// Milliseconds
+static_assert(GuiRunner::kStartWaitMs == 180);
+static_assert(CWXRunner::kPollMs == 10);
 
 // What exports return
 static_assert(ZELDLG_OK == 0);

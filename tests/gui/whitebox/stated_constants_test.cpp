@@ -464,8 +464,11 @@ TEST(StatedConstants, OfTheDigitalIdDialog) {
           Labels(*dialog)},
          {"list's border", 5, BorderOf(list)},
          {"list's place", wxALL | wxEXPAND, FlagsOf(list)}});
-    const wxStaticText& date = LabelReading(*dialog, "2024-01-01");
-    EXPECT_GE(date.GetMinSize().x, date.GetTextExtent("XXXXXXXX-XXXX-XXXX XX:XX:XX").x);
+    const auto* const sized =
+        new wxStaticText(dialog.get(), wxID_ANY, "XXXXXXXX-XXXX-XXXX XX:XX:XX");
+    for (const char* const date : {"2024-01-01", "2025-01-01"}) {
+        EXPECT_EQ(LabelReading(*dialog, date).GetMinSize(), sized->GetBestSize());
+    }
 }
 
 // Unblocking
@@ -601,6 +604,14 @@ TEST(StatedConstants, OfTheEnrolmentHint) {
     const wxWindow& ok = WithId(*dialog, 5100);
     ExpectStated({{"style", 0x20008000, StyleOf(*dialog)},
                   {"title", "Fingerprint enrolment information", dialog->GetTitle()},
+                  {"texts",
+                   Texts{"You are about to enrol a (new) finger on the Lumora Bio Token. This "
+                         "enrolment process is carried out in 3 scans. The title bar of the window "
+                         "prompting you to swipe your finger over the sensor and the number in the "
+                         "window indicates which scan is being made. The process automatically "
+                         "terminates when you have made the three scans. It is important that you "
+                         "use exactly the same finger in all three scans."},
+                   Labels(*dialog)},
                   {"check box", "Show this window during the next enrolment procedure",
                    LabelOf(*dialog, 13568)},
                   {"check box at first", true, Nth<wxCheckBox>(*dialog, 0).GetValue()},
