@@ -246,6 +246,7 @@ class Screen:
     def photograph(self, path, window, margin=0):
         """The same of the window once it has the keyboard, is painted and changes no more."""
         number = self.x11_window(window)
+        self.x11.ask_manager_to_activate(number)  # a PIN pad opens without the keyboard
         wait_until(lambda: self.x11.holds_focus(number), what="the keyboard")
         seen, since = None, time.monotonic()
 
