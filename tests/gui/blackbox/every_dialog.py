@@ -2,7 +2,7 @@
 
 import collections
 
-from stage import CANCELLED, OK, policy, wait_until
+from stage import CANCELLED, OK, policy
 
 # Shown while its call lasts (`result` is what Escape makes of it), or, where `hide` names an
 # export, until that is called: nothing the user does ends it.
@@ -62,8 +62,7 @@ def wait_ready(screen, dialog, window):
     if not dialog.order:
         return
     if dialog.start:
-        number = screen.x11_window(window)
-        wait_until(lambda: screen.x11.holds_focus(number) and window.active, what="the keyboard")
+        screen.go_to(window)
         screen.x11.key(dialog.start)
     screen.wait_focused()
 

@@ -34,11 +34,8 @@ class PadCase(StageTestCase):
         return [window for window in self.screen.windows(self.host) if window.name == title]
 
     def go_to_pad(self, window):
-        """As a user does who wants to; keys go to the window then, but to nothing in it."""
-        number = self.screen.x11_window(window)
-        self.screen.x11.ask_manager_to_activate(number)
-        wait_until(lambda: self.screen.x11.holds_focus(number) and window.active,
-                   what="the keyboard", seen=self.screen.dump)
+        """Keys go to the window then, but to nothing in it."""
+        self.screen.go_to(window)
 
     def go_to_abort(self, window):
         """As a user without a mouse does."""

@@ -223,6 +223,14 @@ class Screen:
             self._clipboard_log.close()
             self._clipboard = None
 
+    def go_to(self, window):
+        """As a user does who wants to type there: a PIN pad opens without the keyboard."""
+        number = self.x11_window(window)
+        self.x11.ask_manager_to_activate(number)
+        wait_until(lambda: self.x11.holds_focus(number) and window.active, what="the keyboard",
+                   seen=self.dump)
+        return number
+
     # ---- pictures
 
     def pixels(self, node):
@@ -245,9 +253,7 @@ class Screen:
 
     def photograph(self, path, window, margin=0):
         """The same of the window once it has the keyboard, is painted and changes no more."""
-        number = self.x11_window(window)
-        self.x11.ask_manager_to_activate(number)  # a PIN pad opens without the keyboard
-        wait_until(lambda: self.x11.holds_focus(number), what="the keyboard")
+        number = self.go_to(window)
         seen, since = None, time.monotonic()
 
         def still():
