@@ -31,13 +31,18 @@ template <typename Body>
 
 /// An export's frame: as Caught, on a thread that cannot be cancelled meanwhile, since the GUI
 /// thread may be writing into its stack. A thread that allows it at any time can be cancelled at
-/// each instruction before and after that, so there is nothing here to be destroyed or caught.
+/// each instruction before and after that, so there is nothing here to be destroyed or caught. The
+/// type is changed, too: the C library's signal may be on its way when the state changes, and on
+/// its arrival only the type is looked at.
 template <typename Body>
 std::invoke_result_t<Body> Guarded(std::invoke_result_t<Body> failure, const Body& body) {
-    int previous = PTHREAD_CANCEL_ENABLE;
-    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &previous);
+    int type = PTHREAD_CANCEL_DEFERRED;
+    int state = PTHREAD_CANCEL_ENABLE;
+    pthread_setcanceltype(PTHREAD_CANCEL_DEFERRED, &type);
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
     const auto result = Caught(failure, body);
-    pthread_setcancelstate(previous, nullptr);
+    pthread_setcanceltype(type, nullptr);
+    pthread_setcancelstate(state, nullptr);
     return result;
 }
 
