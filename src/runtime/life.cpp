@@ -194,8 +194,13 @@ Life& ProcessLife() {
 
 namespace {
 
-// What the exit handler is known by to the C library.
-char g_handle = 0;
+// What the exit handler is known by to the C library, in turns.
+std::array<char, 2> g_handles{};
+uint32_t g_moves = 0;
+
+// The C library fills no place below the last one in use, and 32 places take 1 KiB. So often the
+// handler leaves its place before it takes one, and those in between are free again.
+constexpr uint32_t kMovesUp = 1024;
 
 // The thread that is moving the handler at the moment. None: 0.
 std::atomic<pthread_t> g_mover{};
@@ -234,10 +239,16 @@ void GoFirstAtExit() {
     pthread_sigmask(SIG_BLOCK, &all, &before);
     pthread_t nobody{};
     if (g_mover.compare_exchange_strong(nobody, pthread_self())) {
-        __cxa_finalize(&g_handle);
+        char* const old = &g_handles.at(g_moves % 2);
+        char* const next = &g_handles.at(++g_moves % 2);
+        if (g_moves % kMovesUp == 0) {
+            __cxa_finalize(old);
+        }
+        // Otherwise the new place is taken first: an exit that begins in between would go on to
+        // the libraries that the thread uses.
         const auto handler = reinterpret_cast<void (*)()>(OnExit);
-        static_cast<void>(
-            __cxa_atexit(reinterpret_cast<void (*)(void*)>(handler), nullptr, &g_handle));
+        static_cast<void>(__cxa_atexit(reinterpret_cast<void (*)(void*)>(handler), nullptr, next));
+        __cxa_finalize(old);
         g_mover = pthread_t{};
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);

@@ -184,6 +184,8 @@ void StayIn(State state, uint32_t milliseconds, State next) {
     WaitForEvent(*Seen().reached, kLongMs);
 }
 
+std::atomic<bool> g_slowMove{false};
+
 class LifeDeathTest : public testing::Test {
 protected:
     void SetUp() override { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -267,6 +269,19 @@ void ExitWithALateHandler() {
 
 TEST_F(LifeDeathTest, TheExitBeginsWithTheThreadWhateverWasRegisteredSince) {
     EXPECT_EXIT(ExitWithALateHandler(), testing::ExitedWithCode(kAsExpected), "");
+}
+
+// The process ends while the handler moves, as it does all the time.
+void ExitDuringAMove() {
+    std::atexit([] { End(ProcessLife().Now() == State::Exiting); });
+    g_slowMove = true;
+    std::thread(GoFirstAtExit).detach();
+    WaitForEvent(*Seen().reached, kLongMs);
+    std::exit(0);
+}
+
+TEST_F(LifeDeathTest, TheExitBeginsWithTheThreadAlsoWhileTheHandlerMoves) {
+    EXPECT_EXIT(ExitDuringAMove(), testing::ExitedWithCode(kAsExpected), "");
 }
 
 // Each other handler runs, once, and after the thread is parked.
@@ -378,4 +393,23 @@ TEST_F(LifeDeathTest, AForkedChildExitsAsItLikes) {
 }
 
 }  // namespace
+
+// A move that is interrupted once the old place is left; the linker puts it before the real one.
+void AfterLeavingAPlace() {
+    if (g_slowMove) {
+        Seen().reached->Set();
+        WaitForEvent(*Seen().never, kSlowCallMs);
+    }
+}
+
 }  // namespace zeldlg
+
+extern "C" {
+void __real___cxa_finalize(void* handle);
+void __wrap___cxa_finalize(void* handle);
+}
+
+void __wrap___cxa_finalize(void* handle) {
+    __real___cxa_finalize(handle);
+    zeldlg::AfterLeavingAPlace();
+}
