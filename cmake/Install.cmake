@@ -1,4 +1,4 @@
-# Where a Debian user expects things: library, header, pkg-config file, CMake package, program,
+# Where a Debian user expects things: library, header, pkg-config file, CMake package, programs,
 # shipped settings. Each component is a package (Packages.cmake); catalogues belong to `runtime`.
 include(CMakePackageConfigHelpers)
 
@@ -9,10 +9,12 @@ install(TARGETS zeldlglib EXPORT zeldlgTargets
 install(DIRECTORY include/zeldlg DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 # The library reads /usr/share/tessaly/registry: under another prefix the file is a sample.
 install(FILES packaging/registry DESTINATION ${CMAKE_INSTALL_DATADIR}/tessaly COMPONENT runtime)
-if(ZELDLG_BUILD_DEMO)
-    install(TARGETS zeldlg-demo DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
-    install(FILES $<TARGET_PROPERTY:zeldlg-demo,MANUAL>
-            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+if(ZELDLG_BUILD_PROGRAMS)
+    foreach(program IN ITEMS demo settings)
+        install(TARGETS zeldlg-${program} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${program})
+        install(FILES $<TARGET_PROPERTY:zeldlg-${program},MANUAL>
+                DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${program})
+    endforeach()
 endif()
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zeldlg)

@@ -1,14 +1,15 @@
-# Debian packages, one for each component: library, development files, demonstration. script/package
-# makes them.
+# Debian packages, one for each component: library, development files, demonstration, settings.
+# script/package makes them.
 set(ZELDLG_MAINTAINER "libzeldlglib maintainers <maintainers@zeldlg.example>" CACHE STRING
     "Maintainer of the Debian packages")
 
 set(package_runtime libzeldlglib${PROJECT_VERSION_MAJOR})
 set(package_development libzeldlglib-dev)
-set(package_tools zeldlg-tools)
+set(package_demo zeldlg-demo)
+set(package_settings zeldlg-settings)
 set(components runtime development)
-if(ZELDLG_BUILD_DEMO)
-    list(APPEND components tools)
+if(ZELDLG_BUILD_PROGRAMS)
+    list(APPEND components demo settings)
 endif()
 set(packaging_dir ${PROJECT_SOURCE_DIR}/packaging)
 set(generated_dir ${PROJECT_BINARY_DIR}/packaging)
@@ -81,6 +82,7 @@ digital IDs, unblocking, questions and notices.")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ${package_runtime})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "${package_settings} ${same_version}")
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
     "dialogs of a smart-card and security-token middleware
 ${common_description}
@@ -105,17 +107,26 @@ ${common_description}
 This package has what a host is built with: header, CMake package, pkg-config
 file, and examples of hosts.")
 
-set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME ${package_tools})
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION utils)
-# The program loads the library at run time, which shlibdeps cannot see, and reads the same
-# settings file.
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${package_runtime} ${same_version}")
-set(CPACK_DEBIAN_TOOLS_DESCRIPTION
+# The programs load the library at run time, which shlibdeps cannot see.
+foreach(program IN ITEMS DEMO SETTINGS)
+    string(TOLOWER ${program} component)
+    set(CPACK_DEBIAN_${program}_PACKAGE_NAME ${package_${component}})
+    set(CPACK_DEBIAN_${program}_PACKAGE_DEPENDS "${package_runtime} ${same_version}")
+endforeach()
+set(CPACK_DEBIAN_DEMO_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_DEMO_DESCRIPTION
     "dialogs of a smart-card middleware (demonstration)
 ${common_description}
 .
 This package has zeldlg-demo, which shows each dialog and prints what a host
-receives, and which reads and changes the settings.")
+receives.")
+set(CPACK_DEBIAN_SETTINGS_PACKAGE_SECTION admin)
+set(CPACK_DEBIAN_SETTINGS_DESCRIPTION
+    "dialogs of a smart-card middleware (administration)
+${common_description}
+.
+This package has zeldlg-settings, which reads and changes the settings, judges
+PINs against a policy, and says what keeps dialogs from working.")
 
 include(CPack)
 

@@ -1,14 +1,10 @@
 // The commands that change or unlock a PIN or PUK.
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "command.h"
-#include "policy/pin_policy_wire.h"
-#include "policy_options.h"
 
 namespace {
 
@@ -26,8 +22,11 @@ struct ChangeOptions {
     bool finalTry = false;
     bool puk = false;
     bool initialise = false;
+    bool isPoliced = false;
     bool noPolicy = false;
     bool reveal = false;
+    PinPolicyWire policy{};
+    std::string characters;
 };
 
 struct NumberOption {
@@ -55,6 +54,48 @@ constexpr FlagOption kFlags[] = {
     {"--reveal", &ChangeOptions::reveal},
 };
 
+struct PolicyOption {
+    const char* name;
+    uint8_t PinPolicyWire::*field;
+};
+
+constexpr PolicyOption kPolicyNumbers[] = {
+    {"--enabled", &PinPolicyWire::enabledMask},
+    {"--p1-threshold", &PinPolicyWire::p1Threshold},
+    {"--p1-case-sensitive", &PinPolicyWire::p1CaseSensitive},
+    {"--p1-full-pin-check", &PinPolicyWire::p1FullPinCheck},
+    {"--p2-classes", &PinPolicyWire::p2NbClass},
+    {"--p2-population", &PinPolicyWire::p2PopMin},
+    {"--p2-min-length", &PinPolicyWire::p2MinLen},
+    {"--p2-class-mask", &PinPolicyWire::p2ClassMask},
+    {"--p3-threshold", &PinPolicyWire::p3Threshold},
+    {"--p3-history-size", &PinPolicyWire::p3HistorySize},
+    {"--p3-case-insensitive", &PinPolicyWire::p3CaseInsensitive},
+    {"--p3-length-normalize", &PinPolicyWire::p3LengthNormalize},
+    {"--p3-strict-only", &PinPolicyWire::p3StrictOnly},
+    {"--p4-white-list", &PinPolicyWire::p4IsWhiteList},
+};
+
+// @return Whether the word is a policy option.
+bool ApplyToPolicy(ChangeOptions& options, const std::string& word, const std::string& value) {
+    if (word == "--p4-characters") {
+        options.characters = value;
+        return true;
+    }
+    for (const PolicyOption& number : kPolicyNumbers) {
+        if (word == number.name) {
+            const uint32_t parsed = ParseNumber(number.name, value.c_str());
+            if (parsed > UINT8_MAX) {
+                fprintf(stderr, "zeldlg-demo: %s: at most 255\n", number.name);
+                exit(EXIT_USAGE);
+            }
+            options.policy.*number.field = static_cast<uint8_t>(parsed);
+            return true;
+        }
+    }
+    return false;
+}
+
 // @return How many words were used up; 0 for an unknown one.
 size_t Apply(ChangeOptions& options, const Words& words, size_t at) {
     for (const FlagOption& flag : kFlags) {
@@ -70,6 +111,9 @@ size_t Apply(ChangeOptions& options, const Words& words, size_t at) {
         options.label = words[at + 1];
         return 2;
     }
+    if (options.isPoliced && ApplyToPolicy(options, words[at], words[at + 1])) {
+        return 2;
+    }
     for (const NumberOption& number : kNumbers) {
         if (words[at] == number.name) {
             options.*number.field = ParseNumber(number.name, words[at + 1].c_str());
@@ -79,8 +123,9 @@ size_t Apply(ChangeOptions& options, const Words& words, size_t at) {
     return 0;
 }
 
-ChangeOptions ParseOptions(const Words& words) {
+ChangeOptions ParseOptions(const Words& words, bool isPoliced) {
     ChangeOptions options;
+    options.isPoliced = isPoliced;
     for (size_t at = 0; at < words.size();) {
         const size_t used = Apply(options, words, at);
         if (used == 0) {
@@ -129,7 +174,7 @@ private:
 using PlainChange = uint32_t (*)(const PinChangeRequest*, PinChangeBuffers*);
 
 int RunPlain(PlainChange change, int argc, char** argv) {
-    const ChangeOptions options = ParseOptions(Words(argv + 1, argv + argc));
+    const ChangeOptions options = ParseOptions(Words(argv + 1, argv + argc), false);
     PinChangeRequest request{};
     request.tokenLabel = options.label.c_str();
     request.minLength = options.minLength;
@@ -154,11 +199,13 @@ int RunUnblockPuk(const DLG_FunctionList* dialogs, int argc, char** argv) {
 }
 
 int RunChangePolicedPin(const DLG_FunctionList* dialogs, int argc, char** argv) {
-    Words words(argv + 1, argv + argc);
-    const zeldlg::PinPolicy policy = demo::TakePolicy(words);
-    const ChangeOptions options = ParseOptions(words);
-    const zeldlg::PinPolicyFlatCopy flatCopy(policy);
-    const PinPolicyDescriptor descriptor = flatCopy.Descriptor();
+    const ChangeOptions options = ParseOptions(Words(argv + 1, argv + argc), true);
+    PinPolicyWire policy = options.policy;
+    const PinPolicyCharList list = {static_cast<uint32_t>(options.characters.size()), 0,
+                                    options.characters.data()};
+    policy.charList = &list;
+    policy.source = -2;  // unknown
+    const PinPolicyDescriptor descriptor = {0, sizeof policy, &policy};
     PolicedPinChangeRequest request{};
     request.tokenLabel = options.label.c_str();
     request.minLength = options.minLength;
@@ -185,14 +232,26 @@ int RunChangePolicedPin(const DLG_FunctionList* dialogs, int argc, char** argv) 
     "  --capacity N       bytes in each of the host's buffers (default: 256)\n" \
     "  --reveal           print the values; without it only their lengths\n"
 
-const std::string kPolicedHelp =
-    std::string(CHANGE_HELP
-                "  --old-min N, --old-max N\n"
-                "                     bounds of the old value, when they are others\n"
-                "  --tries-left N     tries remaining\n"
-                "  --initialise       set the initialise flag (without visible effect)\n"
-                "  --no-policy        the token has no policy\n\n") +
-    demo::kPolicyHelp;
+#define POLICED_HELP                                                                     \
+    CHANGE_HELP                                                                          \
+    "  --old-min N, --old-max N\n"                                                       \
+    "                     bounds of the old value, when they are others\n"               \
+    "  --tries-left N     tries remaining\n"                                             \
+    "  --initialise       set the initialise flag (without visible effect)\n"            \
+    "  --no-policy        the token has no policy\n\n"                                   \
+    "  --enabled MASK             1 distance, 2 classes, 4 history, 8 characters\n"      \
+    "  --p1-threshold N           largest distance of neighbours that is refused\n"      \
+    "  --p1-case-sensitive 0|1    0: the PIN is lower-cased first\n"                     \
+    "  --p1-full-pin-check 0|1    1: refuse only one single arithmetic run\n"            \
+    "  --p2-classes N             minimum number of character classes\n"                 \
+    "  --p2-population N          minimum number of characters in each used class\n"     \
+    "  --p2-min-length N          minimum length in bytes\n"                             \
+    "  --p2-class-mask MASK       1 lower, 2 upper, 4 digits, 8 punctuation, 16 other\n" \
+    "  --p3-threshold N, --p3-history-size N, --p3-case-insensitive 0|1,\n"              \
+    "  --p3-length-normalize 0|1, --p3-strict-only 0|1\n"                                \
+    "                             what the token's history check is described with\n"    \
+    "  --p4-characters TEXT       characters of the restriction\n"                       \
+    "  --p4-white-list 0|1        1: only these characters are allowed\n"
 
 }  // namespace
 
@@ -201,7 +260,6 @@ const Command kChangePinCommand = {
     .synopsis = "change-pin [OPTION...]",
     .summary = "Change the PIN",
     .options = CHANGE_HELP,
-    .standalone = false,
     .run = RunChangePin,
 };
 
@@ -210,7 +268,6 @@ const Command kChangeTransportPinCommand = {
     .synopsis = "change-transport-pin [OPTION...]",
     .summary = "Change the transport PIN",
     .options = CHANGE_HELP,
-    .standalone = false,
     .run = RunChangeTransportPin,
 };
 
@@ -219,7 +276,6 @@ const Command kUnblockPukCommand = {
     .synopsis = "unblock-puk [OPTION...]",
     .summary = "Unblock the PIN with the PUK",
     .options = CHANGE_HELP,
-    .standalone = false,
     .run = RunUnblockPuk,
 };
 
@@ -227,7 +283,6 @@ const Command kChangePolicedPinCommand = {
     .name = "change-policed-pin",
     .synopsis = "change-policed-pin [OPTION...]",
     .summary = "Change the PIN under a policy",
-    .options = kPolicedHelp.c_str(),
-    .standalone = false,
+    .options = POLICED_HELP,
     .run = RunChangePolicedPin,
 };

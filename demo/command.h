@@ -14,7 +14,6 @@ typedef struct Command {
     const char* synopsis; /* its name with what follows it */
     const char* summary;  /* one line */
     const char* options;  /* for --help, a line each */
-    bool standalone;      /* needs no library; its `dialogs` is null */
     /* Runs with the words behind the command's name in argv[1] and on. Returns an exit code. */
     int (*run)(const DLG_FunctionList* dialogs, int argc, char** argv);
 } Command;
@@ -30,13 +29,10 @@ extern const Command kLegalPinExCommand;
 extern const Command kPinPadCommand;
 extern const Command kTranslateCommand;
 extern const Command kLocaleCommand;
-extern const Command kSettingsCommand;
-extern const Command kDoctorCommand;
 extern const Command kChangePinCommand;
 extern const Command kChangeTransportPinCommand;
 extern const Command kUnblockPukCommand;
 extern const Command kChangePolicedPinCommand;
-extern const Command kPolicyCheckCommand;
 extern const Command kMessageCommand;
 extern const Command kLockedCommand;
 extern const Command kBiometricErrorCommand;
@@ -54,10 +50,6 @@ extern const Command kUnblockCrCommand;
 extern const Command kBiometricCommand;
 extern const Command kKeygenCommand;
 extern const Command kAllCommand;
-
-/* Loads the library that the command line names and gives its functions. Null, with a message,
- * when that fails. */
-const DLG_FunctionList* LoadDialogs(void);
 
 /* Prints a result code with its meaning. Returns the exit code that goes with it. */
 int ReportResult(uint32_t result);

@@ -16,13 +16,10 @@ static const Command* const kCommands[] = {
     &kPinPadCommand,
     &kTranslateCommand,
     &kLocaleCommand,
-    &kSettingsCommand,
-    &kDoctorCommand,
     &kChangePinCommand,
     &kChangeTransportPinCommand,
     &kUnblockPukCommand,
     &kChangePolicedPinCommand,
-    &kPolicyCheckCommand,
     &kMessageCommand,
     &kLockedCommand,
     &kConfirmDeleteCommand,
@@ -82,7 +79,7 @@ static const Command* FindCommand(const char* name) {
     return NULL;
 }
 
-const DLG_FunctionList* LoadDialogs(void) {
+static const DLG_FunctionList* LoadDialogs(void) {
     void* const handle = dlopen(g_library, RTLD_NOW | RTLD_LOCAL);
     if (handle == NULL) {
         fprintf(stderr, "zeldlg-demo: %s\n", dlerror());
@@ -105,9 +102,6 @@ const DLG_FunctionList* LoadDialogs(void) {
 }
 
 static int RunCommand(const Command* command, int argc, char** argv) {
-    if (command->standalone) {
-        return command->run(NULL, argc, argv);
-    }
     const DLG_FunctionList* const dialogs = LoadDialogs();
     if (dialogs == NULL) {
         return EXIT_NO_LIBRARY;

@@ -13,7 +13,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 LINK = re.compile(r"\]\(([^)#\s]+)[^)]*\)")
-MANUAL = "demo/zeldlg-demo.1.in"
+MANUAL = "tools/zeldlg-settings/zeldlg-settings.1.in"
 LINE = 100
 PUBLIC_NAME = re.compile(r"(?:\b|-D)((?:ZELDLG|DLG)_\w+|(?:Init|Quit|Test)App)\b")
 RESULT = re.compile(r"^#define (ZELDLG_[A-Z_]+) (0x[0-9a-f]+|\d+)u$", re.MULTILINE)

@@ -16,7 +16,8 @@ from stage.x11 import X11
 
 PACKAGES = os.environ["ZELDLG_PACKAGES"]
 CACHE = os.environ["ZELDLG_FRESH_CACHE"]
-LIBRARY, DEVELOPMENT, TOOLS = "libzeldlglib3", "libzeldlglib-dev", "zeldlg-tools"
+LIBRARY, DEVELOPMENT = "libzeldlglib3", "libzeldlglib-dev"
+DEMO, SETTINGS = "zeldlg-demo", "zeldlg-settings"
 COMPILERS = ["gcc", "g++", "libc6-dev", "cmake", "make", "pkg-config", "python3"]
 HOME = "/tmp/home"
 
@@ -83,13 +84,14 @@ class InFreshRoot(unittest.TestCase):
 
 
 class User(InFreshRoot):
-    def test_the_demonstration_works_and_leaves_nothing_behind(self):
-        packages = [LIBRARY, TOOLS]
+    def test_the_programs_work_and_leaves_nothing_behind(self):
+        packages = [LIBRARY, DEMO, SETTINGS]
         before = self.make_root("user", packages)
-        say("zeldlg-demo: help, settings, dialogs")
+        say("help, manual pages, settings, dialogs")
         self.assertIn("Commands:\n  pin ", self.root.run_as_user("zeldlg-demo", "--help"))
-        self.assertTrue(os.path.exists(f"{self.root.path}/usr/share/man/man1/zeldlg-demo.1.gz"))
-        listed = self.root.run_as_user("zeldlg-demo", "settings", "list", HOME=HOME)
+        for program in (DEMO, SETTINGS):
+            self.assertTrue(os.path.exists(f"{self.root.path}/usr/share/man/man1/{program}.1.gz"))
+        listed = self.root.run_as_user("zeldlg-settings", "list", HOME=HOME)
         self.assertIn("2.0  LimitPinToAscii  number 1\n", listed)
         with open(f"{self.root.path}/usr/share/tessaly/registry", "rb") as shipped, \
                 open(f"{self.root.path}{HOME}/.tessaly/registry", "rb") as copy:
@@ -98,6 +100,8 @@ class User(InFreshRoot):
             "result 0x00000000 (confirmed)\nPIN of 4 bytes\n",
             self.use("zeldlg-demo", "pin", title="Enter PIN", keys="2468\n"))
         self.use("zeldlg-demo", "message", "question", title="Question", keys="\n")
+        self.assertIn("\n0 problems found\n", self.root.run_as_user(
+            "zeldlg-settings", "doctor", HOME=HOME, DISPLAY=os.environ["DISPLAY"]))
         say("a dialog in German")
         # The minimal system has no German locale: the language comes behind its own, C.
         self.assertIn("PIN of 4 bytes\n", self.use("zeldlg-demo", "pin", title="PIN eingeben",

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The manual page of zeldlg-demo against the help of the program."""
+"""The manual page of a program against the program's help."""
 
 import gzip
 import os
@@ -7,7 +7,8 @@ import re
 import subprocess
 import unittest
 
-PROGRAM = os.environ["ZELDLG_DEMO"]
+PROGRAM = os.environ["ZELDLG_PROGRAM"]
+NAME = os.path.basename(PROGRAM)
 MANUAL = os.environ["ZELDLG_MANUAL"]
 
 
@@ -38,10 +39,10 @@ class Manual(unittest.TestCase):
         self.assertEqual("", self.warnings)
 
     def test_every_command_has_a_heading_with_its_synopsis(self):
-        self.assertGreater(len(self.commands), 20)
+        self.assertGreaterEqual(len(self.commands), 5)
         for command in self.commands:
             usage = help_of(command).splitlines()[0]
-            self.assertTrue(usage.removeprefix("Usage: zeldlg-demo ") in self.lines, usage)
+            self.assertTrue(usage.removeprefix(f"Usage: {NAME} ") in self.lines, usage)
 
     def test_every_word_of_every_help_is_there_in_its_order(self):
         for command in self.commands:

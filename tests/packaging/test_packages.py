@@ -11,7 +11,8 @@ import unittest
 PACKAGES = os.environ["ZELDLG_PACKAGES"]
 BUILD = os.environ["ZELDLG_BUILD"]
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
-LIBRARY, DEVELOPMENT, TOOLS = "libzeldlglib3", "libzeldlglib-dev", "zeldlg-tools"
+LIBRARY, DEVELOPMENT = "libzeldlglib3", "libzeldlglib-dev"
+PROGRAMS = DEMO, SETTINGS = "zeldlg-demo", "zeldlg-settings"
 
 
 def run(*command, code=0):
@@ -48,10 +49,11 @@ CONTENTS = {
                   f"usr/share/doc/{DEVELOPMENT}/docs/settings.md",
                   *(f"usr/share/doc/{DEVELOPMENT}/examples/{name}"
                     for name in os.listdir(f"{ROOT}/examples"))},
-    TOOLS: {"usr/bin/zeldlg-demo", "usr/share/man/man1/zeldlg-demo.1.gz"},
+    **{program: {f"usr/bin/{program}", f"usr/share/man/man1/{program}.1.gz"}
+       for program in PROGRAMS},
 }
 CONTROL = {LIBRARY: {"control", "md5sums", "shlibs", "symbols", "triggers"},
-           DEVELOPMENT: {"control", "md5sums"}, TOOLS: {"control", "md5sums"}}
+           **{package: {"control", "md5sums"} for package in (DEVELOPMENT, *PROGRAMS)}}
 # Their number grows with every language.
 LINK = re.compile(r"\]\(([^)#\s]+)[^)]*\)")
 CATALOGUE = re.compile(r"usr/share/locale/[\w@]+/LC_MESSAGES/tokenutils\.mo")
@@ -90,7 +92,7 @@ class Packages(unittest.TestCase):
                                   for name in self.files(package))
                 if not os.path.islink(path) and "ELF" in run("file", "--brief", path)]
 
-    def test_there_are_three_of_the_version_that_the_changelog_names(self):
+    def test_there_are_four_of_the_version_that_the_changelog_names(self):
         self.assertEqual(sorted(map(self.path_of, CONTENTS)),
                          sorted(glob.glob(os.path.join(PACKAGES, "*.deb"))))
         for package in CONTENTS:
@@ -126,7 +128,6 @@ class Packages(unittest.TestCase):
                 self.assertEqual(other.read(), one.read(), shipped)
 
     def test_links_of_the_pages_lead_to_what_is_installed_with_them(self):
-        self.assertTrue(self.field(TOOLS, "Depends").startswith(LIBRARY))
         for package, count in ((LIBRARY, 3), (DEVELOPMENT, 6)):
             links = [(name, target) for name in self.files(package) if name.endswith(".md")
                      for target in LINK.findall(self.read(package, name))]
@@ -154,7 +155,8 @@ class Packages(unittest.TestCase):
                     for each in self.field(package, "Depends").split(", "))
 
     def test_they_depend_on_the_packages_of_what_they_are_linked_with(self):
-        for package, ours in ((LIBRARY, {}), (TOOLS, {LIBRARY: f"= {VERSION}"})):
+        for package, ours in ((LIBRARY, {}),
+                              *((each, {LIBRARY: f"= {VERSION}"}) for each in PROGRAMS)):
             needed = set(ours)
             for binary in self.binaries(package):
                 for soname in re.findall(r"NEEDED +(\S+)", run("objdump", "-p", binary)):
@@ -169,8 +171,11 @@ class Packages(unittest.TestCase):
     def test_development_files_go_with_exactly_one_library(self):
         self.assertEqual({LIBRARY: f"= {VERSION}"}, self.dependencies(DEVELOPMENT))
 
+    def test_the_library_comes_with_the_administrator_s_program_but_does_without(self):
+        self.assertEqual(f"{SETTINGS} (= {VERSION})", self.field(LIBRARY, "Recommends"))
+
     def test_binaries_are_stripped_and_know_no_folder_of_the_build(self):
-        for package, count in ((LIBRARY, 1), (DEVELOPMENT, 0), (TOOLS, 1)):
+        for package, count in ((LIBRARY, 1), (DEVELOPMENT, 0), (DEMO, 1), (SETTINGS, 1)):
             binaries = self.binaries(package)
             self.assertEqual(count, len(binaries))
             for binary in binaries:

@@ -41,8 +41,8 @@ class Words(DemoCase):
         text = self.run_demo("--help")
         commands = [line.split()[0] for line in text.split("Commands:\n")[1].splitlines()
                     if line.startswith("  ")]
-        self.assertLessEqual({"pin", "pin-ex", "translate", "locale", "settings", "change-pin",
-                              "policy-check"}, set(commands))
+        self.assertLessEqual({"pin", "pin-ex", "translate", "locale", "change-pin",
+                              "change-policed-pin"}, set(commands))
         for command in commands:
             self.assertIn(f"Usage: zeldlg-demo {command}", self.run_demo(command, "--help"))
 
@@ -50,10 +50,9 @@ class Words(DemoCase):
         for words in ([], ["bogus"], ["pin", "--bogus"], ["pin", "extra"], ["pin", "--min", "x"],
                       ["pin", "--min", "-1"], ["pin", "--max", "4294967296"],
                       ["pin-ex", "--final-try"], ["translate"], ["locale", "x"], ["settings"],
-                      ["settings", "get", "x"], ["settings", "set", "k", "v", "bogus", "1"],
-                      ["settings", "set", "k", "v", "binary", "abc"],
-                      ["change-pin", "--bogus"], ["policy-check", "--enabled", "256"],
-                      ["policy-check", "--enabled"], ["select-token", "--count", "1001"],
+                      ["change-pin", "--bogus"], ["change-pin", "--enabled", "1"],
+                      ["change-policed-pin", "--enabled", "256"],
+                      ["change-policed-pin", "--enabled"], ["select-token", "--count", "1001"],
                       ["select-token", "x"], ["select-id", "--bogus"],
                       ["unblock-method", "x"], ["unblock-method", "--algorithm", "-1"],
                       ["unblock-cr", "--bogus"], ["unblock-cr", "x"],
@@ -103,7 +102,8 @@ class Dialogs(DemoCase):
 
 
 class Changes(DemoCase):
-    def change(self, *words, title="Change transport PIN", values=("1234", "183729", "183729")):
+    def type(self, *words, title="Change transport PIN", values=("1234", "183729", "183729")):
+        """Types into the dialog of a command. Returns its window and its last field, too."""
         screen = Screen()
         self.addCleanup(screen.close)
         process = self.start(*words)
@@ -114,8 +114,12 @@ class Changes(DemoCase):
             field.focus()
             screen.type_text(value, field)
             wait_until(lambda: field.length == len(value))
+        return screen, process, window, fields[2]
+
+    def change(self, *words, **options):
+        screen, process, window, last = self.type(*words, **options)
         wait_until(lambda: window.find("push button", "OK").enabled)
-        screen.key("Return", fields[2])
+        screen.key("Return", last)
         out, err = process.communicate(timeout=scaled(60))
         return process.returncode, out
 
@@ -130,34 +134,16 @@ class Changes(DemoCase):
         code, out = self.change("change-pin", "--puk", "--reveal", title="Change PUK")
         self.assertIn("old value of 4 bytes: 1234\nnew value of 6 bytes: 183729\n", out)
 
-    def test_a_policy_comes_from_options_or_the_store(self):
-        for value, data in (("PoliciesEnabled", "2"), ("P2MinLen", "6")):
-            self.run_demo("settings", "set", f"{KEY}\\Policies\\Six", value, "number", data)
-        for words in (["--policy", "Six"], ["--enabled", "2", "--p2-min-length", "6"]):
-            code, out = self.change("change-policed-pin", *words)
-            self.assertEqual(0, code, out)
-
-    def check(self, pins, *words, code):
-        result = subprocess.run([PROGRAM, "policy-check", *words], input=pins, text=True,
-                                stdout=subprocess.PIPE, env=self.environment, timeout=scaled(60))
-        self.assertEqual(code, result.returncode)
-        return result.stdout
-
-    def test_policy_check_judges_each_line_without_naming_the_pin(self):
-        words = ["--enabled", "15", "--p1-threshold", "1", "--p2-min-length", "6",
-                 "--p2-class-mask", "15", "--p4-characters", "0"]
-        self.environment.pop("DISPLAY")
-        for line_end in ("\n", "\r\n"):
-            out = self.check("975311" + line_end, *words[:8], "--p1-full-pin-check", "1", code=0)
-            self.assertEqual("1: P1 9000  P2 9000  P4 9000", out.splitlines()[0])
-            self.assertEqual(3, out.count("This seems to be a valid PIN code"))
-        out = self.check("1234\n9700\n", *words, code=1)
-        lines = out.splitlines()
-        self.assertEqual("1: P1 644F  P2 64A6  P4 9000", lines[0])
-        self.assertIn("2: P1 6440  P2 64A6  P4 6402", lines)
-        self.assertIn('  P4: Pin code contains at least a disallowed characters: "0"', lines)
-        self.assertNotIn("1234", out)
-        self.assertNotIn("9700", out)
+    def test_a_policy_comes_from_options(self):
+        policy = ["--enabled", "10", "--p2-min-length", "6", "--p4-characters", "5"]
+        code, out = self.change("change-policed-pin", *policy)
+        self.assertEqual(0, code, out)
+        for value, met, unmet in (("18372", "Restriction", "Diversification"),
+                                  ("183725", "Diversification", "Restriction")):
+            _, _, window, _ = self.type("change-policed-pin", *policy,
+                                        values=["1234", value, value])
+            wait_until(lambda: {f"Met: {met}", f"Not met: {unmet}"} <=
+                       {button.name for button in window.find_all("push button")})
 
 
 class Selections(DemoCase):
@@ -228,9 +214,16 @@ class Unblocking(DemoCase):
 
 
 class Windows(DemoCase):
+    def settings(self, *words):
+        return subprocess.run([os.environ["ZELDLG_SETTINGS"], *words], env=self.environment,
+                              stdout=subprocess.PIPE, text=True, check=True).stdout
+
+    def explain(self, wanted):
+        self.settings("set", KEY, "ShowEnrolmentHint", "number", str(int(wanted)))
+
     def setUp(self):
         super().setUp()
-        self.run_demo("settings", "set", KEY, "ShowEnrolmentHint", "number", "0")
+        self.explain(False)
         self.screen = Screen()
         self.addCleanup(self.screen.close)
 
@@ -260,7 +253,7 @@ class Windows(DemoCase):
         self.assertEqual((0, "scan 1\nscan 2\nscan 3\nhidden\n"), (process.returncode, out))
 
     def test_the_explanation_comes_first_unless_it_is_switched_off(self):
-        self.run_demo("settings", "set", KEY, "ShowEnrolmentHint", "number", "1")
+        self.explain(True)
         process = self.start("biometric", "enrol", "--seconds", "0")
         window = self.screen.find_window("Fingerprint enrolment information", process)
         window.find("check box").press()
@@ -268,7 +261,7 @@ class Windows(DemoCase):
         self.screen.key("Return", window.find("push button", "OK"))
         process.communicate(timeout=scaled(60))
         self.assertEqual(0, process.returncode)
-        self.assertEqual("number 0\n", self.run_demo("settings", "get", KEY, "ShowEnrolmentHint"))
+        self.assertEqual("number 0\n", self.settings("get", KEY, "ShowEnrolmentHint"))
 
 
 class Tour(DemoCase):
@@ -302,45 +295,6 @@ class Texts(DemoCase):
         self.assertEqual("Nothing translates this\n",
                          self.run_demo("translate", "Nothing translates this"))
         self.assertEqual("en_US\n", self.run_demo("locale"))
-
-
-class Settings(DemoCase):
-    def test_what_is_set_is_got_and_listed(self):
-        for value, kind, data, shown in (("ShowEnrolmentHint", "number", "0", "number 0"),
-                                         ("LimitPinToAscii", "number", "0x10", "number 16"),
-                                         ("Some text", "string", "größer", "string größer"),
-                                         ("Some bytes", "binary", "01abFF", "binary 01abff")):
-            self.run_demo("settings", "set", KEY, value, kind, data)
-            self.assertEqual(shown + "\n", self.run_demo("settings", "get", KEY, value))
-        listed = self.run_demo("settings", "list")
-        self.assertIn(f"{KEY}  ShowEnrolmentHint  number 0\n", listed)
-        self.assertIn(f"{KEY}\\CSP  Automatic default selection timeout  not set (5)\n", listed)
-        with open(os.path.join(self.home, ".tessaly", "registry"), "rb") as file:
-            self.assertIn(b'"ShowEnrolmentHint"=dword:00000000\r\n', file.read())
-
-    def test_policies_are_listed_by_their_names(self):
-        for name in ("Strict", "Lax"):
-            self.run_demo("settings", "set", f"{KEY}\\Policies\\{name}", "P2MinLen", "number", "6")
-        listed = self.run_demo("settings", "list")
-        for name in ("Strict", "Lax"):
-            self.assertIn(f"{KEY}\\Policies\\{name}  P2MinLen  number 6\n", listed)
-            self.assertIn(f"{KEY}\\Policies\\{name}  P2ClassMask  not set (255)\n", listed)
-
-    def test_other_roots_can_be_named(self):
-        self.run_demo("settings", "set", r"HKEY_CURRENT_USER\Some\Key", "@", "string", "default")
-        self.assertEqual("string default\n",
-                         self.run_demo("settings", "get", r"hkey_current_user\some\key", "@"))
-
-    def test_errors_are_said_with_their_numbers(self):
-        self.assertIn("error 2:", self.run_demo("settings", "get", KEY, "Missing", code=1))
-        os.makedirs(os.path.join(self.home, ".tessaly"), exist_ok=True)
-        with open(os.path.join(self.home, ".tessaly", "registry"), "w") as file:
-            file.write("something else")
-        self.assertIn("error 1017:", self.run_demo("settings", "list", code=1))
-
-    def test_no_display_is_needed(self):
-        self.environment.pop("DISPLAY")
-        self.run_demo("settings", "set", KEY, "ShowEnrolmentHint", "number", "1")
 
 
 if __name__ == "__main__":

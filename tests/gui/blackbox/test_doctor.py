@@ -15,7 +15,7 @@ import unittest
 
 from stage import folder_with, make_locales, require_private_mounts, scaled
 
-PROGRAM = os.environ["ZELDLG_DEMO"]
+PROGRAM = os.environ["ZELDLG_SETTINGS"]
 LIBRARY = os.environ["ZELDLG_LIBRARY"]
 SHIPPED = "usr/share/tessaly/registry"
 KEY = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0"
@@ -370,19 +370,19 @@ class DisplayAndLibrary(DoctorCase):
     def test_a_library_that_cannot_be_loaded(self):
         found = self.run_doctor(library=os.path.join(self.directory, "none.so"))
         self.assert_problems(found, "The library cannot be loaded")
-        self.assertRegex(found.section("Library"), "message +zeldlg-demo: .*none.so")
+        self.assertRegex(found.section("Library"), "message +zeldlg-settings: .*none.so")
 
 
 class Usage(DoctorCase):
     def test_an_unknown_option_is_refused(self):
         found = self.run_doctor("--fast")
-        self.assertEqual((2, "", "doctor: unexpected word '--fast'\n"),
+        self.assertEqual((2, "", "zeldlg-settings: unexpected word '--fast'\n"),
                          (found.code, found.text, found.errors))
 
     def test_help(self):
         found = self.run_doctor("--help")
         self.assertEqual(0, found.code)
-        self.assertIn("Usage: zeldlg-demo doctor\n", found.text)
+        self.assertIn("Usage: zeldlg-settings doctor\n", found.text)
 
 
 if __name__ == "__main__":

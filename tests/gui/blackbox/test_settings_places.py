@@ -13,7 +13,7 @@ import unittest
 
 from stage import require_private_mounts, scaled
 
-PROGRAM = os.environ["ZELDLG_DEMO"]
+PROGRAM = os.environ["ZELDLG_SETTINGS"]
 SHIPPED = "/usr/share/tessaly/registry"
 SYSTEM = "/etc/tessaly/registry"
 
@@ -49,7 +49,7 @@ class Places(unittest.TestCase):
                 command += ["--ro-bind", "/" + name, "/" + name]
         command += ["--dev", "/dev", "--proc", "/proc", "--dir", "/tmp", "--tmpfs", "/usr/share", "--tmpfs", "/etc",
                     "--ro-bind" if read_only_home else "--bind", self.home, "/home/user",
-                    "--ro-bind", PROGRAM, "/run/demo"]
+                    "--ro-bind", PROGRAM, "/run/zeldlg-settings"]
         for path, text in (files or {}).items():
             source = os.path.join(self.directory, path.replace("/", "_"))
             with open(source, "w", newline="") as file:
@@ -60,7 +60,7 @@ class Places(unittest.TestCase):
         for name, value in variables.items():
             if value is not None:
                 command += ["--setenv", name, value]
-        result = subprocess.run([*command, "/run/demo", "settings", *words], text=True,
+        result = subprocess.run([*command, "/run/zeldlg-settings", *words], text=True,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=scaled(60))
         return result.returncode, result.stdout.strip() or result.stderr.strip()
 

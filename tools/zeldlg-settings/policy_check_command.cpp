@@ -3,12 +3,12 @@
 #include <iostream>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "command.h"
 #include "policy/policy_checker.h"
 #include "policy/policy_messages.h"
 #include "policy_options.h"
+
+namespace admin {
 
 namespace {
 
@@ -32,13 +32,8 @@ bool Judge(PinPolicy& policy, size_t line, const std::string& pin) {
     return statuses.AllAccepted();
 }
 
-int RunPolicyCheck(const DLG_FunctionList*, int argc, char** argv) {
-    std::vector<std::string> words(argv + 1, argv + argc);
-    PinPolicy policy = demo::TakePolicy(words);
-    if (!words.empty()) {
-        fprintf(stderr, "policy-check: unexpected word '%s'\n", words.front().c_str());
-        return EXIT_USAGE;
-    }
+ExitCode RunPolicyCheck(Words words) {
+    PinPolicy policy = ParsePolicy(words);
     bool allAccepted = true;
     std::string pin;
     for (size_t line = 1; std::getline(std::cin, pin); ++line) {
@@ -47,24 +42,26 @@ int RunPolicyCheck(const DLG_FunctionList*, int argc, char** argv) {
         }
         allAccepted = Judge(policy, line, pin) && allAccepted;
     }
-    return allAccepted ? EXIT_CONFIRMED : EXIT_NOT_CONFIRMED;
+    return allAccepted ? kDone : kNotDone;
 }
-
-const std::string kHelp =
-    std::string(
-        "Reads candidate PINs from standard input, one a line (LF or CR LF), and prints for each "
-        "line number\n"
-        "the status of the three local policies (9000 = accepted) and their messages. The exit\n"
-        "code is 0 when all were accepted, else 1.\n\n") +
-    demo::kPolicyHelp;
 
 }  // namespace
 
-const Command kPolicyCheckCommand = {
-    .name = "policy-check",
-    .synopsis = "policy-check [OPTION...] < PINS",
-    .summary = "Judge PINs against a policy, without any window",
-    .options = kHelp.c_str(),
-    .standalone = true,
-    .run = RunPolicyCheck,
-};
+const Command& PolicyCheckCommand() {
+    static const Command kCommand = {
+        .name = "policy-check",
+        .synopsis = "policy-check [OPTION...] < PINS",
+        .summary = "Judge PINs against a policy, without any window",
+        .help =
+            std::string("Reads candidate PINs from standard input, one a line (LF or CR LF), and "
+                        "prints for each line number\n"
+                        "the status of the three local policies (9000 = accepted) and their "
+                        "messages. The exit\n"
+                        "code is 0 when all were accepted, else 1.\n\n") +
+            kPolicyHelp,
+        .run = RunPolicyCheck,
+    };
+    return kCommand;
+}
+
+}  // namespace admin

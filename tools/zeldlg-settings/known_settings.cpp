@@ -1,6 +1,6 @@
 #include "known_settings.h"
 
-namespace demo {
+namespace admin {
 
 using enum SettingType;
 
@@ -29,4 +29,4 @@ std::span<const KnownSetting> PolicySettings() {
     return kSettings;
 }
 
-}  // namespace demo
+}  // namespace admin

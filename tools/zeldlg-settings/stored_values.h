@@ -6,11 +6,11 @@
 #include "registry/registry_error.h"
 #include "registry/registry_value.h"
 
-namespace demo {
+namespace admin {
 
 const char* Describe(zeldlg::registry::RegistryError error);
 
 // A value as "TYPE DATA", as the settings command takes it.
 std::string AsWords(const zeldlg::registry::RegistryValue& value);
 
-}  // namespace demo
+}  // namespace admin

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-namespace demo {
+namespace admin {
 
 enum class SettingType { Number, Text, TextOrBytes };
 
@@ -21,4 +21,4 @@ std::span<const KnownSetting> KnownSettings();
 // The values of one policy.
 std::span<const KnownSetting> PolicySettings();
 
-}  // namespace demo
+}  // namespace admin

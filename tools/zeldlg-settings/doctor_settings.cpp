@@ -12,7 +12,7 @@
 #include "registry/settings.h"
 #include "stored_values.h"
 
-namespace demo {
+namespace admin {
 
 using namespace zeldlg::registry;
 
@@ -153,4 +153,4 @@ void ReportSettings(Report& report, const FoundSettings& settings) {
     ReportUnknown(report, *settings.text);
 }
 
-}  // namespace demo
+}  // namespace admin

@@ -1,13 +1,9 @@
 #include "policy_options.h"
 
-#include <cstdio>
-#include <cstdlib>
-
-#include "command.h"
 #include "platform/utf8.h"
 #include "policy/pin_policy_settings.h"
 
-namespace demo {
+namespace admin {
 
 namespace {
 
@@ -36,9 +32,9 @@ constexpr NumberOption kNumbers[] = {
 };
 
 // @return Whether the word is a policy option.
-bool Apply(PinPolicy& policy, const std::string& option, const char* value) {
+bool Apply(PinPolicy& policy, const std::string& option, const std::string& value) {
     if (option == "--policy") {
-        LoadPinPolicyFromRegistry(policy, zeldlg::platform::DecodeUtf8(value));
+        LoadPinPolicyFromRegistry(policy, zeldlg::platform::DecodeUtf8(value.c_str()));
         return true;
     }
     if (option == "--p4-characters") {
@@ -47,12 +43,7 @@ bool Apply(PinPolicy& policy, const std::string& option, const char* value) {
     }
     for (const NumberOption& number : kNumbers) {
         if (option == number.name) {
-            const uint32_t parsed = ParseNumber(number.name, value);
-            if (parsed > UINT8_MAX) {
-                fprintf(stderr, "zeldlg-demo: %s: at most 255\n", number.name);
-                exit(EXIT_USAGE);
-            }
-            policy.*number.field = static_cast<uint8_t>(parsed);
+            policy.*number.field = static_cast<uint8_t>(ParseNumber(number.name, value, UINT8_MAX));
             return true;
         }
     }
@@ -77,18 +68,14 @@ const char* const kPolicyHelp =
     "  --p4-characters TEXT       characters of the restriction\n"
     "  --p4-white-list 0|1        1: only these characters are allowed\n";
 
-PinPolicy TakePolicy(std::vector<std::string>& words) {
+PinPolicy ParsePolicy(const Words& words) {
     PinPolicy policy;
-    std::vector<std::string> others;
-    for (size_t i = 0; i < words.size(); ++i) {
-        if (i + 1 < words.size() && Apply(policy, words[i], words[i + 1].c_str())) {
-            ++i;
-        } else {
-            others.push_back(words[i]);
+    for (size_t i = 0; i < words.size(); i += 2) {
+        if (i + 1 == words.size() || !Apply(policy, words[i], words[i + 1])) {
+            Refuse("unexpected word '" + words[i] + "'");
         }
     }
-    words = std::move(others);
     return policy;
 }
 
-}  // namespace demo
+}  // namespace admin

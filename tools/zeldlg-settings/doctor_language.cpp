@@ -18,7 +18,7 @@
 #include "resources/catalogue_loader.h"
 #include "resources/format_conversions.h"
 
-namespace demo {
+namespace admin {
 
 using namespace zeldlg::registry;
 
@@ -132,4 +132,4 @@ void ReportLanguage(Report& report, const FoundSettings& settings) {
     }
 }
 
-}  // namespace demo
+}  // namespace admin

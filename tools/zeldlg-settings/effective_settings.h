@@ -8,7 +8,7 @@
 #include "registry/registry_places.h"
 #include "registry/registry_refresh.h"
 
-namespace demo {
+namespace admin {
 
 struct SettingsPlace {
     std::string name;  // whose it is
@@ -28,4 +28,4 @@ struct EffectiveSettings {
 
 EffectiveSettings FindSettings();
 
-}  // namespace demo
+}  // namespace admin

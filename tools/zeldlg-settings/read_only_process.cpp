@@ -18,7 +18,7 @@
 #include <exception>
 #include <vector>
 
-namespace demo {
+namespace admin {
 
 namespace {
 
@@ -217,4 +217,4 @@ ProcessResult RunReadOnly(const std::function<int()>& action, int seconds) {
     return result;
 }
 
-}  // namespace demo
+}  // namespace admin

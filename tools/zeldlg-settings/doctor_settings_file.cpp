@@ -11,7 +11,7 @@
 #include "registry/registry_file.h"
 #include "stored_values.h"
 
-namespace demo {
+namespace admin {
 
 using namespace zeldlg::registry;
 
@@ -156,4 +156,4 @@ FoundSettings ReportSettingsFile(Report& report) {
     return settings;
 }
 
-}  // namespace demo
+}  // namespace admin

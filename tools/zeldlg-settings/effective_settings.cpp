@@ -9,7 +9,7 @@
 
 #include "registry/file_descriptor.h"
 
-namespace demo {
+namespace admin {
 
 using namespace zeldlg::registry;
 
@@ -70,4 +70,4 @@ EffectiveSettings FindSettings() {
     return settings;
 }
 
-}  // namespace demo
+}  // namespace admin

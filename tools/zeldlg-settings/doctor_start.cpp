@@ -11,12 +11,13 @@
 #include "doctor_topics.h"
 #include "read_only_process.h"
 
-namespace demo {
+namespace admin {
 
 namespace {
 
 constexpr int kStartSeconds = 20;
 constexpr uint32_t kLongestName = 64;
+constexpr int kNoLibrary = 3;
 
 using Clock = std::chrono::steady_clock;
 
@@ -44,10 +45,10 @@ void SayFile(const DLG_FunctionList* dialogs) {
 int Load() {
     const DLG_FunctionList* const dialogs = LoadDialogs();
     if (dialogs == nullptr) {
-        return EXIT_NO_LIBRARY;
+        return kNoLibrary;
     }
     SayFile(dialogs);
-    return EXIT_CONFIRMED;
+    return kDone;
 }
 
 int Start(bool settingsAreCopied) {
@@ -56,7 +57,7 @@ int Start(bool settingsAreCopied) {
     }
     const DLG_FunctionList* const dialogs = LoadDialogs();
     if (dialogs == nullptr) {
-        return EXIT_NO_LIBRARY;
+        return kNoLibrary;
     }
     SayFile(dialogs);
     fflush(stdout);  // the start may never come back
@@ -69,11 +70,11 @@ int Start(bool settingsAreCopied) {
     dialogs->Finalize();
     if (result != ZELDLG_OK) {
         printf("result: 0x%08x\n", static_cast<unsigned>(result));
-        return EXIT_NOT_CONFIRMED;
+        return kNotDone;
     }
     printf("locale: %ls\nstarted in: %ld ms\nended in: %ld ms\n", locale, started,
            MillisecondsSince(begin));
-    return EXIT_CONFIRMED;
+    return kDone;
 }
 
 void ReportFailure(Report& report, const ProcessResult& probe) {
@@ -87,7 +88,7 @@ void ReportFailure(Report& report, const ProcessResult& probe) {
     } else if (probe.end == End::Died) {
         report.Problem(std::string("It dies at its start: ") + strsignal(probe.code) + ".",
                        "Please report this, with what stands here.");
-    } else if (probe.code == EXIT_NO_LIBRARY) {
+    } else if (probe.code == kNoLibrary) {
         report.Problem("The library cannot be loaded.",
                        "Is its package installed, with what it depends on?");
     } else {
@@ -107,7 +108,7 @@ void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay)
         const auto [what, value] = Split(line);
         report.Line(what, value);
     }
-    if (probe.end == End::Exited && probe.code == EXIT_CONFIRMED) {
+    if (probe.end == End::Exited && probe.code == kDone) {
         if (!hasDisplay) {
             report.Line("started", "not tried: there is no display");
         }
@@ -119,4 +120,4 @@ void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay)
     }
 }
 
-}  // namespace demo
+}  // namespace admin

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-namespace demo {
+namespace admin {
 
 struct ProcessResult {
     enum class End { Exited, Died, TooLong, NotStarted };
@@ -23,4 +23,4 @@ struct ProcessResult {
 // file system then. NotStarted: there is no process, or the kernel cannot do that.
 ProcessResult RunReadOnly(const std::function<int()>& action, int seconds);
 
-}  // namespace demo
+}  // namespace admin

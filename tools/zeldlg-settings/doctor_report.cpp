@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace demo {
+namespace admin {
 
 namespace {
 
@@ -72,4 +72,4 @@ std::string Variable(const char* name) {
     return value == nullptr ? "not set" : *value == '\0' ? "set, but empty" : value;
 }
 
-}  // namespace demo
+}  // namespace admin

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-namespace demo {
+namespace admin {
 
 using namespace zeldlg::registry;
 
@@ -41,4 +41,4 @@ std::string AsWords(const RegistryValue& value) {
     }
 }
 
-}  // namespace demo
+}  // namespace admin

@@ -1,4 +1,5 @@
-// The settings command: what the dialogs read, seen and changed through the library's own store.
+// The commands list, get and set: what the dialogs read, seen and changed through the library's own
+// store.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -18,6 +19,8 @@
 #include "registry/settings.h"
 #include "stored_values.h"
 
+namespace admin {
+
 namespace {
 
 using namespace zeldlg::registry;
@@ -25,9 +28,9 @@ using zeldlg::platform::DecodeUtf8;
 
 const std::wstring kGeneralKey = kSettingsKey;
 
-int Fail(RegistryError error) {
-    fprintf(stderr, "settings: error %u: %s\n", error, demo::Describe(error));
-    return EXIT_NOT_CONFIRMED;
+ExitCode Fail(RegistryError error) {
+    fprintf(stderr, "zeldlg-settings: error %u: %s\n", error, Describe(error));
+    return kNotDone;
 }
 
 // An open key, closed with the object.
@@ -82,11 +85,11 @@ std::optional<std::string> ReadAsWords(HKEY key, const wchar_t* name, RegistryEr
     if (error != kSuccess) {
         return {};
     }
-    return demo::AsWords(value);
+    return AsWords(value);
 }
 
-void PrintSettings(const std::wstring& base, std::span<const demo::KnownSetting> settings) {
-    for (const demo::KnownSetting& setting : settings) {
+void PrintSettings(const std::wstring& base, std::span<const KnownSetting> settings) {
+    for (const KnownSetting& setting : settings) {
         const std::wstring path = *setting.key == L'\0' ? base : base + L"\\" + setting.key;
         Key key;
         RegistryError error = key.Open(path);
@@ -114,32 +117,32 @@ std::vector<std::wstring> SubKeys(const std::wstring& path) {
     return names;
 }
 
-int List() {
+ExitCode List() {
     Key general;
     const RegistryError error = general.Open(kGeneralKey);
     if (error != kSuccess && error != kNotFound) {
         return Fail(error);
     }
-    PrintSettings(kGeneralKey, demo::KnownSettings());
+    PrintSettings(kGeneralKey, KnownSettings());
     const std::wstring policies = kGeneralKey + L"\\Policies";
     for (const std::wstring& name : SubKeys(policies)) {
-        PrintSettings(policies + L"\\" + name, demo::PolicySettings());
+        PrintSettings(policies + L"\\" + name, PolicySettings());
     }
-    return EXIT_SUCCESS;
+    return kDone;
 }
 
-int Get(const char* path, const char* name) {
+ExitCode Get(const std::string& path, const std::string& name) {
     Key key;
-    RegistryError error = key.Open(DecodeUtf8(path));
+    RegistryError error = key.Open(DecodeUtf8(path.c_str()));
     std::optional<std::string> words;
     if (error == kSuccess) {
-        words = ReadAsWords(key.Handle(), DecodeUtf8(name).c_str(), error);
+        words = ReadAsWords(key.Handle(), DecodeUtf8(name.c_str()).c_str(), error);
     }
     if (!words) {
         return Fail(error);
     }
     puts(words->c_str());
-    return EXIT_SUCCESS;
+    return kDone;
 }
 
 std::optional<std::string> ParseBinary(std::string_view digits) {
@@ -154,66 +157,84 @@ std::optional<std::string> ParseBinary(std::string_view digits) {
     return bytes;
 }
 
-int Store(const char* path, const char* name, uint32_t type, const void* data, size_t size) {
+ExitCode Store(const std::string& path, const std::string& name, uint32_t type, const void* data,
+               size_t size) {
     Key key;
-    RegistryError error = key.Create(DecodeUtf8(path));
+    RegistryError error = key.Create(DecodeUtf8(path.c_str()));
     if (error == kSuccess) {
-        error = RegSetValueEx(key.Handle(), DecodeUtf8(name).c_str(), type, data,
+        error = RegSetValueEx(key.Handle(), DecodeUtf8(name.c_str()).c_str(), type, data,
                               static_cast<uint32_t>(size));
     }
     const RegistryError written = key.Close();
     error = error != kSuccess ? error : written;
-    return error == kSuccess ? EXIT_SUCCESS : Fail(error);
+    return error == kSuccess ? kDone : Fail(error);
 }
 
-int Set(const char* path, const char* name, std::string_view type, const char* data) {
+ExitCode Set(const std::string& path, const std::string& name, const std::string& type,
+             const std::string& data) {
     if (type == "number") {
         const uint32_t number = ParseNumber("number", data);
         return Store(path, name, kTypeNumber, &number, sizeof number);
     }
     if (type == "string") {
-        const std::wstring text = DecodeUtf8(data);
+        const std::wstring text = DecodeUtf8(data.c_str());
         return Store(path, name, kTypeString, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
     }
     const std::optional<std::string> bytes = ParseBinary(data);
     if (type != "binary" || !bytes) {
-        fprintf(stderr, "settings: TYPE is number, string, or binary with hexadecimal digits\n");
-        return EXIT_USAGE;
+        Refuse("TYPE is number, string, or binary with hexadecimal digits");
     }
     return Store(path, name, kTypeBinary, bytes->data(), bytes->size());
 }
 
-int RunSettings(const DLG_FunctionList*, int argc, char** argv) {
-    const std::string_view action = argc > 1 ? argv[1] : "";
-    if (action == "list" && argc == 2) {
-        return List();
+void ExpectWords(const Words& words, size_t count) {
+    if (words.size() != count) {
+        Refuse(std::to_string(count) + " words expected (see --help)");
     }
-    if (action == "get" && argc == 4) {
-        return Get(argv[2], argv[3]);
-    }
-    if (action == "set" && argc == 6) {
-        return Set(argv[2], argv[3], argv[4], argv[5]);
-    }
-    fprintf(stderr, "settings: see zeldlg-demo settings --help\n");
-    return EXIT_USAGE;
 }
+
+ExitCode RunList(Words words) {
+    ExpectWords(words, 0);
+    return List();
+}
+
+ExitCode RunGet(Words words) {
+    ExpectWords(words, 2);
+    return Get(words[0], words[1]);
+}
+
+ExitCode RunSet(Words words) {
+    ExpectWords(words, 4);
+    return Set(words[0], words[1], words[2], words[3]);
+}
+
+#define KEY_HELP                                                                      \
+    "  KEY    path of a key, for example 'SOFTWARE\\Corvenna\\Tessaly\\2.0'; below\n" \
+    "         HKEY_LOCAL_MACHINE unless it begins with another root\n"                \
+    "  VALUE  name of a value; '@' for the key's default value\n"
 
 }  // namespace
 
-const Command kSettingsCommand = {
-    .name = "settings",
-    .synopsis = "settings list | get KEY VALUE | set KEY VALUE TYPE DATA",
-    .summary = "See and change what the dialogs read",
-    .options =
-        "  list               print every setting that the library reads\n"
-        "  get KEY VALUE      print one value, as TYPE DATA\n"
-        "  set KEY VALUE TYPE DATA\n"
-        "                     set a value, creating its key\n"
-        "\n"
-        "  KEY    path of a key, for example 'SOFTWARE\\Corvenna\\Tessaly\\2.0'; below\n"
-        "         HKEY_LOCAL_MACHINE unless it begins with another root\n"
-        "  VALUE  name of a value; '@' for the key's default value\n"
-        "  TYPE   number (decimal or 0x...), string, or binary (hexadecimal digits)\n",
-    .standalone = true,
-    .run = RunSettings,
-};
+std::span<const Command> StoreCommands() {
+    static const Command kCommands[] = {
+        {.name = "list",
+         .synopsis = "list",
+         .summary = "Print every setting that the library reads",
+         .help = "",
+         .run = RunList},
+        {.name = "get",
+         .synopsis = "get KEY VALUE",
+         .summary = "Print one value, as TYPE DATA",
+         .help = KEY_HELP,
+         .run = RunGet},
+        {.name = "set",
+         .synopsis = "set KEY VALUE TYPE DATA",
+         .summary = "Set a value, creating its key",
+         .help = KEY_HELP
+         "  TYPE   number (decimal or 0x...), string, or binary (hexadecimal digits)\n",
+         .run = RunSet},
+    };
+    return kCommands;
+}
+
+}  // namespace admin

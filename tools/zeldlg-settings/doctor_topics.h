@@ -7,7 +7,7 @@
 #include "effective_settings.h"
 #include "registry/registry_text.h"
 
-namespace demo {
+namespace admin {
 
 struct FoundSettings {
     EffectiveSettings where;
@@ -33,4 +33,4 @@ void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay)
 // in a process of its own. Returns an exit code.
 int ProbeDisplay();
 
-}  // namespace demo
+}  // namespace admin

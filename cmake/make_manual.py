@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Writes the manual page of zeldlg-demo: a template, with what the program's own help says.
+"""Writes the manual page of a program: a template, with what the program's own help says.
 
     make_manual.py PROGRAM TEMPLATE VERSION OUTPUT
 
@@ -7,6 +7,7 @@ The synopsis, options, commands and exit codes come from the program, so that a 
 the page without anybody writing it there.
 """
 
+import os
 import re
 import subprocess
 import sys
@@ -56,14 +57,16 @@ def items(lines):
     return page
 
 
-def synopsis(usage):
-    forms = re.sub(r"^ *zeldlg-demo ", "", usage, flags=re.MULTILINE).splitlines()
-    return "\n.br\n".join(f"\\fBzeldlg\\-demo\\fR {escape(form)}" for form in forms)
+def synopsis(program, usage):
+    name = os.path.basename(program)
+    forms = re.sub(rf"^ *{name} ", "", usage, flags=re.MULTILINE).splitlines()
+    return "\n.br\n".join(f"\\fB{escape(name)}\\fR {escape(form)}" for form in forms)
 
 
 def command(program, name):
     usage, summary, rest = help_of(program, name).split("\n\n", 2)
-    page = [".SS " + escape(usage.removeprefix("Usage: zeldlg-demo ")), escape(summary) + "."]
+    synopsis_line = usage.removeprefix(f"Usage: {os.path.basename(program)} ")
+    page = [".SS " + escape(synopsis_line), escape(summary) + "."]
     return page + items(rest.rstrip("\n").splitlines())
 
 
@@ -75,7 +78,7 @@ def page(program, template, version):
     overview = sections(help_of(program))
     parts = {
         "VERSION": version,
-        "SYNOPSIS": synopsis(overview["Usage"]),
+        "SYNOPSIS": synopsis(program, overview["Usage"]),
         "OPTIONS": "\n".join(items(line for line in overview[""].splitlines()
                                    if line.startswith(" "))),
         "COMMANDS": "\n".join(line for name in command_names(overview)

@@ -16,7 +16,7 @@
 #include "doctor_topics.h"
 #include "read_only_process.h"
 
-namespace demo {
+namespace admin {
 
 namespace {
 
@@ -135,4 +135,4 @@ bool ReportDisplay(Report& report) {
     return opened;
 }
 
-}  // namespace demo
+}  // namespace admin

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace demo {
+namespace admin {
 
 class Report {
 public:
@@ -38,4 +38,4 @@ std::pair<std::string, std::string> Split(const std::string& line);
 // An environment variable's value, or that it is not set.
 std::string Variable(const char* name);
 
-}  // namespace demo
+}  // namespace admin

@@ -11,7 +11,7 @@
 #include "command.h"
 #include "doctor_topics.h"
 
-namespace demo {
+namespace admin {
 
 namespace {
 
@@ -100,11 +100,11 @@ int ProbeDisplay() {
     SayVersion(toolkit);
     fflush(stdout);  // the toolkit may never come back
     if (FROM(toolkit, gtk_init_check)(nullptr, nullptr) == FALSE) {
-        return EXIT_NOT_CONFIRMED;
+        return kNotDone;
     }
     SayDisplay(toolkit, FROM(toolkit, gdk_display_get_default)());
     SayLook(toolkit);
-    return EXIT_CONFIRMED;
+    return kDone;
 }
 
-}  // namespace demo
+}  // namespace admin
