@@ -4,6 +4,7 @@
 #include <glib.h>
 #include <pthread.h>
 #include <unistd.h>
+#include <wx/translation.h>
 
 #include <algorithm>
 #include <array>
@@ -194,22 +195,19 @@ Life& ProcessLife() {
 
 namespace {
 
-// What the exit handler is known by to the C library, in turns.
-std::array<char, 2> g_handles{};
-uint32_t g_moves = 0;
-
 // The C library fills no place below the last one in use, and 32 places take 1 KiB. So often the
 // handler leaves its place before it takes one, and those in between are free again.
 constexpr uint32_t kMovesUp = 1024;
 
-// The thread that is moving the handler at the moment. None: 0.
-std::atomic<pthread_t> g_mover{};
+// Counts the moves, and which of them holds. The C library knows the place of each by its number.
+std::atomic<uintptr_t> g_moves{1};
+std::atomic<uintptr_t> g_last{1};
 
 constexpr uint32_t kCatalogueWaitMs = 300;
 
-// glibc hands the exit status to handlers of this kind, too.
-void OnExit(void*, int status) {
-    if (g_mover == pthread_self() || ProcessLife().IsOver()) {
+// Called when a place is left, too. glibc hands the exit status to handlers of this kind.
+void OnExit(void* move, int status) {
+    if (reinterpret_cast<uintptr_t>(move) < g_last || ProcessLife().IsOver()) {
         return;
     }
     if (ProcessLife().Exit() == Life::AtExit::EndHere) {
@@ -228,6 +226,16 @@ void OnExit(void*, int status) {
 extern "C" int __cxa_atexit(void (*)(void*), void*, void*);
 extern "C" void __cxa_finalize(void*);
 
+namespace {
+
+void TakePlace(uintptr_t move) {
+    const auto handler = reinterpret_cast<void (*)()>(OnExit);
+    auto* const name = reinterpret_cast<void*>(move);
+    static_cast<void>(__cxa_atexit(reinterpret_cast<void (*)(void*)>(handler), name, name));
+}
+
+}  // namespace
+
 void GoFirstAtExit() {
     if (ProcessLife().IsOver()) {
         return;
@@ -237,27 +245,31 @@ void GoFirstAtExit() {
     sigset_t before;
     sigfillset(&all);
     pthread_sigmask(SIG_BLOCK, &all, &before);
-    pthread_t nobody{};
-    if (g_mover.compare_exchange_strong(nobody, pthread_self())) {
-        char* const old = &g_handles.at(g_moves % 2);
-        char* const next = &g_handles.at(++g_moves % 2);
-        if (g_moves % kMovesUp == 0) {
-            __cxa_finalize(old);
-        }
-        // Otherwise the new place is taken first: an exit that begins in between would go on to
-        // the libraries that the thread uses.
-        const auto handler = reinterpret_cast<void (*)()>(OnExit);
-        static_cast<void>(__cxa_atexit(reinterpret_cast<void (*)(void*)>(handler), nullptr, next));
-        __cxa_finalize(old);
-        g_mover = pthread_t{};
+    // Takes the new place first: an exit that begins in between would go on to the libraries that
+    // the thread uses. Of two threads that do this, the later one's place stays.
+    const uintptr_t move = ++g_moves;
+    const bool up = move % kMovesUp != 0;
+    if (up) {
+        TakePlace(move);
+    }
+    uintptr_t last = g_last;
+    while (last < move && !g_last.compare_exchange_weak(last, move)) {
+    }
+    __cxa_finalize(reinterpret_cast<void*>(std::min(last, move)));
+    if (!up && last < move) {
+        TakePlace(move);
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 namespace {
 
-// A first call may come when the exit is past all handlers, and destroys libraries already.
-__attribute__((constructor)) void WatchExit() { GoFirstAtExit(); }
+// A first call may come when the exit is past all handlers, and destroys libraries already. What
+// the toolkit keeps for each thread that uses its texts is to be destroyed after all of them.
+__attribute__((constructor)) void WatchExit() {
+    wxTranslations::GetUntranslatedString(wxString());
+    GoFirstAtExit();
+}
 
 }  // namespace
 
