@@ -8,84 +8,130 @@ import os
 import sys
 import traceback
 
-sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.dirname(HERE))
 
 from desktops.places import PLACES  # noqa: E402
 from desktops.programs import PEERS, Library, Peer  # noqa: E402
 from desktops.scenarios import SCENARIOS, Run  # noqa: E402
-from stage import Gone, StageError  # noqa: E402
+from stage import Gone, StageError, library_path  # noqa: E402
+
+BEFORE, NOW = "before", "now"
+SUBJECTS = [BEFORE, NOW, *PEERS]
+DOCUMENT = os.path.join(HERE, *[os.pardir] * 3, "docs", "desktops.md")
+MARK = "<!-- made by script/desktops -->\n"
 
 
-def run_one(place, subject_name, scenario_name, options):
-    """The cell's text."""
-    if subject_name in PEERS:
-        subject = Peer(place.environment, *PEERS[subject_name])
-    else:
-        subject = Library(place.environment, options.library)
-    run = Run(place, subject, options.dialogs)
-    try:
-        return SCENARIOS[scenario_name][0](run)
-    finally:
-        run.close()
+def new_subject(name, environment, options):
+    if name in PEERS:
+        return Peer(environment, *PEERS[name])
+    return Library(environment, options.before if name == BEFORE else library_path())
 
 
 def cells(place, options):
-    """What is to be tried on a desktop; what ends it comes last."""
-    for ends in (False, True):
-        for subject in options.subject or ["library", *PEERS]:
-            for name, (_, library_only, ends_desktop) in SCENARIOS.items():
-                wanted = not options.scenario or name in options.scenario
-                fits = ((subject == "library" or not library_only)
-                        and ("Wayland" in place or not ends_desktop))
-                if wanted and fits and ends_desktop == ends:
-                    yield subject, name
+    """What is to be tried on a desktop, subjects of one kind of it together."""
+    for name, scenario in SCENARIOS.items():
+        if (name not in (options.scenario or SCENARIOS)
+                or scenario.sees and "headless" in place
+                or (scenario.ends_it or scenario.monitors > 1) and "ayland" not in place):
+            continue
+        for subject in options.subject or SUBJECTS:
+            if (scenario.library_only and subject in PEERS
+                    or subject == BEFORE and not options.before):
+                continue
+            yield subject, name
 
 
 class Desktop:
-    """The desktop at hand; a new one when it has gone."""
+    """The desktop at hand; a new one when it has gone, or another kind is needed."""
 
     def __init__(self, name):
         self._name = name
         self._stack = contextlib.ExitStack()
-        self._place = None
+        self._kind = None
 
-    def get(self):
-        if self._place is None:
-            self._place = self._stack.enter_context(PLACES[self._name]())
+    def get(self, *kind):
+        if self._kind != kind:
+            self.close()
+            self._place = self._stack.enter_context(PLACES[self._name](*kind))
+            self._kind = kind
         return self._place
 
-    def drop(self):
+    def close(self):
+        self._kind = None
         self._stack.close()
-        self._place = None
 
 
-def try_on(place_name, options):
-    desktop = Desktop(place_name)
-    for subject, name in cells(place_name, options):
-        try:
-            text = run_one(desktop.get(), subject, name, options)
-            if SCENARIOS[name][2]:
-                desktop.drop()
-        except (AssertionError, StageError, Gone, OSError, KeyError) as error:
-            traceback.print_exc()
-            text = f"not tried: {str(error).splitlines()[0][:60]}"
-            desktop.drop()
-        print(f"{place_name} | {subject} | {name} | {text}", flush=True)
-        if options.json:
-            with open(options.json, "a") as file:
-                file.write(json.dumps([place_name, subject, name, text]) + "\n")
-    desktop.drop()
+def try_cell(desktop, subject, scenario, options):
+    """The cell's text. None when that could not be tried: the desktop is to blame."""
+    try:
+        place = desktop.get(scenario.scale, scenario.monitors)
+        with contextlib.closing(
+                Run(place, new_subject(subject, place.environment, options), options.dialogs)) as run:
+            return scenario.play(run)
+    except (AssertionError, StageError, Gone, OSError, LookupError):
+        traceback.print_exc()
+        desktop.close()
+        return None
+    finally:
+        if scenario.ends_it:
+            desktop.close()
+
+
+def try_on(place, options):
+    with contextlib.closing(Desktop(place)) as desktop:
+        for subject, name in cells(place, options):
+            text = (try_cell(desktop, subject, SCENARIOS[name], options)
+                    or try_cell(desktop, subject, SCENARIOS[name], options) or "not tried")
+            print(f"{place} | {subject} | {name} | {text}", flush=True)
+            if options.json:
+                with open(options.json, "a") as file:
+                    file.write(json.dumps([place, subject, name, text]) + "\n")
+
+
+def tables(found):
+    """Markdown: a table for each scenario; desktops with the same cells share a row."""
+    for name, scenario in SCENARIOS.items():
+        subjects = [subject for subject in SUBJECTS if not (scenario.library_only and subject in PEERS)]
+        rows = {}
+        for place in PLACES:
+            texts = tuple(found.get((place, subject, name), "") for subject in subjects)
+            if any(texts):
+                rows.setdefault(texts, []).append(place)
+        yield f"\n### {name[0].upper()}{name[1:]}\n\n"
+        yield "| " + " | ".join(["Desktop", *subjects]) + " |\n" + "|---" * (1 + len(subjects)) + "|\n"
+        for texts, places in rows.items():
+            yield "| " + " | ".join([", ".join(places), *texts]) + " |\n"
+    yield "\n### Where another program is better\n\n"
+    behind = [f"* {name}, {place}: {peer} ({found[place, peer, name]}; now: {text})\n"
+              for (place, subject, name), text in found.items() if subject == NOW and "**" in text
+              for peer in PEERS if "**" not in found.get((place, peer, name), "** or not tried")]
+    yield from behind or ["Nowhere.\n"]
+
+
+def write_document(options):
+    with open(options.json) as file:
+        found = {tuple(cell[:3]): cell[3] for cell in map(json.loads, file)}
+    with open(DOCUMENT) as file:
+        head, _, tail = file.read().split(MARK)
+    with open(DOCUMENT, "w") as file:
+        file.write(MARK.join([head, "".join(tables(found)) + "\n", tail]))
 
 
 def main():
     parser = argparse.ArgumentParser(prog="script/desktops")
     parser.add_argument("--place", action="append", choices=PLACES)
-    parser.add_argument("--subject", action="append", choices=["library", *PEERS])
+    parser.add_argument("--subject", action="append", choices=SUBJECTS)
     parser.add_argument("--scenario", action="append", choices=SCENARIOS)
-    parser.add_argument("--library", help="another build of the library")
+    parser.add_argument("--before", metavar="FILE", help="an older library, to compare with")
     parser.add_argument("--dialogs", type=int, default=1, help="how many later dialogs")
-    parser.add_argument("--json", help="file that cells are added to")
+    parser.add_argument("--json", metavar="FILE", help="cells are added to it, a line each")
+    parser.add_argument("--docs", action="store_true",
+                        help="tries nothing: puts what that file has into docs/desktops.md")
     options = parser.parse_args()
+    if options.docs:
+        write_document(options)
+        return
     for place in options.place or PLACES:
         try_on(place, options)
 

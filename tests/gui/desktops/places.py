@@ -1,5 +1,5 @@
-"""The desktops that the dialogs are tried on: window managers, and Wayland compositors in a window
-of the stage's display. Each gives what a program there is started with.
+"""The desktops that the dialogs are tried on: window managers, and Wayland compositors, in a window
+of the stage's display or without any. Each gives what a program there is started with.
 """
 
 import contextlib
@@ -8,41 +8,34 @@ import shutil
 import subprocess
 import tempfile
 
+from gi.repository import Gio, GLib
+
 from stage import Stage, wait_until
 from stage.servers import dying_with_parent
 from stage.x11 import X11
 
-I3_CONFIG = "font pango:monospace 8\n"
-SWAY_CONFIG = "xwayland enable\noutput * scale {scale}\noutput * mode --custom {size}\nexec {tell}\n"
-SIZE = "1000x700"
+WIDTH, HEIGHT = 1000, 700
+SWAY_CONFIG = "xwayland enable\noutput * mode --custom {size}\noutput * scale {scale}\nexec {tell}\n"
+REMOTE = "org.gnome.Mutter.RemoteDesktop"
 
 
 class Place:
-    """A desktop while it runs: `environment` for programs, `x11` for keys, clicks and pixels."""
+    """A desktop while it runs: `environment` for programs; `eyes`, the display to look at and to
+    type on (None: nothing can be seen); `x11`, what its X programs are on (None: there are none).
+    """
 
-    def __init__(self, stage, environment, screen):
-        self.stage = stage
-        self.environment = environment
-        self.x11 = screen
-        self.compositor = None
+    def __init__(self, environment, eyes, x11, process=None):
+        self.environment, self.eyes, self.x11, self.compositor = environment, eyes, x11, process
+        self.type = eyes.type_text if eyes else None
 
-    def type(self, text):
-        self.x11.type_text(text)
-
-
-@contextlib.contextmanager
-def _x11(manager):
-    with tempfile.TemporaryDirectory() as directory:
-        config = os.path.join(directory, "i3.conf")
-        with open(config, "w") as file:
-            file.write(I3_CONFIG)
-        stage = Stage(size=SIZE, manager=manager.format(i3=config), accessibility=False)
-        with stage, contextlib.closing(_eyes(stage)) as x11:
-            yield Place(stage, dict(stage.environment), x11)
-
-
-def _eyes(stage):
-    return X11(stage.environment["DISPLAY"])
+    def monitors(self):
+        """Where they are to be seen, from left to right: (x, y, width, height)."""
+        windows = sorted(self.eyes.geometry(number) for number, _, _ in self.eyes.windows())
+        if self.compositor is None or not windows:
+            windows = [self.eyes.geometry(self.eyes.root)]
+        # One window may show several.
+        return [(x + part, y, WIDTH, height) for x, y, width, height in windows
+                for part in range(0, max(width - WIDTH, 0) + 1, WIDTH)]
 
 
 @contextlib.contextmanager
@@ -54,7 +47,8 @@ def compositor(command, environment):
         directory = stack.enter_context(tempfile.TemporaryDirectory())
         told, tell = os.path.join(directory, "told"), os.path.join(directory, "tell")
         with open(tell, "w") as file:
-            file.write(f"#!/bin/sh\nenv -0 >{told}.new\nmv {told}.new {told}\nexec sleep 1000000\n")
+            file.write(f"#!/bin/sh\nenv -0 >{told}.new\nmv {told}.new {told}\n"
+                       "exec setpriv --pdeathsig KILL -- sleep 1000000\n")
         os.chmod(tell, 0o755)
         log = stack.enter_context(open(os.path.join(directory, "log"), "w+"))
         process = subprocess.Popen(dying_with_parent(command(directory, tell), "TERM"),
@@ -72,67 +66,130 @@ def compositor(command, environment):
                         if name in inner}
 
 
-class Compositor:
-    """One that runs in a window of a stage. Programs on it are Wayland's or, if asked, X's."""
+class RemoteKeyboard:
+    """Types into a compositor that has no display below it: mutter's interface for that."""
 
-    def __init__(self, name, for_x, scale=1):
-        self._name, self._for_x, self._scale = name, for_x, scale
+    def __init__(self, address):
+        flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+                 | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+        self._bus = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+        path = "/org/gnome/Mutter/RemoteDesktop"
+        self._session = self._call(path, REMOTE, "CreateSession").unpack()[0]
+        self._notify("Start")
 
-    def _command(self, directory, tell):
-        width, height = SIZE.split("x")
-        if self._name == "mutter":
-            return ["mutter", "--wayland", "--nested", "--", tell]
-        if self._name == "kwin":
-            # A copy: the program's capability is not granted everywhere, and it does not start then.
-            program = os.path.join(directory, "kwin_wayland")
-            shutil.copyfile("/usr/bin/kwin_wayland", program)
-            os.chmod(program, 0o755)
-            return [program, "--xwayland", "--no-lockscreen", "--no-global-shortcuts",
-                    "--width", width, "--height", height, tell]
-        config = os.path.join(directory, "sway.conf")
-        with open(config, "w") as file:
-            file.write(SWAY_CONFIG.format(size=SIZE, tell=tell, scale=self._scale))
-        # It refuses to be root's.
-        other_user = ["unshare", "--user", "--map-user=1000", "--map-group=1000", "--"]
-        return (other_user if os.getuid() == 0 else []) + ["sway", "--config", config]
+    def _call(self, path, interface, method, arguments=None):
+        return self._bus.call_sync(REMOTE, path, interface, method, arguments, None, 0, 20000, None)
 
-    @contextlib.contextmanager
-    def place(self):
-        with contextlib.ExitStack() as stack:
-            stage = stack.enter_context(Stage(size="1024x768", accessibility=False))
-            x11 = stack.enter_context(contextlib.closing(_eyes(stage)))
-            environment = {**stage.environment, "WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman",
-                           "MUTTER_DEBUG_DUMMY_MODE_SPECS": SIZE, "KWIN_COMPOSE": "Q"}
-            process, inner = stack.enter_context(compositor(self._command, environment))
-            place = Place(stage, {**stage.environment, **inner}, x11)
-            if self._for_x:
-                place.environment.pop("WAYLAND_DISPLAY")
-                place.environment["GDK_BACKEND"] = "x11"
-            else:
-                place.environment["GDK_BACKEND"] = "wayland"
-            place.compositor = process
-            wait_until(lambda: any(x11.holds_focus(number) for number, _, _ in x11.windows()), 20,
-                       "the compositor's window", seen=x11.windows)
-            yield place
+    def _notify(self, method, arguments=None):
+        self._call(self._session, REMOTE + ".Session", method, arguments)
+
+    def type(self, text):
+        for character in text:
+            symbol = 0xff0d if character == "\n" else ord(character)
+            for down in (True, False):
+                self._notify("NotifyKeyboardKeysym", GLib.Variant("(ub)", (symbol, down)))
 
 
-def _window_manager(command):
-    return lambda: _x11(command)
+def _size(scale):
+    return f"{WIDTH * scale}x{HEIGHT * scale}"
 
 
+def _mutter(directory, tell, scale, monitors):
+    return ["mutter", "--wayland", "--nested", "--", tell]
+
+
+def _headless_mutter(directory, tell, scale, monitors):
+    return ["mutter", "--wayland", "--headless",
+            *["--virtual-monitor", _size(scale)] * monitors, "--", tell]
+
+
+def _kwin(directory, tell, scale, monitors):
+    # A copy: the program's capability is not granted everywhere, and it does not start then.
+    program = os.path.join(directory, "kwin_wayland")
+    shutil.copyfile("/usr/bin/kwin_wayland", program)
+    os.chmod(program, 0o755)
+    return [program, "--xwayland", "--no-lockscreen", "--no-global-shortcuts",
+            "--width", str(WIDTH * scale), "--height", str(HEIGHT * scale), "--scale", str(scale),
+            "--output-count", str(monitors), tell]
+
+
+def _sway(directory, tell, scale, monitors):
+    config = os.path.join(directory, "sway.conf")
+    with open(config, "w") as file:
+        file.write(SWAY_CONFIG.format(tell=tell, scale=scale, size=_size(scale)))
+    # It refuses to be root's.
+    other_user = ["unshare", "--user", "--map-user=1000", "--map-group=1000", "--"]
+    return (other_user if os.getuid() == 0 else []) + ["sway", "--config", config]
+
+
+@contextlib.contextmanager
+def _manager(name, scale, monitors):
+    with contextlib.ExitStack() as stack:
+        if name.startswith("i3"):
+            config = stack.enter_context(tempfile.NamedTemporaryFile("w"))
+            config.write("font pango:monospace 8\n")
+            config.flush()
+            name += " -c " + config.name
+        stage = stack.enter_context(Stage(_size(scale), manager=name, accessibility=False))
+        eyes = stack.enter_context(contextlib.closing(X11(stage.environment["DISPLAY"])))
+        yield Place({**stage.environment, "GDK_SCALE": str(scale)}, eyes, eyes)
+
+
+@contextlib.contextmanager
+def _compositor(command, for_x, scale, monitors):
+    with contextlib.ExitStack() as stack:
+        room = f"{WIDTH * scale * monitors + 60}x{HEIGHT * scale + 60}"
+        stage = stack.enter_context(Stage(room, accessibility=False))
+        environment = {**stage.environment, "WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman",
+                       "WLR_X11_OUTPUTS": str(monitors), "KWIN_COMPOSE": "Q",
+                       "MUTTER_DEBUG_DUMMY_MODE_SPECS": _size(scale),
+                       "MUTTER_DEBUG_NUM_DUMMY_MONITORS": str(monitors),
+                       "MUTTER_DEBUG_DUMMY_MONITOR_SCALES": ",".join([str(scale)] * monitors)}
+        headless = command is _headless_mutter
+        if headless:
+            del environment["DISPLAY"]
+        process, inner = stack.enter_context(
+            compositor(lambda *files: command(*files, scale, monitors), environment))
+        inner["GDK_BACKEND"] = "x11" if for_x else "wayland"
+        x11 = eyes = None
+        if for_x:
+            stack.enter_context(_authority(inner.get("XAUTHORITY")))
+            x11 = stack.enter_context(contextlib.closing(X11(inner["DISPLAY"])))
+            del inner["WAYLAND_DISPLAY"]
+        if not headless:
+            eyes = stack.enter_context(contextlib.closing(X11(stage.environment["DISPLAY"])))
+            wait_until(lambda: any(eyes.holds_focus(number) for number, _, _ in eyes.windows()), 20,
+                       "the compositor's window", seen=eyes.windows)
+        place = Place({**stage.environment, **inner}, eyes, x11, process)
+        if headless:
+            place.type = RemoteKeyboard(stage.environment["DBUS_SESSION_BUS_ADDRESS"]).type
+        yield place
+
+
+@contextlib.contextmanager
+def _authority(path):
+    """Lets this process open the display; Xlib asks the environment."""
+    before = os.environ.get("XAUTHORITY")
+    if path:
+        os.environ["XAUTHORITY"] = path
+    try:
+        yield
+    finally:
+        os.environ.pop("XAUTHORITY", None)
+        if before:
+            os.environ["XAUTHORITY"] = before
+
+
+# Each is called with a scale and a number of monitors. (On Xvfb toolkits see one monitor only.)
 PLACES = {
-    "mutter (X11)": _window_manager("mutter --x11"),
-    "metacity": _window_manager("metacity"),
-    "kwin_x11": _window_manager("kwin_x11"),
-    "xfwm4": _window_manager("xfwm4 --compositor=off"),
-    "icewm": _window_manager("icewm"),
-    "i3": _window_manager("i3 -c {i3}"),
-    "openbox": _window_manager(Stage.MANAGER),
-    "no window manager": _window_manager(""),
-    "mutter (Wayland)": Compositor("mutter", False).place,
-    "mutter (Xwayland)": Compositor("mutter", True).place,
-    "KWin (Wayland)": Compositor("kwin", False).place,
-    "KWin (Xwayland)": Compositor("kwin", True).place,
-    "sway (Wayland)": Compositor("sway", False).place,
-    "sway (Xwayland)": Compositor("sway", True).place,
+    **{name: (lambda scale, monitors, command=command: _manager(command, scale, monitors))
+       for name, command in {
+           "mutter (X11)": "mutter --x11", "metacity": "metacity", "kwin_x11": "kwin_x11",
+           "xfwm4": "xfwm4 --compositor=off", "icewm": "icewm", "i3": "i3",
+           "openbox": Stage.MANAGER, "no window manager": ""}.items()},
+    **{f"{name} ({kind})": (lambda scale, monitors, command=command, for_x=for_x:
+                            _compositor(command, for_x, scale, monitors))
+       for name, command in {"mutter": _mutter, "mutter, headless": _headless_mutter,
+                             "KWin": _kwin, "sway": _sway}.items()
+       for kind, for_x in {"Wayland": False, "Xwayland": True}.items()},
 }

@@ -1,68 +1,102 @@
 """What a user goes through on a desktop, and where his keys arrive."""
 
+import collections
 import contextlib
+import os
 import time
 
 from desktops.other_program import Editor
 from desktops.programs import PIN
 from stage import scaled, wait_until
 
-STILL_SECONDS = 0.6
+# What is seen and who has the keyboard is settled when neither has changed for so long.
+STILL_SECONDS = 0.25
+# A cursor may blink meanwhile.
+CURSOR_PIXELS = 20
+# Another window is there when so many of the pixels that are looked at have changed.
+WINDOW_PIXELS = 500
 ARRIVED, ELSEWHERE, LOST = "dialog", "**other program**", "**nowhere**"
 
 
 class Run:
     """One desktop with the other program and something that asks for a PIN."""
 
-    def __init__(self, place, subject, dialogs=1):
+    def __init__(self, place, subject, dialogs):
         self.place, self.subject, self.dialogs = place, subject, dialogs
         self.editor = None
+        self.visible = True
 
     def open_editor(self, *options):
         self.editor = Editor(self.place.environment, options)
+        self.type_elsewhere()
+
+    def type_elsewhere(self):
+        self.settle()
         self.editor.type_into(self.place.type)
-        return self.editor
 
-    def pixels(self):
-        """Every sixteenth row of the screen."""
-        x11 = self.place.x11
-        _, _, width, height = x11.geometry(x11.root)
-        return [pixel for row in range(0, height, 16) for pixel in x11.pixels((0, row, width, 1))]
+    def pixels(self, area=None):
+        """Every sixteenth row of the screen or of a part of it; none where nothing can be seen."""
+        eyes = self.place.eyes
+        if eyes is None:
+            return []
+        x, y, width, height = area or eyes.geometry(eyes.root)
+        return [pixel for row in range(y, y + height, 16)
+                for pixel in eyes.pixels((x, row, width, 1))]
 
-    def settle(self, before=None, timeout=20):
-        """Waits until the screen differs from `before` and stays the same; whether it differs."""
-        deadline = time.monotonic() + scaled(timeout)
-        last, since = self.pixels(), time.monotonic()
+    def look(self):
+        """What is to be seen, and what the desktop says of windows and the keyboard."""
+        x11, editor = self.place.x11, self.editor
+        return (self.pixels(), x11 and (x11.windows(), x11.focus()), editor and editor.active)
+
+    def settle(self, before=None):
+        """Waits until what there is differs from `before` by a window, and changes no more; whether
+        it did so.
+        """
+        deadline = time.monotonic() + scaled(4)
+        last, since = self.look(), time.monotonic()
         while time.monotonic() < deadline:
-            time.sleep(0.05)
-            now = self.pixels()
-            if now != last:
+            time.sleep(0.02)
+            now = self.look()
+            if now[1:] != last[1:] or different(now[0], last[0]) > CURSOR_PIXELS:
                 last, since = now, time.monotonic()
-            differs = before is None or different(before, now) > 500
-            if differs and time.monotonic() - since > STILL_SECONDS:
+            elif (time.monotonic() - since > scaled(STILL_SECONDS)
+                  and (before is None or appeared(before, now))):
                 return True
         return False
 
     def open(self):
-        """Has the PIN asked for; gives the question once nothing more changes on the screen."""
+        """Has the PIN asked for; gives the question once the desktop is settled."""
         self.settle()
-        before = self.pixels()
+        before = self.look()
         question = self.subject.ask()
         self.visible = self.settle(before)
         return question
 
+    def show_pad(self, name="pad"):
+        self.settle()
+        before = self.look()
+        self.subject.show_pad(name)
+        self.settle(before)
+
     def where(self, question):
-        """Types the PIN; where it arrives. A dialog that is left open is ended."""
+        """Types the PIN; where it arrives."""
         self.place.type(PIN + "\n")
         with contextlib.suppress(AssertionError):
             wait_until(lambda: question.answer() is not None or self.editor and self.editor.keys,
-                       8)
+                       4)
         self.settle()
         answer = question.answer()
         keys = list(self.editor.keys) if self.editor else []
         if answer == PIN and not keys:
             return ARRIVED
+        self.keep_evidence()
         return ELSEWHERE if keys else LOST
+
+    def keep_evidence(self):
+        directory = os.environ.get("ZELDLG_ARTIFACTS")
+        if directory and self.place.eyes:
+            os.makedirs(directory, exist_ok=True)
+            self.place.eyes.screenshot(os.path.join(directory, f"{time.time():.0f}.png"))
 
     def close(self):
         if self.editor:
@@ -73,6 +107,11 @@ class Run:
 def different(one, other):
     """In how many pixels two pictures differ clearly: windows without the keyboard are paler."""
     return sum(a != b and max(abs(x - y) for x, y in zip(a, b)) > 60 for a, b in zip(one, other))
+
+
+def appeared(before, now):
+    """Whether a window has: painted, not only mapped, where that can be seen."""
+    return different(before[0], now[0]) > WINDOW_PIXELS if now[0] else now != before
 
 
 def alone(run):
@@ -88,38 +127,31 @@ def beside(run):
 def later(run):
     """Later dialogs of the same host, each after typing elsewhere."""
     run.open_editor()
-    for number in range(1 + run.dialogs):
-        if number:
-            run.editor.type_into(run.place.type)
-        found = run.where(run.open())
+    found = run.where(run.open())
+    for number in range(run.dialogs):
         if found != ARRIVED:
-            break
-    return found if run.dialogs == 1 else f"{number} of {run.dialogs}, then {found}"
+            return found if run.dialogs == 1 else f"{found} after {number} of {run.dialogs}"
+        run.type_elsewhere()
+        found = run.where(run.open())
+    return found if run.dialogs == 1 else f"{found}, {run.dialogs} of {run.dialogs}"
 
 
 def after_pad(run):
     run.open_editor()
-    run.settle()
-    before = run.pixels()
-    run.subject.show_pad()
-    run.settle(before)
+    run.show_pad()
     run.subject.hide_pad()
-    run.settle()
     with contextlib.suppress(AssertionError):
-        run.editor.type_into(run.place.type)
+        run.type_elsewhere()
     return run.where(run.open())
 
 
 def pad_and_space(run):
     """What a space that is being typed does to a pad that opens."""
     run.open_editor()
-    run.settle()
-    before = run.pixels()
-    run.subject.show_pad()
-    run.settle(before)
+    run.show_pad()
     run.place.type(" ")
     with contextlib.suppress(AssertionError):
-        wait_until(lambda: run.editor.keys or run.subject.is_aborted(), 2)
+        wait_until(lambda: run.editor.keys or run.subject.is_aborted(), 1)
     if run.subject.is_aborted():
         return "**aborts**"
     return "typed" if run.editor.keys else "ignored"
@@ -128,9 +160,6 @@ def pad_and_space(run):
 def over_fullscreen(run):
     run.open_editor("--fullscreen")
     found = run.where(run.open())
-    if found == ARRIVED and run.visible:  # and once more: a later dialog
-        run.editor.type_into(run.place.type)
-        found = run.where(run.open())
     return found if run.visible else f"{found}, **not seen**"
 
 
@@ -141,12 +170,11 @@ def click_elsewhere(run):
     before = run.pixels()
     run.open()
     shown = run.pixels()
-    area = different(before, shown)
-    _, _, width, height = run.place.x11.geometry(run.place.x11.root)
-    run.place.x11.click(width // 2, height - 120)
+    x, y, width, height = run.place.monitors()[0]
+    run.place.eyes.click(x + width // 2, y + height - 60)
     run.settle()
     covered = different(shown, run.pixels())
-    return "stays" if covered < area / 2 else "**behind**"
+    return "stays" if covered < different(before, shown) / 2 else "**behind**"
 
 
 def goes_back(run):
@@ -154,11 +182,30 @@ def goes_back(run):
     run.open_editor()
     run.where(run.open())
     run.editor.keys.clear()
-    run.settle()
     run.place.type("cd")
     with contextlib.suppress(AssertionError):
-        wait_until(lambda: "".join(run.editor.keys).endswith("cd"), 3)
-    return "yes" if "".join(run.editor.keys).endswith("cd") else "**no**"
+        wait_until(lambda: run.editor.keys == ["c", "d"], 2)
+    return "yes" if run.editor.keys == ["c", "d"] else "**no**"
+
+
+def at_pointer(run):
+    """Whether a dialog opens on the monitor that the pointer is on, of two."""
+    monitors = run.place.monitors()
+    x, y, width, height = monitors[1]
+    run.place.eyes.point(x + width // 2, y + height - 60)
+    run.settle()
+    before = [run.pixels(monitor) for monitor in monitors]
+    run.open()
+    there = [different(*pair) for pair in zip(before, map(run.pixels, monitors))]
+    return "there" if there[1] > there[0] else "**on the other one**"
+
+
+def two_pads(run):
+    """Whether two pads can be told apart."""
+    run.show_pad("one")
+    one = run.pixels()
+    run.show_pad("two")
+    return "apart" if different(one, run.pixels()) > WINDOW_PIXELS else "**on each other**"
 
 
 def compositor_dies(run, with_dialog):
@@ -166,36 +213,29 @@ def compositor_dies(run, with_dialog):
     if not with_dialog:
         run.where(question)
     run.place.compositor.kill()
-    host = run.subject.host
-    deadline = time.monotonic() + scaled(5)
-    while host.running and time.monotonic() < deadline:
-        time.sleep(0.1)
-    return "lives" if host.running else "**ends**"
+    with contextlib.suppress(AssertionError):
+        wait_until(lambda: not run.subject.host.running, 2)
+    return "lives" if run.subject.host.running else "**ends**"
 
 
-def two_pads(run):
-    """Whether two pads can be told apart."""
-    run.settle()
-    before = run.pixels()
-    run.subject.show_pad("one")
-    run.settle(before)
-    one = run.pixels()
-    run.subject.show_pad("two")
-    run.settle(one, 8)
-    return "apart" if different(one, run.pixels()) > 250 else "**on each other**"
-
-
-# Column: (scenario, for the library only, for compositors only).
+# `library_only`: not for what ends with its dialog. `sees`: not where there is nothing to look at.
+# `scale`, `monitors`: of the desktop; `ends_it`: the scenario does, so it has to be a compositor.
+Scenario = collections.namedtuple("Scenario", "play library_only sees scale monitors ends_it",
+                                  defaults=(False, False, 1, 1, False))
 SCENARIOS = {
-    "alone": (alone, False, False),
-    "beside a program": (beside, False, False),
-    "a later dialog": (later, True, False),
-    "after a pad": (after_pad, True, False),
-    "space at a pad": (pad_and_space, True, False),
-    "two pads": (two_pads, True, False),
-    "over fullscreen": (over_fullscreen, False, False),
-    "after a click elsewhere": (click_elsewhere, False, False),
-    "keyboard goes back": (goes_back, False, False),
-    "compositor dies, dialog": (lambda run: compositor_dies(run, True), True, True),
-    "compositor dies, idle": (lambda run: compositor_dies(run, False), True, True),
+    "alone": Scenario(alone),
+    "beside a program that is typed into": Scenario(beside),
+    "a later dialog of the host": Scenario(later, library_only=True),
+    "after a PIN pad": Scenario(after_pad, library_only=True),
+    "over a window that fills the screen": Scenario(over_fullscreen, sees=True),
+    "after a click elsewhere": Scenario(click_elsewhere, sees=True),
+    "the keyboard goes back": Scenario(goes_back),
+    "a space that is typed when a PIN pad opens": Scenario(pad_and_space, library_only=True),
+    "two PIN pads": Scenario(two_pads, library_only=True, sees=True),
+    "at twice the scale": Scenario(beside, scale=2),
+    "on the pointer's monitor": Scenario(at_pointer, sees=True, monitors=2),
+    "the compositor dies, a dialog is open": Scenario(
+        lambda run: compositor_dies(run, True), library_only=True, ends_it=True),
+    "the compositor dies, nothing is open": Scenario(
+        lambda run: compositor_dies(run, False), library_only=True, ends_it=True),
 }

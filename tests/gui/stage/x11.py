@@ -146,11 +146,15 @@ class X11:
                               title.decode("utf-8", "replace")))
         return found
 
-    def holds_focus(self, window):
-        """Whether the keyboard goes to the window or to something inside it, in the server."""
+    def focus(self):
+        """The window that the keyboard goes to in the server; 0 or 1 when it is none of them."""
         focus, revert = c_window(), _int()
         _x11.XGetInputFocus(self._display, ctypes.byref(focus), ctypes.byref(revert))
-        inner = focus.value
+        return focus.value
+
+    def holds_focus(self, window):
+        """Whether the keyboard goes to the window or to something inside it, in the server."""
+        inner = self.focus()
         while inner not in (0, 1, window):  # none and the pointer's root end the walk, too
             inner = self._parent(inner)
         return inner == window
