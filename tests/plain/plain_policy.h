@@ -1,5 +1,4 @@
-// Checks, messages and descriptions of PIN policies written a second time, as plainly as the rules
-// are told.
+// The checks of PIN policies written a second time, as plainly as the rules are told.
 #pragma once
 
 #include <string>
@@ -12,11 +11,5 @@ namespace zeldlg::plain {
 int PlainDistance(const PinPolicy& policy, std::string pin);
 int PlainClasses(const PinPolicy& policy, const std::string& pin);
 int PlainRestriction(PinPolicy& policy, const std::string& pin);
-
-/// The message of a status, in English.
-std::wstring PlainMessage(const PinPolicy& policy, int status, const std::string& pin);
-
-/// All blocks and the source line, in English.
-std::wstring PlainDescription(const PinPolicy& policy);
 
 }  // namespace zeldlg::plain

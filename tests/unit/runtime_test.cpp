@@ -13,20 +13,7 @@
 
 #include "runtime/current_parent.h"
 #include "runtime/gui_runner.h"
-#include "runtime/handlers/biometric_notification_handler.h"
-#include "runtime/handlers/challenge_response_handler.h"
-#include "runtime/handlers/change_pin_handler.h"
-#include "runtime/handlers/digital_id_handler.h"
-#include "runtime/handlers/enrolment_hint_handler.h"
 #include "runtime/handlers/handler_chain.h"
-#include "runtime/handlers/key_generation_handler.h"
-#include "runtime/handlers/legal_pin_handler.h"
-#include "runtime/handlers/message_box_handler.h"
-#include "runtime/handlers/pin_entry_handler.h"
-#include "runtime/handlers/pin_pad_handler.h"
-#include "runtime/handlers/token_selection_handler.h"
-#include "runtime/handlers/translation_handler.h"
-#include "runtime/handlers/unblock_method_handler.h"
 #include "runtime/message.h"
 #include "runtime/thread.h"
 #include "runtime/wx_runner.h"
@@ -231,18 +218,6 @@ TEST(Runner, ARequestThatNobodyTakesIsCompletedWithItsReplyUntouched) {
         EXPECT_TRUE(runner->Send(message));
     }
     EXPECT_EQ(reply, 42U);
-}
-
-TEST(HandlerChain, ThirteenHandlersStandInTheirOrder) {
-    const std::vector<RequestHandler> expected{HandleMessageBox,     HandleBiometricNotification,
-                                               HandleTokenSelection, HandlePinEntry,
-                                               HandleTranslation,    HandleEnrolmentHint,
-                                               HandleKeyGeneration,  HandleLegalPin,
-                                               HandleDigitalId,      HandleUnblockMethod,
-                                               HandleChangePin,      HandleChallengeResponse,
-                                               HandlePinPad};
-    const auto chain = HandlerChain();
-    EXPECT_EQ(expected, std::vector<RequestHandler>(chain.begin(), chain.end()));
 }
 
 TEST(HandlerChain, NoHandlerTakesACodeThatIsNotItsOwn) {
