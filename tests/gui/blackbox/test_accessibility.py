@@ -3,8 +3,8 @@
 
 import unittest
 
-from every_dialog import DIALOGS, wait_ready
 from stage import OK, Events, StageTestCase, wait_until
+from stage.dialogs import DIALOGS, find_dialog, show_dialog, wait_ready
 
 FIELDS = ("password text", "text", "combo box", "table", "list", "list box")
 # Fields that have a name, and no label beside them that could stand for it.
@@ -14,11 +14,9 @@ MASK = "\u25cf"
 
 
 class AccessibilityCase(StageTestCase):
-    def open(self, dialog, environment=None):
-        self.host = self.start_host(registry=dialog.registry, environment=environment)
-        arguments = {key: value for key, value in dialog.arguments.items() if value is not None}
-        self.call = self.host.call(dialog.export, **arguments)
-        self.window = self.screen.find_window(dialog.title, self.host)
+    def open(self, dialog):
+        self.host = self.start_host()
+        self.call, self.window = show_dialog(self.screen, self.host, dialog)
         wait_ready(self.screen, dialog, self.window)
         return self.window
 
@@ -49,11 +47,10 @@ class AccessibilityCase(StageTestCase):
 
     def end(self, dialog):
         """Ends the dialog as a host or Escape does."""
-        if dialog.hide is None:
+        if dialog.modal:
             self.screen.key("Escape")
-            self.assertEqual(dialog.result, self.call.result())
-        else:
-            self.call.result()
+        self.assertEqual(dialog.result, self.call.result())
+        if not dialog.modal:
             self.screen.x11.key("Escape")
             self.host.run("DLG_GetLocale")  # the key has been looked at by then
             self.assertTrue(self.window.showing, "only the host removes it")
@@ -235,12 +232,9 @@ class Colours(AccessibilityCase):
 
 
 class Announcements(AccessibilityCase):
-    def find(self, name):
-        return next(dialog for dialog in DIALOGS if dialog.name == name)
-
     def test_the_steps_and_words_of_a_pin_pad_are_spoken(self):
         with Events(self.screen.bus) as events:
-            self.open(self.find("pad Modification"))
+            self.open(find_dialog("pad Modification"))
             for order, spoken in (("NextPin", "Enter your PIN"), ("NextPin", "Enter the new PIN"),
                                   ("NextPin", "Confirm the new PIN"), ("Accept", "Ok Pressed"),
                                   ("Timeout", "Timer Expired"), ("Cancel", "Cancel Pressed")):
@@ -249,13 +243,13 @@ class Announcements(AccessibilityCase):
 
     def test_each_scan_of_a_finger_is_spoken(self):
         with Events(self.screen.bus) as events:
-            self.open(self.find("enrolment"))
+            self.open(find_dialog("biometric-enrol"))
             self.host.run("DLG_UpdateSuperTokenEnrolDlg")
             events.wait_for("Announcement", "Lumora Bio Token - enrolling finger (scan 2)")
 
     def test_the_end_of_all_objections_is_spoken(self):
         with Events(self.screen.bus) as events:
-            dialog = self.find("change-pin")
+            dialog = find_dialog("change-pin")
             self.open(dialog)
             for field, value in zip(self.window.find_all("password text"), dialog.typed):
                 self.type(field, value)

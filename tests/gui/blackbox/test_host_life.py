@@ -5,10 +5,10 @@ import os
 import subprocess
 import unittest
 
-from every_dialog import DIALOGS
 from slow_display import SlowDisplay
 from soak.waiting_threads import WaitingThreads
 from stage import CANCELLED, FAILED, NOT_SUPPORTED, OK, StageTestCase, scaled, wait_until
+from stage.dialogs import DIALOGS, show_dialog
 
 PIN = "DLG_ShowPinDialog"
 TITLE = "Enter PIN"
@@ -240,18 +240,12 @@ class AfterFinalise(LifeCase):
     def show_each_dialog(self):
         for dialog in DIALOGS:
             with self.subTest(dialog=dialog.name):
-                self.host.write_registry(dialog.registry or "REGEDIT4\r\n\r\n")
                 left = self.ended(dialog.export)
-                arguments = {key: value for key, value in dialog.arguments.items()
-                             if value is not None}
-                call = self.host.call(dialog.export, **arguments)
-                window = self.screen.find_window(dialog.title, self.host)
+                call, window = show_dialog(self.screen, self.host, dialog)
                 self.assertTrue(self.tasks() - left)
-                if dialog.hide is None:
+                if dialog.modal:
                     self.screen.close_window(window)
-                    self.assertEqual(dialog.result, call.result())
-                else:
-                    self.assertEqual(1 if "PinPad" in dialog.export else OK, call.result())
+                self.assertEqual(dialog.result, call.result())
         self.ended("DLG_Finalize")
         wait_until(lambda: not self.screen.titles(self.host), what="no window")
 

@@ -3,18 +3,19 @@
 
 Besides the five languages there are two that nobody speaks: "eo" is English with accents, 60 %
 longer; "he" the same in Hebrew letters, which the toolkit lays out from right to left. A new
-dialog is one more line in DIALOGS.
+dialog is one more line in the catalogue of all dialogs.
 """
 
+import dataclasses
 import gettext
 import os
 import re
 import unittest
-from typing import NamedTuple
 
 from layout import Layout
 from stage import (OK, StageTestCase, library_path, make_locales, policy, take_snapshot,
                    wait_until)
+from stage.dialogs import DIALOGS, find_dialog, registry, remove_dialog, show_dialog
 
 LOCALES = {"de": "de_DE", "es": "es_ES", "fr": "fr_FR", "it": "it_IT", "nl": "nl_NL", "eo": "eo",
            "he": "he_IL"}
@@ -25,94 +26,28 @@ RIGHT_TO_LEFT = "/usr/share/locale/he/LC_MESSAGES/gtk30.mo"
 # Texts of the host: no plain letters, so that those that are shown come from the library.
 LABEL = "Κάρτα № 7 & υἱοί"
 LONG_LABEL = "Διακριτικό του προσωπικού, κτίριο 12, " * 3
-CERTIFICATE = {"application": "Εφαρμογή", "label": LABEL, "issuedTo": "Ἀριστοτέλης",
-               "issuedBy": "Ἀρχή πιστοποιήσεως", "validFrom": "2024-01-01",
-               "validTo": "2034-01-01"}
+HOST_TEXTS = {"label": LABEL, "application": "Εφαρμογή", "issuedTo": "Ἀριστοτέλης",
+              "issuedBy": "Ἀρχή πιστοποιήσεως", "name": LABEL, "directory": "ΤΟΜΕΑΣ",
+              "serial": "12-34", "challenge": "0123456789012345",
+              "entry": [(LABEL, "Ἀναγνώστης", 1), ("Κάρτα", "Ἀναγνώστης", 2)]}
 EVERY_RULE = policy(b"0", enabled=15, p1_threshold=1, p2_classes=2, p2_population=1,
                     p2_min_length=6, p2_class_mask=31, p3_threshold=3, p3_history_size=5)
-
-
-class Dialog(NamedTuple):
-    export: str
-    title: str
-    arguments: dict = {}
-    # What the title's conversions stand for.
-    values: tuple = ()
-    # The title of a modal window that the export shows, and that is closed, before this one.
-    after: str = ""
-    # A modal window is closed; another one stays until the exports that end it are called.
-    modal: bool = True
-    end: tuple = ()
-    # Exports that are called once the window is there.
-    then: tuple = ()
-
-
-PAD = "DLG_PinPadShow{}Dialog"
-NOT_MODAL_PAD = {"modal": False, "end": ("DLG_PinPadHideDialog",)}
-PAD_INPUT = "DLG_PinPadKeyboardInput"
-HINT = "Fingerprint enrolment information"
-HIDE_NOTIFICATION = ("DLG_HideSupertokenDlg",)
-
-DIALOGS = [
-    Dialog("DLG_ShowPinDialog", "Enter PIN", {"label": LONG_LABEL, "noFailure": 0}),
-    Dialog("DLG_ShowPinDialogEx", "Enter PIN", {"label": LABEL, "triesLeft": 2}),
-    Dialog("DLG_ShowLegalPinDialog", "Enter PIN",
-           {"label": LABEL, "finalTry": 1, "failedEarlier": 1}),
-    Dialog("DLG_ShowLegalPinDialogEx", "Enter PIN", {"label": LABEL, "triesLeft": 2}),
-    Dialog("DLG_ShowUnblockThroughPUK", "Change PUK",
-           {"label": LABEL, "changePuk": 1, "noFailure": 0}),
-    Dialog("DLG_ShowChangeTransportPIN", "Unlock PIN", {"label": LABEL, "finalTry": 1}),
-    Dialog("DLG_ShowChangePinDialog", "Change transport PIN", {"label": LONG_LABEL}),
-    Dialog("DLG_ShowChangePolicedPinDialog_func", "Change transport PIN",
-           {"label": LONG_LABEL * 3, "noFailure": 0, "triesLeft": 2, **EVERY_RULE}),
-    Dialog(PAD.format("Modification"), "PinPad", {"allowAbort": 1}, **NOT_MODAL_PAD,
-           then=(PAD_INPUT + "NextPin",)),
-    Dialog(PAD.format("LegalVerification"), "PinPad", {"allowAbort": 1}, **NOT_MODAL_PAD,
-           then=(PAD_INPUT + "NextPin",)),
-    Dialog(PAD.format("NoPinVerification"), "PinPad", {"allowAbort": 1}, **NOT_MODAL_PAD),
-    Dialog(PAD.format("LegalNoPinVerification"), "PinPad", **NOT_MODAL_PAD),
-    Dialog(PAD.format("Verification"), "PinPad", **NOT_MODAL_PAD, then=(PAD_INPUT + "Cancel",)),
-    Dialog(PAD.format("Verification"), "PinPad", **NOT_MODAL_PAD, then=(PAD_INPUT + "Timeout",)),
-    Dialog(PAD.format("Verification"), "PinPad", **NOT_MODAL_PAD, then=(PAD_INPUT + "Accept",)),
-    Dialog("DLG_ShowLockedDialog", "Token locked", {"label": LABEL}),
-    Dialog("DLG_ShowConfirmDeleteCertificate", "Question", CERTIFICATE),
-    Dialog("DLG_ShowUnlockTokenDialog", "Question"),
-    Dialog("DLG_AskChangeTransportPIN", "Question"),
-    Dialog("DLG_AskEarlyUnexpirePin", "Question", {"number": 3}),
-    Dialog("DLG_ShowCRUnblockFailed", "Error"),
-    Dialog("DLG_ShowPUKIsLocked", "Error"),
-    Dialog("DLG_AuthFailRetryDialog", "Authentication failed"),
-    Dialog("DLG_EnrolFailRetryDialog", "Enrolment failed"),
-    Dialog("DLG_ShowSupertokenError", "Error", {"number": 0xA716}),
-    Dialog("DLG_ShowSupertokenError", "Error", {"number": 0x63C5}),
-    Dialog("DLG_ShowTokenSelectionDialog", "Select a token",
-           {"entry": [(LABEL, "Ἀναγνώστης", 1), ("Κάρτα", "Ἀναγνώστης", 2)]}),
-    Dialog("DLG_ShowDigitalIDSelection", "Select Digital ID",
-           {"name": LABEL, "directory": "ΤΟΜΕΑΣ", "count": 2, "autoSelect": 1}),
-    Dialog("DLG_ShowSelectUnblockMethod", "Unlock PIN", {"code": [1, 0]}),
-    Dialog("DLG_ShowUnblockThroughCR", "Unlock PIN",
-           {"label": LABEL, "serial": "12-34", "challenge": "0123456789012345", "askNewPin": 1}),
-    Dialog("DLG_ShowUnblockThroughCR", "Unlock PIN",
-           {"label": LONG_LABEL, "serial": "12-34", "challenge": "01" * 200}),
-    Dialog("DLG_ShowSupertokenAuthDlg", "Lumora Bio Token", modal=False, end=HIDE_NOTIFICATION),
-    Dialog("DLG_ShowSupertokenEnrolDlg", HINT, end=HIDE_NOTIFICATION),
-    Dialog("DLG_ShowSupertokenEnrolDlg", "Lumora Bio Token - enrolling finger (scan %d)",
-           values=(1,), after=HINT, modal=False, end=HIDE_NOTIFICATION),
-    Dialog("DLG_ShowKeyGenerationProgressDialog", "Generating key-pair", modal=False,
-           end=("DLG_HideKeyGenerationProgressDialog",)),
-]
-
-SETTINGS = r"""REGEDIT4
-
-[HKEY_LOCAL_MACHINE\SOFTWARE\Corvenna\Tessaly\2.0\Locales]
-"Path"="{}"
-
-[HKEY_LOCAL_MACHINE\SOFTWARE\Corvenna\Tessaly\2.0\Biometrics]
-"Automatic retry timeout"=dword:0000012c
-
-[HKEY_LOCAL_MACHINE\SOFTWARE\Corvenna\Tessaly\2.0\CSP]
-"Automatic default selection timeout"=dword:0000012c
-"""
+# What makes a dialog show other or longer texts than it does in the catalogue.
+VARIANTS = {
+    "pin": [{"label": LONG_LABEL}],
+    "legal-pin": [{"noFailure": 1, "finalTry": 1, "failedEarlier": 1}],
+    "change-pin": [{"label": LONG_LABEL}],
+    "change-transport-pin": [{"noFailure": 1, "finalTry": 1}],
+    "change-policed-pin": [{"label": LONG_LABEL * 3, **EVERY_RULE}],
+    "unblock-cr": [{"label": LONG_LABEL, "challenge": "01" * 200}],
+    "select-id": [{"autoSelect": 1}],
+    "biometric-error": [{"number": 0xA716}, {"number": 0x63C5}],
+}
+# What a host tells a PIN pad, and each of its words.
+STEPS = {"pad Modification": ["NextPin"], "pad LegalVerification": ["NextPin"],
+         "pad Verification": ["Cancel", "Timeout", "Accept"]}
+COUNT_DOWNS = (("Biometrics", "Automatic retry timeout", 300),
+               ("CSP", "Automatic default selection timeout", 300))
 
 PLAIN_LETTER = re.compile("[A-Za-z]")
 
@@ -132,40 +67,34 @@ class LanguageCase(StageTestCase):
         with open(os.path.join(folder, language, "LC_MESSAGES", "tokenutils.mo"), "rb") as file:
             self.translate = gettext.GNUTranslations(file).gettext
         self.language = language
+        self.folder = folder
         return self.start_host(
-            registry=SETTINGS.format(folder),
+            registry=registry(COUNT_DOWNS, folder),
             environment={"LANG": LOCALES[language] + ".UTF-8", "LC_ALL": None, "LANGUAGE": None,
                          "LOCPATH": make_locales(LOCALES[language])})
 
     def each_window(self, host):
-        """Every dialog in turn, with its window."""
-        for number, dialog in enumerate(DIALOGS):
-            call, window = self.show_dialog(host, dialog)
-            yield dialog, window
-            self.keep_picture(window, f"{number:02}-{dialog.export}")
-            self.remove(host, dialog, call, window)
+        """Every dialog in turn, in all its variants and steps, with its window."""
+        number = 0
+        for dialog in DIALOGS:
+            for variant in VARIANTS.get(dialog.name, [{}]):
+                call, window = self.show_dialog(host, dialog, variant)
+                for step in STEPS.get(dialog.name, [""]):
+                    if step:
+                        host.run("DLG_PinPadKeyboardInput" + step)
+                    yield dialog, window
+                    self.keep_picture(window, f"{number:02}-{dialog.name}")
+                    number += 1
+                remove_dialog(self.screen, host, dialog, call, window)
 
-    def show_dialog(self, host, dialog):
-        call = host.call(dialog.export, **dialog.arguments)
-        if dialog.after:
-            self.close(self.screen.find_window(self.translate(dialog.after), host))
-        title = self.translate(dialog.title)
-        window = self.screen.find_window(title % dialog.values if dialog.values else title, host)
-        for export in dialog.then:
-            host.run(export)
-        return call, window
-
-    def remove(self, host, dialog, call, window):
-        if dialog.modal:
-            self.close(window)
-        call.result()
-        for export in dialog.end:
-            host.run(export)
-        self.screen.wait_gone(window)
-
-    def close(self, window):
-        self.screen.close_window(window)
-        self.screen.wait_gone(window)
+    def show_dialog(self, host, dialog, variant):
+        host_texts = {key: HOST_TEXTS[key] for key in dialog.arguments if key in HOST_TEXTS}
+        shown = dataclasses.replace(dialog, arguments=dialog.arguments | host_texts | variant)
+        # Numbers in a title stand for conversions.
+        title = self.translate(re.sub(r"\d+", "%d", dialog.title))
+        title %= tuple(map(int, re.findall(r"\d+", dialog.title)))
+        return show_dialog(self.screen, host, shown, title,
+                           registry((*dialog.settings, *COUNT_DOWNS), self.folder))
 
     def keep_picture(self, window, name):
         directory = os.environ.get("ZELDLG_PICTURES")
@@ -178,7 +107,7 @@ class LanguageCase(StageTestCase):
         """What holds in every language. Gives the layout."""
         layout = Layout(take_snapshot(window), self.translate, self.language == "he")
         keys = [key for control in layout.controls for key in control.access_keys]
-        with self.subTest(language=self.language, dialog=dialog.export):
+        with self.subTest(language=self.language, dialog=dialog.name):
             self.assertGreater(len(layout.controls), 1)
             self.assertEqual([], list(layout.complaints()))
             self.assertEqual(sorted(set(keys)), sorted(keys), "one key for two buttons")
@@ -189,7 +118,7 @@ class Languages(LanguageCase):
     def check_all(self, language):
         for dialog, window in self.each_window(self.host_in(language)):
             layout = self.check(dialog, window)
-            with self.subTest(language=language, dialog=dialog.export):
+            with self.subTest(language=language, dialog=dialog.name):
                 self.assertLess(layout.title_width(), layout.window.box[2])
 
     def test_german(self):
@@ -210,12 +139,12 @@ class Languages(LanguageCase):
 
 class NobodysLanguages(LanguageCase):
     def survey(self, language):
-        """The layout of every dialog, after its checks."""
+        """Every dialog with its layout, after its checks."""
         layouts = []
         for dialog, window in self.each_window(self.host_in(language)):
-            layouts.append(self.check(dialog, window))
-            with self.subTest(language=language, dialog=dialog.export):
-                self.assertEqual([], list(english(layouts[-1].window)))
+            layouts.append((dialog, self.check(dialog, window)))
+            with self.subTest(language=language, dialog=dialog.name):
+                self.assertEqual([], list(english(layouts[-1][1].window)))
         return layouts
 
     def test_nothing_is_english_and_the_other_direction_is_the_mirror_image(self):
@@ -226,14 +155,14 @@ class NobodysLanguages(LanguageCase):
     def check_mirrored(self, layouts):
         if not os.path.exists(RIGHT_TO_LEFT):
             self.skipTest(f"the toolkit has no {RIGHT_TO_LEFT}")
-        for dialog, layout, mirrored in zip(DIALOGS, layouts, self.survey("he")):
-            with self.subTest(dialog=dialog.export):
+        for (dialog, layout), (_, mirrored) in zip(layouts, self.survey("he"), strict=True):
+            with self.subTest(dialog=dialog.name):
                 self.assertEqual([], list(layout.differences_to_mirror_image(mirrored)))
 
     def test_every_explanation_of_a_rule_is_translated(self):
         host = self.host_in("eo")
-        dialog = next(each for each in DIALOGS if "Policed" in each.export)
-        call, window = self.show_dialog(host, dialog)
+        dialog = find_dialog("change-policed-pin")
+        call, window = self.show_dialog(host, dialog, *VARIANTS[dialog.name])
         explanation = window.find("text")
         seen = [explanation.text]
         layout = Layout(take_snapshot(window), self.translate)
@@ -245,7 +174,7 @@ class NobodysLanguages(LanguageCase):
                 seen.append(explanation.text)
                 self.assertNotRegex(explanation.text, PLAIN_LETTER)
         self.assertEqual(11, len(seen))
-        self.remove(host, dialog, call, window)
+        remove_dialog(self.screen, host, dialog, call, window)
 
     def test_a_latin_label_is_enclosed_in_a_sentence_from_right_to_left(self):
         for language, shown in (("he", "\u2068Card 1\u2069"), ("eo", "Card 1")):
@@ -253,7 +182,7 @@ class NobodysLanguages(LanguageCase):
             call, window = self.show(host, "DLG_ShowPinDialog", self.translate("Enter PIN"),
                                      label="Card 1")
             self.assertIn(self.translate('To log in to "%s"') % shown, window.labels())
-            self.close(window)
+            self.screen.close_window(window)
             call.result()
 
     def test_a_pin_is_typed_in_either_direction(self):

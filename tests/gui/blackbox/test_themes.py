@@ -7,10 +7,10 @@ import os
 import unittest
 from typing import NamedTuple
 
-from every_dialog import DIALOGS
 from layout import RULE_STATES, Layout
 from picture import Picture, contrast, icons_in
 from stage import Stage, StageTestCase, take_snapshot, wait_until
+from stage.dialogs import DIALOGS, remove_dialog, show_dialog
 
 # Room for the largest dialog at twice the scale.
 WIDTH, HEIGHT = 2048, 1536
@@ -21,8 +21,6 @@ SAME_SHARE = 0.95
 GRAPHICS = ("icon", "redundant object")
 BALLS = tuple(state % "" for state in RULE_STATES)
 CONFIRMING = ("OK", "Sign")
-ENROLMENT = "DLG_ShowSupertokenEnrolDlg"
-HIDE_NOTIFICATION = "DLG_HideSupertokenDlg"
 NEXT_STEP = "DLG_PinPadKeyboardInputNextPin"
 
 
@@ -57,21 +55,16 @@ class LookCase(StageTestCase):
     def check_all(self, look):
         self.look = look
         self.texts = self.graphics = 0
-        for registry in {dialog.registry: None for dialog in DIALOGS}:
-            host = self.start_host(registry=registry, environment=look.environment)
-            for dialog in DIALOGS:
-                if dialog.registry == registry:
-                    with self.subTest(dialog.name):
-                        self.check(host, dialog)
-            host.close()
+        host = self.start_host(environment=look.environment)
+        for dialog in DIALOGS:
+            with self.subTest(dialog.name):
+                self.check(host, dialog)
         # What is looked for is there at all.
         self.assertGreater(self.texts, 150)
         self.assertGreater(self.graphics, 70)
 
     def check(self, host, dialog):
-        arguments = {key: value for key, value in dialog.arguments.items() if value is not None}
-        call = host.call(dialog.export, **arguments)
-        window = self.screen.find_window(dialog.title, host)
+        call, window = show_dialog(self.screen, host, dialog)
         if dialog.title == "PinPad":
             call.result()
             host.run(NEXT_STEP)
@@ -81,7 +74,7 @@ class LookCase(StageTestCase):
                 self.fill(window, dialog)
                 self.expect_good(window)
         finally:
-            self.remove(host, dialog, call, window)
+            remove_dialog(self.screen, host, dialog, call, window)
 
     def fill(self, window, dialog):
         """Puts in what makes everything in order."""
@@ -93,16 +86,6 @@ class LookCase(StageTestCase):
             return any(seen.name in CONFIRMING and "sensitive" in seen.states
                        for seen in take_snapshot(window).walk())
         wait_until(may_confirm, what="a button that confirms", seen=window.dump)
-
-    def remove(self, host, dialog, call, window):
-        if not dialog.hide:
-            self.screen.close_window(window)
-        call.result()
-        if dialog.export == ENROLMENT:
-            host.run(HIDE_NOTIFICATION)  # it follows its hint
-        elif dialog.hide:
-            host.run(dialog.hide)
-        self.screen.wait_gone(window)
 
     def expect_good(self, window):
         """What is not painted yet has no contrast: looks until there is nothing to complain of."""

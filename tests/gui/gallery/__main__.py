@@ -12,12 +12,11 @@ import traceback
 
 from stage import (Gone, Host, Key, Press, Screen, StageError, library_path, make_locales,
                    wait_until)
+from stage.dialogs import registry, remove_dialog, show_dialog
 
 from . import page
 from .states import STATES, Enabled, Fill, Run
 
-REGISTRY = "REGEDIT4\r\n"
-SECTION = "\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0{}]\r\n{}\r\n"
 # Languages with their folders of catalogues and their locales.
 LANGUAGES = {"de": ("locale", "de_DE"), "he": ("pseudo", "he_IL")}
 MARGIN = 4
@@ -44,14 +43,6 @@ def translate(text, language):
     return gettext.translation("tokenutils", catalogues(language), [language]).gettext(text)
 
 
-def registry(surroundings):
-    sections = [("\\" + key if key else "", f'"{name}"=dword:{number:08x}')
-                for key, name, number in surroundings.settings]
-    if surroundings.language:
-        sections.append(("\\Locales", f'"Path"="{catalogues(surroundings.language)}"'))
-    return REGISTRY + "".join(SECTION.format(*section) for section in sections)
-
-
 def environment(surroundings):
     extra = {"GTK_THEME": surroundings.theme or None,
              "GDK_SCALE": str(surroundings.scale) if surroundings.scale != 1 else None}
@@ -66,24 +57,20 @@ class Photographer:
 
     def __init__(self, screen, surroundings):
         self._screen = screen
-        self._host = Host(registry=registry(surroundings), environment=environment(surroundings))
+        self._settings = registry(surroundings.settings,
+                                  surroundings.language and catalogues(surroundings.language))
+        self._host = Host(registry=self._settings, environment=environment(surroundings))
 
     def close(self, failed):
         self._host.close(failed)
 
     def take(self, state, path):
-        call = self._host.call(state.export, **state.arguments)
-        title = translate(state.title, state.surroundings.language)
-        window = self._screen.find_window(title, self._host)
+        title = translate(state.dialog.title, state.surroundings.language)
+        call, window = show_dialog(self._screen, self._host, state.dialog, title, self._settings)
         for act in state.acts:
             self._do(act, window)
         self._screen.photograph(path, window, MARGIN)
-        if state.modal:
-            self._screen.close_window(window)
-        call.result()
-        if state.hide:
-            self._host.run(state.hide)
-        self._screen.wait_gone(window)
+        remove_dialog(self._screen, self._host, state.dialog, call, window)
 
     def _do(self, act, window):
         match act:

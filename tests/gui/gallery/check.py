@@ -1,7 +1,6 @@
 #!/usr/bin/python3
-"""Fails where the gallery has fallen behind the library or its own table, where one of the tables
-of dialogs that tests go through has, and where the tables of titles have that hosts are given.
-Shows no window.
+"""Fails where the gallery has fallen behind the library or its own table, where the catalogue of all
+dialogs has, and where the tables of titles have that hosts are given. Shows no window.
 """
 
 import os
@@ -14,12 +13,11 @@ gi.require_version("GdkPixbuf", "2.0")
 from gi.repository import GdkPixbuf, GLib  # noqa: E402
 
 GUI = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
-sys.path[:0] = [GUI, os.path.join(GUI, "blackbox")]
+sys.path.insert(0, GUI)
 
-import every_dialog  # noqa: E402
-import test_languages  # noqa: E402
 from gallery.page import PAGE, PICTURES, ROOT, page  # noqa: E402
 from gallery.states import STATES  # noqa: E402
+from stage.dialogs import DIALOGS  # noqa: E402
 
 # Exports that bring up a window, by their names.
 SHOWING = re.compile(r"\b(DLG_(?:PinPad)?Show\w+|DLG_Ask\w+|DLG_\w+RetryDialog)\(")
@@ -93,18 +91,14 @@ def readme_problems(names):
 
 
 def missing_dialogs():
-    """What the library can show and a table does not."""
+    """What the library can show and the catalogue does not; what the gallery does not show of it."""
     declared = set(SHOWING.findall(read(os.path.join(ROOT, "include", "zeldlg", "zeldlg.h"))))
     if len(declared) < 25:
         yield f"only {sorted(declared)} were found in the header"
-    for where, table in (("gallery/states.py", STATES),
-                         ("blackbox/every_dialog.py", every_dialog.DIALOGS),
-                         ("blackbox/test_languages.py", test_languages.DIALOGS)):
-        for export in sorted(declared - {entry.export for entry in table}):
-            yield f"{export} is missing in tests/gui/{where}"
-    shown = {(state.export, state.title) for state in STATES}
-    wanted = {(dialog.export, dialog.title) for dialog in every_dialog.DIALOGS}
-    for export, title in sorted(wanted - shown):
+    for export in sorted(declared - {dialog.export for dialog in DIALOGS}):
+        yield f"{export} is missing in tests/gui/stage/dialogs.py"
+    shown = {(state.dialog.export, state.dialog.title) for state in STATES}
+    for export, title in sorted({(each.export, each.title) for each in DIALOGS} - shown):
         yield f"no picture of {export} with the title {title!r}"
 
 
@@ -117,7 +111,7 @@ def title_problems():
         for functions, title in rows:
             for function in re.findall(r"(?:::|`)(\w+)", functions):
                 titles.setdefault(function, []).append(title)
-        for dialog in every_dialog.DIALOGS:
+        for dialog in DIALOGS:
             function = re.sub(r"PinPadShow\w+", "PinPadShowVerificationDialog", dialog.export)
             if "changePuk" in dialog.arguments:
                 function = "changePuk"

@@ -3,13 +3,11 @@
 import dataclasses
 
 from stage import Key, Press, policy
+from stage.dialogs import HINT_AGAIN, LABEL, Dialog, find_dialog
 
-LABEL = "Identity card"
 LONG_LABEL = "Staff badge of the research department, building 12, second floor, card 3 of 4"
-KEY = r"HKEY_LOCAL_MACHINE\SOFTWARE\Corvenna\Tessaly\2.0"
-RETRY_COUNT_DOWN = {r"Biometrics": ("Automatic retry timeout", 300)}
-ID_COUNT_DOWN = {r"CSP": ("Automatic default selection timeout", 300)}
-NO_HINT = {"": ("ShowEnrolmentHint", 0)}
+RETRY_COUNT_DOWN = (("Biometrics", "Automatic retry timeout", 300),)
+ID_COUNT_DOWN = (("CSP", "Automatic default selection timeout", 300),)
 
 DARK = "Adwaita:dark"
 HIGH_CONTRAST = "HighContrast"
@@ -49,14 +47,8 @@ class State:
     """One picture: NAME.png, taken when the acts are done."""
     name: str
     caption: str
-    export: str
-    title: str  # in English
-    arguments: dict = dataclasses.field(default_factory=dict)
+    dialog: Dialog
     acts: tuple = ()
-    # The export that ends what the call has begun, if there is one.
-    hide: str = ""
-    # Whether the user can close the window.
-    modal: bool = True
     surroundings: Surroundings = Surroundings()
 
     def where(self, name, caption, **surroundings):
@@ -75,83 +67,74 @@ def accepted(*values, button="OK"):
     return (Fill(values), Enabled(button))
 
 
-def make(export, title, hide="", modal=None, settings=None, **common):
+def make(name, settings=(), title="", /, **common):
     """Makes the states of one dialog; what they have in common is said once."""
-    values = tuple((key, *value) for key, value in (settings or {}).items())
+    dialog = find_dialog(name)
+    dialog = dataclasses.replace(dialog, title=title or dialog.title)
 
     def state(name, caption, acts=(), **arguments):
-        return State(name, caption, export, title, {**common, **arguments}, acts, hide,
-                     not hide if modal is None else modal, Surroundings(values))
+        shown = dataclasses.replace(dialog, arguments={**common, **arguments})
+        return State(name, caption, shown, acts, Surroundings((*dialog.settings, *settings)))
     return state
 
 
-pin = make("DLG_ShowPinDialog", "Enter PIN", label=LABEL)
-pin_ex = make("DLG_ShowPinDialogEx", "Enter PIN", label=LABEL)
-legal = make("DLG_ShowLegalPinDialog", "Enter PIN", label=LABEL)
-legal_ex = make("DLG_ShowLegalPinDialogEx", "Enter PIN", label=LABEL)
+pin = make("pin", label=LABEL)
+pin_ex = make("pin-ex", label=LABEL)
+legal = make("legal-pin", label=LABEL)
+legal_ex = make("legal-pin-ex", label=LABEL)
 
-CHANGE_TITLE = "Change transport PIN"
-change = make("DLG_ShowChangePinDialog", CHANGE_TITLE, label=LABEL)
-change_puk = make("DLG_ShowChangePinDialog", "Change PUK", label=LABEL, changePuk=1)
-by_puk = make("DLG_ShowUnblockThroughPUK", CHANGE_TITLE, label=LABEL)
-by_puk_puk = make("DLG_ShowUnblockThroughPUK", "Change PUK", label=LABEL, changePuk=1)
-transport = make("DLG_ShowChangeTransportPIN", "Unlock PIN", label=LABEL)
+change = make("change-pin", label=LABEL)
+change_puk = make("change-puk", label=LABEL, changePuk=1)
+by_puk = make("unblock-puk", label=LABEL)
+by_puk_puk = make("unblock-puk", (), "Change PUK", label=LABEL, changePuk=1)
+transport = make("change-transport-pin", label=LABEL)
 POLICY = policy(b"0", enabled=15, p1_threshold=1, p2_classes=2, p2_population=1, p2_min_length=6,
                 p2_class_mask=31, p3_threshold=3, p3_history_size=5)
-policed = make("DLG_ShowChangePolicedPinDialog_func", CHANGE_TITLE, label="Company badge",
-               max=12, **POLICY)
-unpoliced = make("DLG_ShowChangePolicedPinDialog_func", CHANGE_TITLE, label="Company badge")
+policed = make("change-policed-pin", label="Company badge", max=12, **POLICY)
+unpoliced = make("change-policed-pin", label="Company badge")
 NEW_PIN = ("2468", "zvpk97", "zvpk97")
 REFUSED = ("2468", "9800", "9800")
 
-HIDE_PAD = "DLG_PinPadHideDialog"
 INPUT = "DLG_PinPadKeyboardInput"
 NEXT, ADD = INPUT + "NextPin", INPUT + "AddChar"
-pad = make("DLG_PinPadShowVerificationDialog", "PinPad", HIDE_PAD)
-pad_change = make("DLG_PinPadShowModificationDialog", "PinPad", HIDE_PAD, allowAbort=1)
-pad_legal = make("DLG_PinPadShowLegalVerificationDialog", "PinPad", HIDE_PAD, allowAbort=1)
-pad_plain = make("DLG_PinPadShowNoPinVerificationDialog", "PinPad", HIDE_PAD, allowAbort=1)
-pad_plain_legal = make("DLG_PinPadShowLegalNoPinVerificationDialog", "PinPad", HIDE_PAD)
+pad = make("pad Verification")
+pad_change = make("pad Modification", allowAbort=1)
+pad_legal = make("pad LegalVerification", allowAbort=1)
+pad_plain = make("pad NoPinVerification", allowAbort=1)
+pad_plain_legal = make("pad LegalNoPinVerification")
 
-tokens = make("DLG_ShowTokenSelectionDialog", "Select a token")
+tokens = make("select-token")
 TOKENS = [("Identity card", "Reader 1", 1), ("Company badge", "Reader 2", 2),
           ("Signature card", "Reader 3", 3)]
 MANY_TOKENS = [(f"Card {number}", f"Reader {number}", number) for number in range(1, 31)]
-ids = make("DLG_ShowDigitalIDSelection", "Select Digital ID", name="Maria Santos",
-           directory="corp.example")
-counted_ids = make("DLG_ShowDigitalIDSelection", "Select Digital ID", settings=ID_COUNT_DOWN,
-                   name="Maria Santos", directory="corp.example", count=3, autoSelect=1)
+ids = make("select-id", name="Maria Santos", directory="corp.example")
+counted_ids = make("select-id", ID_COUNT_DOWN, name="Maria Santos", directory="corp.example",
+                   count=3, autoSelect=1)
 
-method = make("DLG_ShowSelectUnblockMethod", "Unlock PIN")
+method = make("unblock-method")
 OFF_LINE = "Unlock PIN via off-line PIN unlock"
-response = make("DLG_ShowUnblockThroughCR", "Unlock PIN", label=LABEL, serial="4711-0815",
-                challenge="0123456789abcdef")
+response = make("unblock-cr", label=LABEL, serial="4711-0815", challenge="0123456789abcdef")
 RESPONSE = "a1b2 c3d4 e5f6 0789"
 
-locked = make("DLG_ShowLockedDialog", "Token locked", label=LABEL)
-delete = make("DLG_ShowConfirmDeleteCertificate", "Question", application="Mail", label=LABEL,
-              issuedTo="Maria Santos", issuedBy="Example Certification Authority")
-unlock = make("DLG_ShowUnlockTokenDialog", "Question")
-ask_transport = make("DLG_AskChangeTransportPIN", "Question")
-expiry = make("DLG_AskEarlyUnexpirePin", "Question")
-cr_failed = make("DLG_ShowCRUnblockFailed", "Error")
-puk_locked = make("DLG_ShowPUKIsLocked", "Error")
-error = make("DLG_ShowSupertokenError", "Error")
-counted_error = make("DLG_ShowSupertokenError", "Error", settings=RETRY_COUNT_DOWN)
-auth_retry = make("DLG_AuthFailRetryDialog", "Authentication failed")
-counted_auth = make("DLG_AuthFailRetryDialog", "Authentication failed", settings=RETRY_COUNT_DOWN)
-enrol_retry = make("DLG_EnrolFailRetryDialog", "Enrolment failed")
-counted_enrol = make("DLG_EnrolFailRetryDialog", "Enrolment failed", settings=RETRY_COUNT_DOWN)
+locked = make("locked", label=LABEL)
+delete = make("confirm-delete", application="Mail", label=LABEL, issuedTo="Maria Santos",
+              issuedBy="Example Certification Authority")
+unlock = make("ask-unlock")
+ask_transport = make("ask-transport-pin")
+expiry = make("ask-expiry")
+cr_failed = make("cr-failed")
+puk_locked = make("puk-locked")
+error = make("biometric-error")
+counted_error = make("biometric-error", RETRY_COUNT_DOWN)
+auth_retry = make("retry auth")
+counted_auth = make("retry auth", RETRY_COUNT_DOWN)
+enrol_retry = make("retry enrol")
+counted_enrol = make("retry enrol", RETRY_COUNT_DOWN)
 
-key_generation = make("DLG_ShowKeyGenerationProgressDialog", "Generating key-pair",
-                      "DLG_HideKeyGenerationProgressDialog")
-HIDE_FINGER = "DLG_HideSupertokenDlg"
-authentication = make("DLG_ShowSupertokenAuthDlg", "Lumora Bio Token", HIDE_FINGER)
-enrolment = make("DLG_ShowSupertokenEnrolDlg", "Lumora Bio Token - enrolling finger (scan 1)",
-                 HIDE_FINGER, settings=NO_HINT)
-hint = make("DLG_ShowSupertokenEnrolDlg", "Fingerprint enrolment information", HIDE_FINGER,
-            modal=True)
-HINT_AGAIN = "Show this window during the next enrolment procedure"
+key_generation = make("keygen")
+authentication = make("biometric-auth")
+enrolment = make("biometric-enrol")
+hint = make("enrolment-hint")
 
 ENGLISH = {
     "PIN entry": [

@@ -10,10 +10,7 @@ import sys
 import time
 
 from stage import OK, Host, Screen, wait_until
-
-sys.path.append(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "blackbox"))
-
-from every_dialog import DIALOGS, wait_ready  # noqa: E402
+from stage.dialogs import DIALOGS, show_dialog, wait_ready
 
 
 def say(text):
@@ -21,21 +18,20 @@ def say(text):
 
 
 class Tour:
-    """One host's way through the dialogs that share a settings file."""
+    """A host's way through the dialogs."""
 
     def __init__(self, screen, host):
         self._screen, self._host = screen, host
 
     def play(self, dialog):
-        arguments = {key: value for key, value in dialog.arguments.items() if value is not None}
-        call = self._host.call(dialog.export, **arguments)
-        window = self._screen.find_window(dialog.title, self._host)
+        call, window = show_dialog(self._screen, self._host, dialog)
         wait_ready(self._screen, dialog, window)
         self._type(dialog, window)
         self._answer(dialog, window, call)
+        if dialog.hide:
+            self._go_on(dialog)
+            self._host.run(dialog.hide)
         self._screen.wait_gone(window)
-        if dialog.name == "enrolment hint":
-            self._host.run("DLG_HideSupertokenDlg")  # what comes after the hint
 
     def _type(self, dialog, window):
         if dialog.typed:
@@ -55,10 +51,8 @@ class Tour:
         wait_until(lambda: field.length == len(value), what="the typed characters")
 
     def _answer(self, dialog, window, call):
-        if dialog.hide is not None:
-            self._expect(OK if dialog.name.startswith(("key", "auth", "enrol")) else 1, call)
-            self._go_on(dialog)
-            self._host.run(dialog.hide)
+        if not dialog.modal:
+            self._expect(dialog.result, call)
         elif dialog.typed:
             self._screen.key("Return")
             self._expect(OK, call)
@@ -82,7 +76,7 @@ class Tour:
         if dialog.name.startswith("pad"):
             for order in ("NextPin", "Accept", "Timeout", "Cancel"):
                 self._host.run("DLG_PinPadKeyboardInput" + order)
-        elif dialog.name == "enrolment":
+        elif dialog.name == "biometric-enrol":
             self._host.run("DLG_UpdateSuperTokenEnrolDlg")
 
     @staticmethod
@@ -91,21 +85,21 @@ class Tour:
             raise AssertionError(f"{call.result():#x} instead of {result:#x}")
 
 
-def play_all(screen, dialogs, registry, prefix):
+def play_all(screen, prefix):
     """A host that shows them, ends the toolkit, starts it again, and leaves; its exit code."""
-    host = Host(registry=registry, prefix=prefix, environment={
+    host = Host(prefix=prefix, environment={
         # What GLib hands out comes from malloc, one by one, and is cleared when given back.
         "G_SLICE": "always-malloc", "G_DEBUG": "gc-friendly"})
     try:
         tour = Tour(screen, host)
-        for number, dialog in enumerate(dialogs, 1):
+        for number, dialog in enumerate(DIALOGS, 1):
             began = time.monotonic()
             tour.play(dialog)
-            say(f"{number:3} of {len(dialogs)}  {dialog.name} ({time.monotonic() - began:.0f} s)")
+            say(f"{number:3} of {len(DIALOGS)}  {dialog.name} ({time.monotonic() - began:.0f} s)")
         host.run("DLG_GetTranslationUTF8", source="Cancel", bufferCapacity=100)
         host.run("DLG_GetLocale")
         host.run("DLG_Finalize")
-        tour.play(dialogs[0])
+        tour.play(DIALOGS[0])
         host.run("DLG_Finalize")
         say("started twice, finalised twice")
         return host.quit(60)
@@ -119,17 +113,12 @@ def play_all(screen, dialogs, registry, prefix):
 def main():
     logs, command = sys.argv[1], sys.argv[2:]
     screen = Screen()
-    failed = False
-    for number, registry in enumerate(dict.fromkeys(dialog.registry for dialog in DIALOGS), 1):
-        dialogs = [dialog for dialog in DIALOGS if dialog.registry == registry]
-        log = os.path.join(logs, f"dialogs-{number}.log")
-        say(f"host {number}: {len(dialogs)} dialogs, findings in {os.path.relpath(log)}")
-        code = play_all(screen, dialogs, registry,
-                        [word.replace("%LOG%", log) for word in command])
-        say(f"host {number} ended with {code}")
-        failed = failed or code != 0
+    log = os.path.join(logs, "dialogs.log")
+    say(f"{len(DIALOGS)} dialogs, findings in {os.path.relpath(log)}")
+    code = play_all(screen, [word.replace("%LOG%", log) for word in command])
+    say(f"the host ended with {code}")
     screen.close()
-    return 1 if failed else 0
+    return 1 if code != 0 else 0
 
 
 if __name__ == "__main__":
