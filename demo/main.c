@@ -1,6 +1,6 @@
-/* zeldlg-demo: shows the library's dialogs and prints what a host receives. */
+/* zeldlg-demo: a host that finds the library at run time, as a token library does. It shows the
+ * dialogs and prints what a host receives. */
 #include <dlfcn.h>
-#include <errno.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -8,42 +8,78 @@
 
 #include "command.h"
 
-static const Command* const kCommands[] = {
-    &kPinCommand,
-    &kPinExCommand,
-    &kLegalPinCommand,
-    &kLegalPinExCommand,
-    &kPinPadCommand,
-    &kTranslateCommand,
-    &kLocaleCommand,
-    &kChangePinCommand,
-    &kChangeTransportPinCommand,
-    &kUnblockPukCommand,
-    &kChangePolicedPinCommand,
-    &kMessageCommand,
-    &kLockedCommand,
-    &kConfirmDeleteCommand,
-    &kAskUnlockCommand,
-    &kAskTransportPinCommand,
-    &kAskExpiryCommand,
-    &kCrFailedCommand,
-    &kPukLockedCommand,
-    &kBiometricErrorCommand,
-    &kRetryCommand,
-    &kSelectTokenCommand,
-    &kSelectIdCommand,
-    &kUnblockMethodCommand,
-    &kUnblockCrCommand,
-    &kBiometricCommand,
-    &kKeygenCommand,
-    &kAllCommand,
+#define PIN "label min max capacity reveal failed-earlier "
+#define CHANGE "label min max failed final-try puk capacity reveal "
+#define POLICY                                                                       \
+    "no-policy enabled p1-threshold p1-case-sensitive p1-full-pin-check p2-classes " \
+    "p2-population p2-min-length p2-class-mask p3-threshold p3-history-size "        \
+    "p3-case-insensitive p3-length-normalize p3-strict-only p4-characters p4-white-list "
+#define NO_ANSWER \
+    "The library reports that the box was shown (exit code 0), not what was answered.\n"
+
+static const Command kCommands[] = {
+    {"pin", RunPin, NULL, PIN "failed final-try", "Ask for the PIN of a token", ""},
+    {"pin-ex", RunPinEx, NULL, PIN "max-tries tries-left",
+     "Ask for the PIN of a token, with its retry counter", ""},
+    {"legal-pin", RunLegalPin, NULL, PIN "failed final-try",
+     "Ask for the PIN of a legally binding signature", ""},
+    {"legal-pin-ex", RunLegalPinEx, NULL, PIN "max-tries tries-left",
+     "Ask for the PIN of a legally binding signature, with its retry counter", ""},
+    {"pin-pad", RunPinPad, NULL, "kind abort script delay",
+     "Show what goes with a reader's own keys, and play the reader",
+     "Letters of a script:\n"
+     "  n     the reader waits for the next PIN\n"
+     "  0-9   a digit is typed\n"
+     "  d c   the last digit, all digits are deleted\n"
+     "  a     the PIN is accepted\n"
+     "  x     Cancel is pressed\n"
+     "  t     the time is over\n"
+     "  .     nothing happens\n"
+     "  ?     print whether Abort has been pressed\n"
+     "  !     wait until Abort is pressed\n"},
+    {"change-pin", RunChangePin, NULL, CHANGE, "Change the PIN", ""},
+    {"change-transport-pin", RunChangeTransportPin, NULL, CHANGE, "Change the transport PIN", ""},
+    {"change-policed-pin", RunChangePolicedPin, NULL,
+     CHANGE "old-min old-max tries-left initialise " POLICY, "Change the PIN under a policy", ""},
+    {"select-token", RunSelectToken, NULL, "entry count", "Let the user pick a token", ""},
+    {"select-id", RunSelectId, NULL, "name from to count default directory always auto",
+     "Let the user pick a digital ID", ""},
+    {"unblock-method", RunUnblockMethod, NULL, "no-puk algorithm no-algorithms",
+     "Let the user choose how to unblock a PIN", ""},
+    {"unblock-puk", RunUnblockPuk, NULL, CHANGE, "Unblock the PIN with the PUK", ""},
+    {"unblock-cr", RunUnblockCr, NULL,
+     "label serial challenge length new-pin min max capacity reveal",
+     "Unblock a PIN off-line, with challenge and response", ""},
+    {"message", RunMessage, "error|question", "",
+     "Show a box of one kind, with one of the library's texts", NO_ANSWER},
+    {"locked", RunLocked, "LABEL", "", "Say that a token is locked", ""},
+    {"cr-failed", RunCrFailed, NULL, "", "Say that an off-line unlock has failed", ""},
+    {"puk-locked", RunPukLocked, NULL, "", "Say that the PUK is locked", ""},
+    {"ask-unlock", RunAskUnlock, NULL, "", "Ask whether to unlock a token", NO_ANSWER},
+    {"ask-transport-pin", RunAskTransportPin, NULL, "", "Ask whether to change the transport PIN",
+     NO_ANSWER},
+    {"ask-expiry", RunAskExpiry, "DAYS", "",
+     "Ask whether to change a PIN that expires in so many days", NO_ANSWER},
+    {"confirm-delete", RunConfirmDelete, NULL, "application label issued-to issued-by from to",
+     "Ask whether a certificate may be deleted", NO_ANSWER},
+    {"biometric", RunBiometric, "auth|enrol", "seconds scans",
+     "Ask for a finger, to authenticate or to enrol it",
+     "An enrolment is explained first, unless the setting ShowEnrolmentHint is 0.\n"},
+    {"biometric-error", RunBiometricError, "CODE", "", "Show an error of the biometric token",
+     "Codes are 0xA712, 0x63C1 or 0x6983, for example.\n"},
+    {"retry", RunRetry, "auth|enrol", "", "Ask whether to try again with the biometric token",
+     NO_ANSWER},
+    {"keygen", RunKeyGeneration, NULL, "seconds", "Show that a key pair is being generated", ""},
+    {"translate", RunTranslate, "TEXT", "", "Print a text of the library in the user's language",
+     "A text without translation is printed as it is.\n"},
+    {"locale", RunLocale, NULL, "", "Print the name of the dialogs' locale", ""},
+    {"all", RunAll, NULL, "", "A guided tour through every dialog",
+     "Shows one dialog after the other, with the command that shows it alone. Answer, or close\n"
+     "it with Escape, to see the next. Windows without an answer stay for some seconds.\n"},
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 
 static const char kDefaultLibrary[] = "libzeldlglib.so.3";
-
-/* Written by main() before any command runs. */
-static const char* g_library = kDefaultLibrary;
 
 static void PrintUsage(FILE* out) {
     fprintf(out,
@@ -58,102 +94,68 @@ static void PrintUsage(FILE* out) {
             "Commands:\n",
             kDefaultLibrary);
     for (size_t i = 0; i < kCommandCount; ++i) {
-        fprintf(out, "  %-21s %s\n", kCommands[i]->name, kCommands[i]->summary);
+        fprintf(out, "  %-21s %s\n", kCommands[i].name, kCommands[i].summary);
     }
-    fprintf(out,
-            "\n"
-            "Exit codes: 0 confirmed, 1 cancelled or failed, 2 wrong usage, 3 no library.\n");
+    fputs("\nExit codes: 0 confirmed, 1 cancelled or failed, 2 wrong usage, 3 no library.\n", out);
 }
 
-static void PrintCommandHelp(const Command* command) {
-    printf("Usage: zeldlg-demo %s\n\n%s\n\n%s", command->synopsis, command->summary,
-           command->options);
-}
-
-static const Command* FindCommand(const char* name) {
+const Command* FindCommand(const char* name) {
     for (size_t i = 0; i < kCommandCount; ++i) {
-        if (strcmp(kCommands[i]->name, name) == 0) {
-            return kCommands[i];
+        if (strcmp(kCommands[i].name, name) == 0) {
+            return &kCommands[i];
         }
     }
     return NULL;
 }
 
-static const DLG_FunctionList* LoadDialogs(void) {
-    void* const handle = dlopen(g_library, RTLD_NOW | RTLD_LOCAL);
-    if (handle == NULL) {
+/* Null, with a message, when there is no such library. */
+static const DLG_FunctionList* LoadDialogs(const char* library) {
+    void* const handle = dlopen(library, RTLD_NOW | RTLD_LOCAL);
+    void* const symbol = handle == NULL ? NULL : dlsym(handle, "DLG_GetFunctionList");
+    if (symbol == NULL) {
         fprintf(stderr, "zeldlg-demo: %s\n", dlerror());
         return NULL;
     }
     /* ISO C has no conversion from an object pointer to a function pointer. */
     const DLG_FunctionList* (*getFunctionList)(void) = NULL;
-    void* const symbol = dlsym(handle, "DLG_GetFunctionList");
     memcpy(&getFunctionList, &symbol, sizeof getFunctionList);
-    if (getFunctionList == NULL) {
-        fprintf(stderr, "zeldlg-demo: %s: no DLG_GetFunctionList\n", g_library);
-        return NULL;
-    }
     const DLG_FunctionList* const dialogs = getFunctionList();
     if (dialogs->version != ZELDLG_FUNCTION_LIST_VERSION) {
-        fprintf(stderr, "zeldlg-demo: %s: unknown version of the function table\n", g_library);
+        fprintf(stderr, "zeldlg-demo: %s: unknown version of the function table\n", library);
         return NULL;
     }
     return dialogs;
 }
 
-static int RunCommand(const Command* command, int argc, char** argv) {
-    const DLG_FunctionList* const dialogs = LoadDialogs();
-    if (dialogs == NULL) {
-        return EXIT_NO_LIBRARY;
-    }
-    const int exitCode = command->run(dialogs, argc, argv);
-    dialogs->Finalize();
-    return exitCode;
-}
-
-int ReportResult(uint32_t result) {
-    const char* const meaning = result == ZELDLG_OK          ? "confirmed"
-                                : result == ZELDLG_CANCELLED ? "cancelled"
-                                                             : "failed";
-    printf("result 0x%08x (%s)\n", (unsigned)result, meaning);
-    return result == ZELDLG_OK ? EXIT_CONFIRMED : EXIT_NOT_CONFIRMED;
-}
-
-uint32_t ParseNumber(const char* option, const char* text) {
-    char* end = NULL;
-    errno = 0;
-    const unsigned long long value = strtoull(text, &end, 0);
-    if (errno != 0 || end == text || *end != '\0' || strchr(text, '-') != NULL ||
-        value > UINT32_MAX) {
-        fprintf(stderr, "zeldlg-demo: %s: '%s' is not a number from 0 to %lu\n", option, text,
-                (unsigned long)UINT32_MAX);
-        exit(EXIT_USAGE);
-    }
-    return (uint32_t)value;
-}
-
 int main(int argc, char** argv) {
     /* PINs are in our memory: it must not end in a core file, nor be read by other programs. */
     prctl(PR_SET_DUMPABLE, 0);
-    int next = 1;
-    if (argc > 2 && strcmp(argv[1], "--library") == 0) {
-        g_library = argv[2];
-        next = 3;
+    const char* library = kDefaultLibrary;
+    const char* const* words = (const char* const*)argv + 1;
+    if (argc > 2 && strcmp(words[0], "--library") == 0) {
+        library = words[1];
+        words += 2;
     }
-    if (next >= argc || strcmp(argv[next], "--help") == 0) {
-        PrintUsage(next >= argc ? stderr : stdout);
-        return next >= argc ? EXIT_USAGE : EXIT_SUCCESS;
+    if (*words == NULL || strcmp(*words, "--help") == 0) {
+        PrintUsage(*words == NULL ? stderr : stdout);
+        return *words == NULL ? EXIT_USAGE : EXIT_SUCCESS;
     }
-    const Command* const command = FindCommand(argv[next]);
+    const Command* const command = FindCommand(*words);
     if (command == NULL) {
-        fprintf(stderr, "zeldlg-demo: unknown command '%s' (see --help)\n", argv[next]);
-        return EXIT_USAGE;
+        Refuse("unknown command '%s' (see --help)", *words);
     }
-    for (int i = next + 1; i < argc; ++i) {
-        if (strcmp(argv[i], "--help") == 0) {
+    for (const char* const* word = ++words; *word != NULL; ++word) {
+        if (strcmp(*word, "--help") == 0) {
             PrintCommandHelp(command);
             return EXIT_SUCCESS;
         }
     }
-    return RunCommand(command, argc - next, argv + next);
+    const Options options = ParseWords(command, words);
+    const DLG_FunctionList* const dialogs = LoadDialogs(library);
+    if (dialogs == NULL) {
+        return EXIT_NO_LIBRARY;
+    }
+    const int exitCode = command->run(dialogs, &options);
+    dialogs->Finalize();
+    return exitCode;
 }

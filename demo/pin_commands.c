@@ -1,224 +1,212 @@
-/* The commands that ask for one PIN. */
-#include <getopt.h>
-#include <stdbool.h>
+/* The commands that ask for a PIN, change it or unblock it. */
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 
 #include "command.h"
 
-typedef struct PinOptions {
-    const char* label;
-    uint32_t minLength;
-    uint32_t maxLength;
-    uint32_t capacity;
-    uint32_t maxTries;
-    uint32_t triesLeft;
-    bool failed;
-    bool finalTry;
-    bool failedEarlier;
-    bool reveal;
-} PinOptions;
-
-#define COMMON_HELP                                                        \
-    "  --label TEXT       label of the token (default: My card)\n"         \
-    "  --min N            minimum PIN length (default: 4)\n"               \
-    "  --max N            maximum PIN length (default: 8)\n"               \
-    "  --capacity N       bytes in the host's PIN buffer (default: 256)\n" \
-    "  --failed-earlier   the failure happened before this prompt\n"       \
-    "  --reveal           print the PIN itself; without it only its length is printed\n"
-
-enum {
-    kLabel = 1,
-    kMin,
-    kMax,
-    kCapacity,
-    kMaxTries,
-    kTriesLeft,
-    kFailed,
-    kFinalTry,
-    kFailedEarlier,
-    kReveal
-};
-
-#define COMMON_OPTIONS                                                                            \
-    {"label", required_argument, NULL, kLabel}, {"min", required_argument, NULL, kMin},           \
-        {"max", required_argument, NULL, kMax}, {"capacity", required_argument, NULL, kCapacity}, \
-        {"failed-earlier", no_argument, NULL, kFailedEarlier}, {                                  \
-        "reveal", no_argument, NULL, kReveal                                                      \
+/* One byte more, so that a capacity of 0 is a buffer too. */
+static uint8_t* MakeBuffer(uint32_t capacity) {
+    uint8_t* const buffer = malloc((size_t)capacity + 1);
+    if (buffer == NULL) {
+        Refuse("no memory for %lu bytes", (unsigned long)capacity);
     }
-
-static const struct option kPinOptions[] = {COMMON_OPTIONS,
-                                            {"failed", no_argument, NULL, kFailed},
-                                            {"final-try", no_argument, NULL, kFinalTry},
-                                            {NULL, 0, NULL, 0}};
-
-static const struct option kPinExOptions[] = {COMMON_OPTIONS,
-                                              {"max-tries", required_argument, NULL, kMaxTries},
-                                              {"tries-left", required_argument, NULL, kTriesLeft},
-                                              {NULL, 0, NULL, 0}};
-
-/* Sets one option. Returns false for a word that is none. */
-static bool SetOption(PinOptions* options, int option, const char* name) {
-    switch (option) {
-        case kLabel:
-            options->label = optarg;
-            return true;
-        case kMin:
-            options->minLength = ParseNumber(name, optarg);
-            return true;
-        case kMax:
-            options->maxLength = ParseNumber(name, optarg);
-            return true;
-        case kCapacity:
-            options->capacity = ParseNumber(name, optarg);
-            return true;
-        case kMaxTries:
-            options->maxTries = ParseNumber(name, optarg);
-            return true;
-        case kTriesLeft:
-            options->triesLeft = ParseNumber(name, optarg);
-            return true;
-        case kFailed:
-            options->failed = true;
-            return true;
-        case kFinalTry:
-            options->finalTry = true;
-            return true;
-        case kFailedEarlier:
-            options->failedEarlier = true;
-            return true;
-        case kReveal:
-            options->reveal = true;
-            return true;
-        default:
-            return false;
-    }
+    return buffer;
 }
 
-static PinOptions ParseOptions(const struct option* known, int argc, char** argv) {
-    PinOptions options = {.label = "My card",
-                          .minLength = 4,
-                          .maxLength = 8,
-                          .capacity = 256,
-                          .maxTries = 3,
-                          .triesLeft = 3};
-    int index = 0;
-    for (int option = 0; (option = getopt_long(argc, argv, "", known, &index)) != -1;) {
-        if (!SetOption(&options, option, option == '?' ? "" : known[index].name)) {
-            exit(EXIT_USAGE); /* getopt_long has said why */
-        }
+static void PrintValue(const char* name, const uint8_t* bytes, uint64_t length, bool reveal) {
+    printf("%s of %lu bytes", name, (unsigned long)length);
+    if (reveal) {
+        printf(": %.*s", (int)length, (const char*)bytes);
     }
-    if (optind < argc) {
-        fprintf(stderr, "%s: unexpected word '%s'\n", argv[0], argv[optind]);
-        exit(EXIT_USAGE);
-    }
-    return options;
+    putchar('\n');
 }
 
-static PinDialogRequest RequestOf(const PinOptions* options) {
+/* ---------------------------------------------------------------- a PIN */
+
+typedef uint32_t AskFunction(const PinDialogRequest* request, PinBuffer* pin);
+typedef uint32_t AskExFunction(const PinDialogRequestEx* request, PinBuffer* pin);
+
+/* Exactly one of the functions is given. */
+static int AskForPin(const Options* options, AskFunction* ask, AskExFunction* askEx) {
     const PinDialogRequest request = {.tokenLabel = options->label,
                                       .minPinLength = options->minLength,
                                       .maxPinLength = options->maxLength,
                                       .noFailure = !options->failed,
                                       .finalTry = options->finalTry,
                                       .failedEarlier = options->failedEarlier};
-    return request;
-}
-
-static PinDialogRequestEx RequestExOf(const PinOptions* options) {
-    const PinDialogRequestEx request = {.tokenLabel = options->label,
-                                        .minPinLength = options->minLength,
-                                        .maxPinLength = options->maxLength,
-                                        .failedEarlier = options->failedEarlier,
-                                        .maxTries = options->maxTries,
-                                        .triesLeft = options->triesLeft};
-    return request;
-}
-
-typedef uint32_t (*AskFunction)(const PinDialogRequest* request, PinBuffer* pin);
-typedef uint32_t (*AskExFunction)(const PinDialogRequestEx* request, PinBuffer* pin);
-
-/* Exactly one of the functions is given. */
-static int AskAndReport(const PinOptions* options, AskFunction ask, AskExFunction askEx) {
-    /* One byte more, so that a capacity of 0 is a buffer too. */
-    uint8_t* const buffer = malloc((size_t)options->capacity + 1);
-    if (buffer == NULL) {
-        fprintf(stderr, "no memory for %lu bytes\n", (unsigned long)options->capacity);
-        return EXIT_USAGE;
-    }
-    PinBuffer pin = {.pin = buffer, .pinLength = options->capacity};
-    const PinDialogRequest request = RequestOf(options);
-    const PinDialogRequestEx requestEx = RequestExOf(options);
+    const PinDialogRequestEx requestEx = {.tokenLabel = options->label,
+                                          .minPinLength = options->minLength,
+                                          .maxPinLength = options->maxLength,
+                                          .failedEarlier = options->failedEarlier,
+                                          .maxTries = options->maxTries,
+                                          .triesLeft = options->triesLeft};
+    PinBuffer pin = {MakeBuffer(options->capacity), options->capacity};
     const uint32_t result = ask != NULL ? ask(&request, &pin) : askEx(&requestEx, &pin);
     const int exitCode = ReportResult(result);
     if (result == ZELDLG_OK) {
-        printf("PIN of %lu bytes\n", (unsigned long)pin.pinLength);
-        if (options->reveal) {
-            printf("PIN %.*s\n", (int)pin.pinLength, (const char*)pin.pin);
-        }
+        PrintValue("PIN", pin.pin, pin.pinLength, options->reveal);
     }
-    free(buffer);
+    free(pin.pin);
     return exitCode;
 }
 
-static int RunPin(const DLG_FunctionList* dialogs, int argc, char** argv) {
-    const PinOptions options = ParseOptions(kPinOptions, argc, argv);
-    return AskAndReport(&options, dialogs->ShowPinDialog, NULL);
+int RunPin(const DLG_FunctionList* dialogs, const Options* options) {
+    return AskForPin(options, dialogs->ShowPinDialog, NULL);
 }
 
-static int RunPinEx(const DLG_FunctionList* dialogs, int argc, char** argv) {
-    const PinOptions options = ParseOptions(kPinExOptions, argc, argv);
-    return AskAndReport(&options, NULL, dialogs->ShowPinDialogEx);
+int RunPinEx(const DLG_FunctionList* dialogs, const Options* options) {
+    return AskForPin(options, NULL, dialogs->ShowPinDialogEx);
 }
 
-static int RunLegalPin(const DLG_FunctionList* dialogs, int argc, char** argv) {
-    const PinOptions options = ParseOptions(kPinOptions, argc, argv);
-    return AskAndReport(&options, dialogs->ShowLegalPinDialog, NULL);
+int RunLegalPin(const DLG_FunctionList* dialogs, const Options* options) {
+    return AskForPin(options, dialogs->ShowLegalPinDialog, NULL);
 }
 
-static int RunLegalPinEx(const DLG_FunctionList* dialogs, int argc, char** argv) {
-    const PinOptions options = ParseOptions(kPinExOptions, argc, argv);
-    return AskAndReport(&options, NULL, dialogs->ShowLegalPinDialogEx);
+int RunLegalPinEx(const DLG_FunctionList* dialogs, const Options* options) {
+    return AskForPin(options, NULL, dialogs->ShowLegalPinDialogEx);
 }
 
-#define ORDINARY_HELP                                      \
-    COMMON_HELP                                            \
-    "  --failed           a failed attempt is on record\n" \
-    "  --final-try        the next wrong PIN locks the PIN\n"
+/* ---------------------------------------------------------------- another PIN */
 
-#define EX_HELP                                                  \
-    COMMON_HELP                                                  \
-    "  --max-tries N      the full retry counter (default: 3)\n" \
-    "  --tries-left N     tries remaining (default: 3)\n"
+typedef uint32_t ChangeFunction(const PinChangeRequest* request, PinChangeBuffers* buffers);
 
-const Command kPinCommand = {
-    .name = "pin",
-    .synopsis = "pin [OPTION...]",
-    .summary = "Ask for the PIN of a token",
-    .options = ORDINARY_HELP,
-    .run = RunPin,
-};
+static PinChangeBuffers MakeBuffers(const Options* options) {
+    const PinChangeBuffers buffers = {MakeBuffer(options->capacity), options->capacity,
+                                      MakeBuffer(options->capacity), options->capacity};
+    return buffers;
+}
 
-const Command kPinExCommand = {
-    .name = "pin-ex",
-    .synopsis = "pin-ex [OPTION...]",
-    .summary = "Ask for the PIN of a token, with its retry counter",
-    .options = EX_HELP,
-    .run = RunPinEx,
-};
+/* Frees the buffers, too. */
+static int ReportChange(uint32_t result, const PinChangeBuffers* buffers, bool reveal) {
+    const int exitCode = ReportResult(result);
+    if (result == ZELDLG_OK) {
+        PrintValue("old value", buffers->oldValue, buffers->oldLength, reveal);
+        PrintValue("new value", buffers->newValue, buffers->newLength, reveal);
+    }
+    free(buffers->oldValue);
+    free(buffers->newValue);
+    return exitCode;
+}
 
-const Command kLegalPinCommand = {
-    .name = "legal-pin",
-    .synopsis = "legal-pin [OPTION...]",
-    .summary = "Ask for the PIN of a legally binding signature",
-    .options = ORDINARY_HELP,
-    .run = RunLegalPin,
-};
+static int Change(const Options* options, ChangeFunction* change) {
+    const PinChangeRequest request = {.tokenLabel = options->label,
+                                      .minLength = options->minLength,
+                                      .maxLength = options->maxLength,
+                                      .noFailure = !options->failed,
+                                      .finalTry = options->finalTry,
+                                      .changePuk = options->changePuk};
+    PinChangeBuffers buffers = MakeBuffers(options);
+    return ReportChange(change(&request, &buffers), &buffers, options->reveal);
+}
 
-const Command kLegalPinExCommand = {
-    .name = "legal-pin-ex",
-    .synopsis = "legal-pin-ex [OPTION...]",
-    .summary = "Ask for the PIN of a legally binding signature, with its retry counter",
-    .options = EX_HELP,
-    .run = RunLegalPinEx,
-};
+int RunChangePin(const DLG_FunctionList* dialogs, const Options* options) {
+    return Change(options, dialogs->ShowChangePinDialog);
+}
+
+int RunChangeTransportPin(const DLG_FunctionList* dialogs, const Options* options) {
+    return Change(options, dialogs->ShowChangeTransportPIN);
+}
+
+int RunUnblockPuk(const DLG_FunctionList* dialogs, const Options* options) {
+    return Change(options, dialogs->ShowUnblockThroughPUK);
+}
+
+int RunChangePolicedPin(const DLG_FunctionList* dialogs, const Options* options) {
+    const PinPolicyCharList characters = {.length = (uint32_t)strlen(options->characters),
+                                          .characters = options->characters};
+    PinPolicyWire policy = options->policy;
+    policy.charList = &characters;
+    policy.source = -4; /* the card */
+    const PinPolicyDescriptor descriptor = {.size = sizeof policy, .block = &policy};
+    const PolicedPinChangeRequest request = {.tokenLabel = options->label,
+                                             .minLength = options->minLength,
+                                             .maxLength = options->maxLength,
+                                             .noFailure = !options->failed,
+                                             .finalTry = options->finalTry,
+                                             .changePuk = options->changePuk,
+                                             .initialisePin = options->initialise,
+                                             .triesLeft = options->triesLeft,
+                                             .policy = options->noPolicy ? NULL : &descriptor,
+                                             .oldMinLength = options->oldMinLength,
+                                             .oldMaxLength = options->oldMaxLength};
+    PinChangeBuffers buffers = MakeBuffers(options);
+    return ReportChange(dialogs->ShowChangePolicedPinDialog_func(&request, &buffers), &buffers,
+                        options->reveal);
+}
+
+/* ---------------------------------------------------------------- without the old one */
+
+int RunUnblockMethod(const DLG_FunctionList* dialogs, const Options* options) {
+    uint32_t algorithms[kMaxItems] = {ZELDLG_ALGORITHM_3DES_CHALLENGE,
+                                      ZELDLG_ALGORITHM_3DES_WITNESS};
+    for (uint32_t i = 0; i < options->itemCount; ++i) {
+        algorithms[i] = ParseNumber("algorithm", options->items[i], UINT32_MAX);
+    }
+    const uint32_t given = options->itemCount != 0 ? options->itemCount : 2;
+    uint32_t method = 0;
+    uint32_t algorithm = 0;
+    const uint32_t result = dialogs->ShowSelectUnblockMethod(
+        !options->noPuk, algorithms, options->noAlgorithms ? 0 : given, &method, &algorithm);
+    const int exitCode = ReportResult(result);
+    if (result == ZELDLG_OK) {
+        printf("method %lu (%s)\nalgorithm at index %lu\n", (unsigned long)method,
+               method == ZELDLG_UNBLOCK_WITH_PUK ? "PUK" : "off-line", (unsigned long)algorithm);
+    }
+    return exitCode;
+}
+
+/* The number of bytes; `bytes` has room for half as many as there are digits. */
+static size_t ParseHex(const char* digits, uint8_t* bytes) {
+    const size_t length = strlen(digits);
+    if (length % 2 != 0 || strspn(digits, "0123456789abcdefABCDEF") != length) {
+        Refuse("challenge: an even number of hexadecimal digits is expected");
+    }
+    for (size_t i = 0; i < length / 2; ++i) {
+        const char byte[] = {digits[2 * i], digits[2 * i + 1], '\0'};
+        bytes[i] = (uint8_t)strtoul(byte, NULL, 16);
+    }
+    return length / 2;
+}
+
+static int32_t SignedLength(uint32_t length) {
+    if (length > INT32_MAX) {
+        Refuse("a length of at most %ld is expected", (long)INT32_MAX);
+    }
+    return (int32_t)length;
+}
+
+static void PrintResponse(const ChallengeResponseBuffers* buffers, bool reveal) {
+    printf("response of %lu bytes%s", (unsigned long)buffers->responseLength, reveal ? ": " : "");
+    for (uint64_t i = 0; reveal && i < buffers->responseLength; ++i) {
+        printf("%02x", buffers->response[i]);
+    }
+    putchar('\n');
+}
+
+int RunUnblockCr(const DLG_FunctionList* dialogs, const Options* options) {
+    uint8_t* const bytes = MakeBuffer((uint32_t)strlen(options->challenge));
+    const ByteBuffer challenge = {bytes, ParseHex(options->challenge, bytes)};
+    const ChallengeResponseRequest request = {
+        .tokenLabel = options->label,
+        .challenge = &challenge,
+        .serialNumber = options->serial,
+        .responseLength = SignedLength(options->responseLength),
+        .minPinLength = SignedLength(options->minLength),
+        .maxPinLength = SignedLength(options->maxLength),
+        .askNewPin = options->askNewPin};
+    ChallengeResponseBuffers buffers = {MakeBuffer(options->capacity), options->capacity,
+                                        MakeBuffer(options->capacity), options->capacity};
+    const uint32_t result = dialogs->ShowUnblockThroughCR(&request, &buffers);
+    const int exitCode = ReportResult(result);
+    if (result == ZELDLG_OK) {
+        PrintResponse(&buffers, options->reveal);
+        if (options->askNewPin) {
+            PrintValue("new PIN", buffers.newPin, buffers.newPinLength, options->reveal);
+        }
+    }
+    free(bytes);
+    free(buffers.response);
+    free(buffers.newPin);
+    return exitCode;
+}

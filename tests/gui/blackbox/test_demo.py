@@ -51,7 +51,8 @@ class Words(DemoCase):
                       ["pin", "--min", "-1"], ["pin", "--max", "4294967296"],
                       ["pin-ex", "--final-try"], ["translate"], ["locale", "x"], ["settings"],
                       ["change-pin", "--bogus"], ["change-pin", "--enabled", "1"],
-                      ["change-policed-pin", "--enabled", "256"],
+                      ["change-policed-pin", "--enabled", "256"], ["pin-pad", "--kind", "x"],
+                      ["pin-pad", "--script", "1z"], ["pin-pad", "--script", "!"],
                       ["change-policed-pin", "--enabled"], ["select-token", "--count", "1001"],
                       ["select-token", "x"], ["select-id", "--bogus"],
                       ["unblock-method", "x"], ["unblock-method", "--algorithm", "-1"],
@@ -89,7 +90,7 @@ class Dialogs(DemoCase):
             self.assertEqual((0, "result 0x00000000 (confirmed)\nPIN of 5 bytes\n"), (code, out))
             self.assertNotIn("73915", err)
             code, out, _ = self.answer(command, "--reveal", keys="73915")
-            self.assertEqual((0, "result 0x00000000 (confirmed)\nPIN of 5 bytes\nPIN 73915\n"),
+            self.assertEqual((0, "result 0x00000000 (confirmed)\nPIN of 5 bytes: 73915\n"),
                              (code, out))
 
     def test_cancel_is_said(self):
@@ -140,10 +141,12 @@ class Changes(DemoCase):
         self.assertEqual(0, code, out)
         for value, met, unmet in (("18372", "Restriction", "Diversification"),
                                   ("183725", "Diversification", "Restriction")):
-            _, _, window, _ = self.type("change-policed-pin", *policy,
-                                        values=["1234", value, value])
+            screen, process, window, last = self.type("change-policed-pin", *policy,
+                                                      values=["1234", value, value])
             wait_until(lambda: {f"Met: {met}", f"Not met: {unmet}"} <=
                        {button.name for button in window.find_all("push button")})
+            screen.key("Escape", last)
+            process.communicate(timeout=scaled(60))
 
 
 class Selections(DemoCase):
