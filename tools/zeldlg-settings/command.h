@@ -21,7 +21,7 @@ struct Command {
     const char* synopsis;  // its name with what follows it
     const char* summary;   // one line
     std::string help;      // for --help, a line each
-    ExitCode (*run)(Words words);
+    ExitCode (*run)(const Words& words);
 };
 
 std::span<const Command> StoreCommands();

@@ -1,5 +1,6 @@
 // The doctor on the display, and on how the toolkit draws there.
 #include <dlfcn.h>
+#include <gtk/gtk.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -8,19 +9,83 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
 
-#include "doctor_topics.h"
-#include "read_only_process.h"
+#include "apart.h"
+#include "command.h"
+#include "doctor.h"
 
 namespace admin {
 
 namespace {
 
-constexpr int kProbeSeconds = 10;
+void Say(const char* what, const std::string& value) { printf("%s: %s\n", what, value.c_str()); }
+
+std::string TextSetting(GtkSettings* settings, const char* name) {
+    gchar* text = nullptr;
+    g_object_get(settings, name, &text, nullptr);
+    std::string value = text != nullptr ? text : "";
+    g_free(text);
+    return value;
+}
+
+int NumberSetting(GtkSettings* settings, const char* name) {
+    gint number = 0;
+    g_object_get(settings, name, &number, nullptr);
+    return number;
+}
+
+void SayVersion() {
+    Say("GTK", std::to_string(gtk_get_major_version()) + "." +
+                   std::to_string(gtk_get_minor_version()) + "." +
+                   std::to_string(gtk_get_micro_version()));
+}
+
+void SayDisplay(GdkDisplay* display) {
+    const std::string type = G_OBJECT_TYPE_NAME(display);
+    const char* const system = type == "GdkX11Display"       ? "X11"
+                               : type == "GdkWaylandDisplay" ? "Wayland"
+                                                             : type.c_str();
+    Say("opened", std::string(gdk_display_get_name(display)) + " (" + system + ")");
+    const int count = gdk_display_get_n_monitors(display);
+    for (int i = 0; i < count; ++i) {
+        GdkMonitor* const monitor = gdk_display_get_monitor(display, i);
+        GdkRectangle place;
+        gdk_monitor_get_geometry(monitor, &place);
+        Say("screen", std::to_string(place.width) + " by " + std::to_string(place.height) +
+                          ", scale " + std::to_string(gdk_monitor_get_scale_factor(monitor)));
+    }
+}
+
+void SayLook() {
+    GtkSettings* const settings = gtk_settings_get_default();
+    const bool dark = NumberSetting(settings, "gtk-application-prefer-dark-theme") != 0;
+    Say("theme", TextSetting(settings, "gtk-theme-name") + (dark ? " (dark)" : ""));
+    Say("icons", TextSetting(settings, "gtk-icon-theme-name"));
+    Say("font", TextSetting(settings, "gtk-font-name"));
+    constexpr int kDpiUnit = 1024;
+    const int resolution = NumberSetting(settings, "gtk-xft-dpi");
+    Say("resolution of text",
+        resolution > 0 ? std::to_string(resolution / kDpiUnit) + " dpi" : "the display's");
+}
+
+// Prints what the toolkit says of the display as "WHAT: VALUE".
+int ProbeDisplay() {
+    SayVersion();
+    fflush(stdout);  // the toolkit may never come back
+    if (gtk_init_check(nullptr, nullptr) == FALSE) {
+        return kNotDone;
+    }
+    SayDisplay(gdk_display_get_default());
+    SayLook();
+    return kDone;
+}
+
+constexpr unsigned kProbeSeconds = 10;
 
 void ReportVariables(Report& report) {
     for (const char* const name : {"DISPLAY", "WAYLAND_DISPLAY"}) {
@@ -81,12 +146,11 @@ void ReportSocket(Report& report, const char* variable,
     }
 }
 
-void ReportUnreachable(Report& report, const ProcessResult& probe) {
-    using End = ProcessResult::End;
-    if (probe.end == End::NotStarted) {
+void ReportUnreachable(Report& report, const Ending& probe) {
+    if (probe.how == Ending::How::NotStarted) {
         report.Problem("The display could not be tried.",
-                       "This system does not let a process give up the right to write files.");
-    } else if (probe.end == End::TooLong) {
+                       "Is there room for temporary files and for one more process?");
+    } else if (probe.how == Ending::How::TooLong) {
         report.Problem("The display does not answer.",
                        "Is its server stopped, or the way to it blocked?");
     } else if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr) {
@@ -122,7 +186,7 @@ bool ReportDisplay(Report& report) {
     ReportSocket(report, "DISPLAY", XSocket);
     ReportSocket(report, "WAYLAND_DISPLAY", WaylandSocket);
     report.Line("wxWidgets", WxVersion());
-    const ProcessResult probe = RunReadOnly(ProbeDisplay, kProbeSeconds);
+    const Ending probe = RunApart({}, kProbeSeconds, ProbeDisplay);
     bool opened = false;
     for (const std::string& line : Lines(probe.output)) {
         const auto [what, value] = Split(line);

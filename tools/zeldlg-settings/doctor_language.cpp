@@ -11,7 +11,7 @@
 #include <optional>
 #include <string>
 
-#include "doctor_topics.h"
+#include "doctor.h"
 #include "registry/registry_encoding.h"
 #include "registry/settings.h"
 #include "resources/catalogue_check.h"

@@ -5,12 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include "doctor_topics.h"
-#include "known_settings.h"
+#include "doctor.h"
 #include "policy/pin_policy_settings.h"
 #include "registry/registry_encoding.h"
 #include "registry/settings.h"
-#include "stored_values.h"
+#include "stored_settings.h"
 
 namespace admin {
 

@@ -1,21 +1,21 @@
 // The doctor on the library itself: loads, starts and ends it as a host does.
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "apart.h"
 #include "command.h"
-#include "doctor_topics.h"
-#include "read_only_process.h"
+#include "doctor.h"
 
 namespace admin {
 
 namespace {
 
-constexpr int kStartSeconds = 20;
+constexpr unsigned kStartSeconds = 20;
 constexpr uint32_t kLongestName = 64;
 constexpr int kNoLibrary = 3;
 
@@ -24,13 +24,6 @@ using Clock = std::chrono::steady_clock;
 long MillisecondsSince(Clock::time_point start) {
     return static_cast<long>(
         std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
-}
-
-// A host would copy the shipped file over the user's first; this process cannot, and reads the
-// shipped one instead.
-void PassOverUsersSettings() {
-    setenv("ZEL_HOME", "/dev/null", 1);
-    unsetenv("USER");
 }
 
 void SayFile(const DLG_FunctionList* dialogs) {
@@ -51,10 +44,7 @@ int Load() {
     return kDone;
 }
 
-int Start(bool settingsAreCopied) {
-    if (settingsAreCopied) {
-        PassOverUsersSettings();
-    }
+int Start() {
     const DLG_FunctionList* const dialogs = LoadDialogs();
     if (dialogs == nullptr) {
         return kNoLibrary;
@@ -77,15 +67,15 @@ int Start(bool settingsAreCopied) {
     return kDone;
 }
 
-void ReportFailure(Report& report, const ProcessResult& probe) {
-    using End = ProcessResult::End;
-    if (probe.end == End::NotStarted) {
+void ReportFailure(Report& report, const Ending& probe) {
+    using How = Ending::How;
+    if (probe.how == How::NotStarted) {
         report.Problem("The start could not be tried.",
-                       "This system does not let a process give up the right to write files.");
-    } else if (probe.end == End::TooLong) {
+                       "Is there room for temporary files and for one more process?");
+    } else if (probe.how == How::TooLong) {
         report.Problem("It does not start within " + std::to_string(kStartSeconds) + " seconds.",
                        "A host would wait without end.");
-    } else if (probe.end == End::Died) {
+    } else if (probe.how == How::Died) {
         report.Problem(std::string("It dies at its start: ") + strsignal(probe.code) + ".",
                        "Please report this, with what stands here.");
     } else if (probe.code == kNoLibrary) {
@@ -99,16 +89,16 @@ void ReportFailure(Report& report, const ProcessResult& probe) {
 }  // namespace
 
 void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay) {
-    using End = ProcessResult::End;
     report.Section("Library");
-    const bool copied = settings.where.copied;
-    const ProcessResult probe = RunReadOnly(
-        [copied, hasDisplay] { return hasDisplay ? Start(copied) : Load(); }, kStartSeconds);
+    const auto& looked = settings.where.looked;
+    const auto first = std::ranges::find(looked, 0, &SettingsPlace::error);
+    const Ending probe = RunApart(first == looked.end() ? std::string() : first->file,
+                                  kStartSeconds, hasDisplay ? Start : Load);
     for (const std::string& line : Lines(probe.output)) {
         const auto [what, value] = Split(line);
         report.Line(what, value);
     }
-    if (probe.end == End::Exited && probe.code == kDone) {
+    if (probe.how == Ending::How::Exited && probe.code == kDone) {
         if (!hasDisplay) {
             report.Line("started", "not tried: there is no display");
         }

@@ -69,7 +69,7 @@ ExitCode Run(Words words) {
                (*found)->help.c_str());
         return kDone;
     }
-    return (*found)->run(std::move(words));
+    return (*found)->run(words);
 }
 
 }  // namespace

@@ -12,12 +12,11 @@
 #include <vector>
 
 #include "command.h"
-#include "known_settings.h"
 #include "platform/utf8.h"
 #include "registry/registry_encoding.h"
 #include "registry/registry_store.h"
 #include "registry/settings.h"
-#include "stored_values.h"
+#include "stored_settings.h"
 
 namespace admin {
 
@@ -27,6 +26,12 @@ using namespace zeldlg::registry;
 using zeldlg::platform::DecodeUtf8;
 
 const std::wstring kGeneralKey = kSettingsKey;
+
+void ExpectWords(const Words& words, size_t count) {
+    if (words.size() != count) {
+        Refuse(std::to_string(count) + " words expected (see --help)");
+    }
+}
 
 ExitCode Fail(RegistryError error) {
     fprintf(stderr, "zeldlg-settings: error %u: %s\n", error, Describe(error));
@@ -117,7 +122,8 @@ std::vector<std::wstring> SubKeys(const std::wstring& path) {
     return names;
 }
 
-ExitCode List() {
+ExitCode List(const Words& words) {
+    ExpectWords(words, 0);
     Key general;
     const RegistryError error = general.Open(kGeneralKey);
     if (error != kSuccess && error != kNotFound) {
@@ -131,17 +137,18 @@ ExitCode List() {
     return kDone;
 }
 
-ExitCode Get(const std::string& path, const std::string& name) {
+ExitCode Get(const Words& words) {
+    ExpectWords(words, 2);
     Key key;
-    RegistryError error = key.Open(DecodeUtf8(path.c_str()));
-    std::optional<std::string> words;
+    RegistryError error = key.Open(DecodeUtf8(words[0].c_str()));
+    std::optional<std::string> value;
     if (error == kSuccess) {
-        words = ReadAsWords(key.Handle(), DecodeUtf8(name.c_str()).c_str(), error);
+        value = ReadAsWords(key.Handle(), DecodeUtf8(words[1].c_str()).c_str(), error);
     }
-    if (!words) {
+    if (!value) {
         return Fail(error);
     }
-    puts(words->c_str());
+    puts(value->c_str());
     return kDone;
 }
 
@@ -157,12 +164,11 @@ std::optional<std::string> ParseBinary(std::string_view digits) {
     return bytes;
 }
 
-ExitCode Store(const std::string& path, const std::string& name, uint32_t type, const void* data,
-               size_t size) {
+ExitCode Store(const Words& words, uint32_t type, const void* data, size_t size) {
     Key key;
-    RegistryError error = key.Create(DecodeUtf8(path.c_str()));
+    RegistryError error = key.Create(DecodeUtf8(words[0].c_str()));
     if (error == kSuccess) {
-        error = RegSetValueEx(key.Handle(), DecodeUtf8(name.c_str()).c_str(), type, data,
+        error = RegSetValueEx(key.Handle(), DecodeUtf8(words[1].c_str()).c_str(), type, data,
                               static_cast<uint32_t>(size));
     }
     const RegistryError written = key.Close();
@@ -170,42 +176,23 @@ ExitCode Store(const std::string& path, const std::string& name, uint32_t type, 
     return error == kSuccess ? kDone : Fail(error);
 }
 
-ExitCode Set(const std::string& path, const std::string& name, const std::string& type,
-             const std::string& data) {
+ExitCode Set(const Words& words) {
+    ExpectWords(words, 4);
+    const std::string& type = words[2];
+    const std::string& data = words[3];
     if (type == "number") {
         const uint32_t number = ParseNumber("number", data);
-        return Store(path, name, kTypeNumber, &number, sizeof number);
+        return Store(words, kTypeNumber, &number, sizeof number);
     }
     if (type == "string") {
         const std::wstring text = DecodeUtf8(data.c_str());
-        return Store(path, name, kTypeString, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+        return Store(words, kTypeString, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
     }
     const std::optional<std::string> bytes = ParseBinary(data);
     if (type != "binary" || !bytes) {
         Refuse("TYPE is number, string, or binary with hexadecimal digits");
     }
-    return Store(path, name, kTypeBinary, bytes->data(), bytes->size());
-}
-
-void ExpectWords(const Words& words, size_t count) {
-    if (words.size() != count) {
-        Refuse(std::to_string(count) + " words expected (see --help)");
-    }
-}
-
-ExitCode RunList(Words words) {
-    ExpectWords(words, 0);
-    return List();
-}
-
-ExitCode RunGet(Words words) {
-    ExpectWords(words, 2);
-    return Get(words[0], words[1]);
-}
-
-ExitCode RunSet(Words words) {
-    ExpectWords(words, 4);
-    return Set(words[0], words[1], words[2], words[3]);
+    return Store(words, kTypeBinary, bytes->data(), bytes->size());
 }
 
 #define KEY_HELP                                                                      \
@@ -221,18 +208,18 @@ std::span<const Command> StoreCommands() {
          .synopsis = "list",
          .summary = "Print every setting that the library reads",
          .help = "",
-         .run = RunList},
+         .run = List},
         {.name = "get",
          .synopsis = "get KEY VALUE",
          .summary = "Print one value, as TYPE DATA",
          .help = KEY_HELP,
-         .run = RunGet},
+         .run = Get},
         {.name = "set",
          .synopsis = "set KEY VALUE TYPE DATA",
          .summary = "Set a value, creating its key",
          .help = KEY_HELP
          "  TYPE   number (decimal or 0x...), string, or binary (hexadecimal digits)\n",
-         .run = RunSet},
+         .run = Set},
     };
     return kCommands;
 }

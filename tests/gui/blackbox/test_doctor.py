@@ -79,6 +79,8 @@ class DoctorCase(unittest.TestCase):
     def setUp(self):
         self.directory = tempfile.mkdtemp(prefix="doctor-")
         self.addCleanup(self._remove)
+        self.temporary = tempfile.mkdtemp(prefix="doctor-")
+        self.addCleanup(shutil.rmtree, self.temporary)
         self.home = os.path.join(self.directory, "home")
         self.shipped = os.path.join(self.directory, "usr-share-tessaly")
         self.system = os.path.join(self.directory, "etc-tessaly")
@@ -112,7 +114,7 @@ class DoctorCase(unittest.TestCase):
         command += ["--ro-bind" if read_only_home else "--bind", self.home, self.home]
         if as_user:
             command += ["--unshare-user", "--uid", "1000", "--cap-drop", "ALL"]
-        values = {"ZEL_HOME": self.home, "HOME": self.home, "XDG_CACHE_HOME": self.home + "/cache",
+        values = {"ZEL_HOME": self.home, "TMPDIR": self.temporary, "HOME": self.home, "XDG_CACHE_HOME": self.home + "/cache",
                   "XDG_CONFIG_HOME": self.home + "/config", **(environment or {})}
         variables = {name: value for name, value in {**os.environ, **values}.items()
                      if name not in ("USER", *without)}
@@ -121,6 +123,7 @@ class DoctorCase(unittest.TestCase):
                                 env=variables, timeout=scaled(100))
         found = Findings(result.returncode, result.stdout, result.stderr)
         self.assertEqual(before, snapshot(self.directory), "the doctor changed something")
+        self.assertEqual([], os.listdir(self.temporary), "the doctor left something behind")
         return found
 
     def assert_problems(self, found, *patterns):

@@ -1,8 +1,11 @@
-#include "doctor_report.h"
+// The doctor command: what a help desk asks first, answered without touching anything.
+#include "doctor.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+
+#include "command.h"
 
 namespace admin {
 
@@ -70,6 +73,38 @@ std::pair<std::string, std::string> Split(const std::string& line) {
 std::string Variable(const char* name) {
     const char* const value = std::getenv(name);
     return value == nullptr ? "not set" : *value == '\0' ? "set, but empty" : value;
+}
+
+namespace {
+
+ExitCode RunDoctor(const Words& words) {
+    if (!words.empty()) {
+        Refuse("unexpected word '" + words[0] + "'");
+    }
+    Report report;
+    const FoundSettings settings = ReportSettingsFile(report);
+    ReportSettings(report, settings);
+    ReportLanguage(report, settings);
+    const bool hasDisplay = ReportDisplay(report);
+    ReportStart(report, settings, hasDisplay);
+    return report.Finish() == 0 ? kDone : kNotDone;
+}
+
+}  // namespace
+
+const Command& DoctorCommand() {
+    static const Command kCommand = {
+        .name = "doctor",
+        .synopsis = "doctor",
+        .summary = "Look for what keeps the dialogs from working",
+        .help =
+            "Says which settings file and catalogue are used and why, what is wrong in them,\n"
+            "whether the display can be used, and whether the library starts. Changes no file.\n"
+            "To be run as the user of the host, in its environment. The exit code is 0 when no\n"
+            "problem was found, else 1.\n",
+        .run = RunDoctor,
+    };
+    return kCommand;
 }
 
 }  // namespace admin

@@ -1,8 +1,11 @@
-// What the library reads from its configuration store, for listing it.
+// What the library reads from its configuration store, and what stands there, in words.
 #pragma once
 
-#include <cstdint>
 #include <span>
+#include <string>
+
+#include "registry/registry_error.h"
+#include "registry/registry_value.h"
 
 namespace admin {
 
@@ -20,5 +23,10 @@ std::span<const KnownSetting> KnownSettings();
 
 // The values of one policy.
 std::span<const KnownSetting> PolicySettings();
+
+const char* Describe(zeldlg::registry::RegistryError error);
+
+// A value as "TYPE DATA", as the settings command takes it.
+std::string AsWords(const zeldlg::registry::RegistryValue& value);
 
 }  // namespace admin

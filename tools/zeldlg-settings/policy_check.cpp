@@ -1,13 +1,20 @@
-#include "policy_options.h"
+// The policy-check command: judges candidate PINs without any window.
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <string_view>
 
+#include "command.h"
 #include "platform/utf8.h"
 #include "policy/pin_policy_settings.h"
+#include "policy/policy_checker.h"
+#include "policy/policy_messages.h"
 
 namespace admin {
 
 namespace {
 
-using zeldlg::PinPolicy;
+using namespace zeldlg;
 
 struct NumberOption {
     const char* name;
@@ -34,7 +41,7 @@ constexpr NumberOption kNumbers[] = {
 // @return Whether the word is a policy option.
 bool Apply(PinPolicy& policy, const std::string& option, const std::string& value) {
     if (option == "--policy") {
-        LoadPinPolicyFromRegistry(policy, zeldlg::platform::DecodeUtf8(value.c_str()));
+        LoadPinPolicyFromRegistry(policy, platform::DecodeUtf8(value.c_str()));
         return true;
     }
     if (option == "--p4-characters") {
@@ -50,9 +57,7 @@ bool Apply(PinPolicy& policy, const std::string& option, const std::string& valu
     return false;
 }
 
-}  // namespace
-
-const char* const kPolicyHelp =
+constexpr const char* kPolicyHelp =
     "  --policy NAME              a policy of the configuration store; what follows changes it\n"
     "  --enabled MASK             1 distance, 2 classes, 4 history, 8 characters\n"
     "  --p1-threshold N           largest distance of neighbours that is refused\n"
@@ -68,6 +73,7 @@ const char* const kPolicyHelp =
     "  --p4-characters TEXT       characters of the restriction\n"
     "  --p4-white-list 0|1        1: only these characters are allowed\n";
 
+// Ends the program with a message for a word that is wrong.
 PinPolicy ParsePolicy(const Words& words) {
     PinPolicy policy;
     for (size_t i = 0; i < words.size(); i += 2) {
@@ -76,6 +82,56 @@ PinPolicy ParsePolicy(const Words& words) {
         }
     }
     return policy;
+}
+
+void PrintMessage(const char* name, const PinPolicy& policy, PolicyStatus status,
+                  std::string_view pin) {
+    wxString message = DescribePolicyStatus(policy, status, pin);
+    message.Replace("\n", "\n      ");
+    printf("  %s: %s\n", name, static_cast<const char*>(message.utf8_str()));
+}
+
+// The PIN itself is not printed.
+bool Judge(PinPolicy& policy, size_t line, const std::string& pin) {
+    const LocalPolicyStatuses statuses = CheckLocalPolicies(policy, pin);
+    printf("%zu: P1 %04X  P2 %04X  P4 %04X\n", line, statuses.distance, statuses.classes,
+           statuses.restriction);
+    PrintMessage("P1", policy, statuses.distance, {});
+    PrintMessage("P2", policy, statuses.classes, pin);
+    PrintMessage("P4", policy, statuses.restriction, {});
+    return statuses.AllAccepted();
+}
+
+ExitCode RunPolicyCheck(const Words& words) {
+    PinPolicy policy = ParsePolicy(words);
+    bool allAccepted = true;
+    std::string pin;
+    for (size_t line = 1; std::getline(std::cin, pin); ++line) {
+        if (!pin.empty() && pin.back() == '\r') {
+            pin.pop_back();
+        }
+        allAccepted = Judge(policy, line, pin) && allAccepted;
+    }
+    return allAccepted ? kDone : kNotDone;
+}
+
+}  // namespace
+
+const Command& PolicyCheckCommand() {
+    static const Command kCommand = {
+        .name = "policy-check",
+        .synopsis = "policy-check [OPTION...] < PINS",
+        .summary = "Judge PINs against a policy, without any window",
+        .help =
+            std::string(
+                "Reads candidate PINs from standard input, one a line (LF or CR LF), and prints\n"
+                "for each line its number, the status of the three local policies (9000 =\n"
+                "accepted) and their messages. The exit code is 0 when all were accepted, else\n"
+                "1.\n\n") +
+            kPolicyHelp,
+        .run = RunPolicyCheck,
+    };
+    return kCommand;
 }
 
 }  // namespace admin
