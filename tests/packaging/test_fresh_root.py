@@ -84,7 +84,7 @@ class InFreshRoot(unittest.TestCase):
 
 
 class User(InFreshRoot):
-    def test_the_programs_work_and_leaves_nothing_behind(self):
+    def test_the_programs_work_and_leave_nothing_behind(self):
         packages = [LIBRARY, DEMO, SETTINGS]
         before = self.make_root("user", packages)
         say("help, manual pages, settings, dialogs")

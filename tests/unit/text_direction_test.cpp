@@ -117,10 +117,10 @@ TEST(FormatHostTexts, LeavesOrdinaryTextsAsTheyAre) {
 }
 
 TEST(FormatHostTexts, EnclosesEachTextThatCouldTurnTheSentence) {
-    EXPECT_EQ(FormatHostTexts("Name %s (%s)", wxString(L"\u202Ex"), wxString("Reader 1")),
-              L"Name \u2068\u202Ex\u2069 (Reader 1)");
-    EXPECT_EQ(FormatHostTexts("Name %s (%s)", wxString("x"), wxString(L"\u05D0")),
-              L"Name x (\u2068\u05D0\u2069)");
+    EXPECT_EQ(FormatHostTexts("To log in to \"%s\"", wxString(L"\u202Ex")),
+              L"To log in to \"\u2068\u202Ex\u2069\"");
+    EXPECT_EQ(FormatHostTexts("%s (%s)", wxString(L"\u05D0"), wxString(L"\u05D0")),
+              L"\u200E\u2068\u05D0\u2069 (\u2068\u05D0\u2069)");
 }
 
 TEST(FormatHostTexts, ASentenceThatBeginsWithATextKeepsItsDirection) {

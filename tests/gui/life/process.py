@@ -3,7 +3,6 @@
 import os
 import re
 import select
-import shlex
 import signal
 import subprocess
 import tempfile
@@ -158,8 +157,3 @@ class Process:
             found = f"no backtrace: {error}"
         kept = [line for line in found.splitlines() if line.startswith(("Thread", "#"))]
         return self._words() + "\n" + "\n".join(kept)
-
-    def command_line(self):
-        """How to start it by hand."""
-        words = [f"{name}={value}" for name, value in self.environment.items()]
-        return shlex.join([*words, *self.command])

@@ -210,11 +210,6 @@ class Host:
     def running(self):
         return self._process.poll() is None
 
-    def wait_ended(self, timeout=20):
-        """Waits for the end of a host that ends by itself; its exit code, negative for a signal."""
-        self._closing = True
-        return self._process.wait(scaled(timeout))
-
     def quit(self, timeout=20):
         """Lets the host return from its main function; its exit code, negative for a signal.
 

@@ -123,11 +123,6 @@ class Node:
         """The text of an entry or a label; a password entry answers its mask characters."""
         return self._call(ATSPI + "Text", "GetText", "(ii)", 0, -1)[0]
 
-    @property
-    def text_attributes(self):
-        """Attributes of the first character, for example `fg-color`, `weight`, `size`."""
-        return self.text_attributes_at(0)
-
     def text_attributes_at(self, place):
         return self._call(ATSPI + "Text", "GetAttributes", "(i)", place)[0]
 
