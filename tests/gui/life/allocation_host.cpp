@@ -7,21 +7,18 @@
 /// where in the library's file the allocation was made that failed, or each of them if none does;
 /// and where the library was entered from elsewhere on the way there.
 
-#include <dlfcn.h>
 #include <link.h>
-#include <pthread.h>
 #include <unistd.h>
 #include <unwind.h>
-#include <zeldlg/zeldlg.h>
 
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include "process.h"
+
+#include "load.h"
 
 extern "C" {
 // The C library's own, below the ones that are replaced here.
@@ -33,9 +30,6 @@ void* __libc_realloc(void* old, size_t size);    // NOLINT(bugprone-reserved-ide
 namespace {
 
 using life::Say;
-
-constexpr int kNoLibrary = 97;
-constexpr int kWrongResult = 98;
 
 struct Range {
     uintptr_t begin = 0;
@@ -119,42 +113,22 @@ int NoteModule(dl_phdr_info* info, size_t, void*) {
     return 0;
 }
 
-[[noreturn]] void Wrong(const char* call, uint32_t result) {
-    static_cast<void>(
-        dprintf(STDERR_FILENO, "allocation_host: wrong result: %s 0x%x\n", call, result));
-    _exit(kWrongResult);
-}
-
-void Expect(const char* call, uint32_t result, uint32_t expected, bool mayFail) {
-    if (result != expected && !(mayFail && result == ZELDLG_FAILED)) {
-        Wrong(call, result);
-    }
-}
-
-void GetLocale(const DLG_FunctionList& library, bool mayFail) {
-    std::array<wchar_t, 64> buffer{};
-    auto size = static_cast<uint32_t>(buffer.size());
-    Expect("GetLocale", library.GetLocale(buffer.data(), &size), ZELDLG_OK, mayFail);
-}
-
-// Whoever starts this closes the dialog.
-void AskPin(const DLG_FunctionList& library, bool mayFail) {
-    std::array<uint8_t, 64> bytes{};
-    PinBuffer pin{bytes.data(), static_cast<uint32_t>(bytes.size())};
-    const PinDialogRequest request{"Token", 4, 8, 1, 0, 0};
-    Expect("ShowPin", library.ShowPinDialog(&request, &pin), ZELDLG_CANCELLED, mayFail);
-}
-
 struct Asked {
-    const DLG_FunctionList& library;
+    const life::Library& library;
     std::atomic<bool> answered{false};
 };
 
+// Whoever starts this closes the dialog.
+void AskAll(const life::Library& library, bool mayFail) {
+    life::AllowFailures(mayFail);
+    for (const char* const call : {"locale", "pin"}) {
+        life::FindAct(call).perform(library, 0);
+    }
+}
+
 void* Ask(void* argument) {
     auto& asked = *static_cast<Asked*>(argument);
-    const bool mayFail = g_failing != 0;
-    GetLocale(asked.library, mayFail);
-    AskPin(asked.library, mayFail);
+    AskAll(asked.library, g_failing != 0);
     asked.answered = true;
     return nullptr;
 }
@@ -173,24 +147,17 @@ void WaitForAnswers(const Asked& asked) {
 }
 
 int Run(char** words) {
-    void* const handle = dlopen(words[1], RTLD_NOW | RTLD_LOCAL);
-    void* const table = handle != nullptr ? dlsym(handle, "DLG_GetFunctionList") : nullptr;
-    if (table == nullptr) {
-        return kNoLibrary;
-    }
-    const DLG_FunctionList& library = *reinterpret_cast<decltype(&DLG_GetFunctionList)>(table)();
+    const life::Library& library = life::Open(words[1]);
     dl_iterate_phdr(NoteModule, nullptr);
     auto* const asked = new Asked{library};  // for longer than a call that is not answered
     g_failing = static_cast<uint32_t>(std::atoi(words[2]));
     g_armed = true;
-    pthread_t asking{};
-    pthread_create(&asking, nullptr, Ask, asked);
+    life::StartThread(Ask, asked);
     WaitForAnswers(*asked);
     g_armed = false;
     library.Finalize();
     Say("finalised", 0);
-    GetLocale(library, false);
-    AskPin(library, false);
+    AskAll(library, false);
     library.Finalize();
     Say("exit", 0);
     return std::atoi(words[3]);
@@ -222,4 +189,4 @@ void* realloc(void* old, size_t size) {
     return __libc_realloc(old, size);
 }
 
-int main(int count, char** words) { return count == 4 ? Run(words) : kNoLibrary; }
+int main(int count, char** words) { return count == 4 ? Run(words) : 96; }

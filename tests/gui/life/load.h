@@ -8,11 +8,16 @@
 #include <string>
 #include <vector>
 
-#include "process.h"
-
 namespace life {
 
 using Library = DLG_FunctionList;
+
+/// One line on standard output. May be called in a signal handler, and while memory is allocated.
+void Say(const char* word, uint64_t number);
+
+/// Whether there is a thread of the library's, in a process that has so many of its own. (Those of
+/// the toolkit's libraries have names.)
+bool HasLibraryThread(size_t own);
 
 /// Loads the library and gives its table. Ends the process when that does not work.
 const Library& Open(const std::string& path);
@@ -31,8 +36,8 @@ struct Act {
 const Act& FindAct(const std::string& name);
 
 /// Calls may answer their failure value: the process exits, the display is dead, or somebody
-/// finalises. Nothing takes it back.
-void AllowFailures();
+/// finalises.
+void AllowFailures(bool allowed = true);
 bool FailuresAllowed();
 
 /// Where a calling thread is; it lives as long as the process.

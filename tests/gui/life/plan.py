@@ -18,15 +18,15 @@ def _drawn_from(part, seed, number):
 class ExitCase:
     number: int
     way: str
-    finalise: str
     at: int          # microseconds after the first call
     threads: int
     calls: tuple
-    allocate: bool
-    answered: bool   # a user closes the dialogs
-    bridge: bool     # with the accessibility bridge
     status: int
     seed: int
+    finalise: str = "no"
+    allocate: bool = False
+    answered: bool = False   # a user closes the dialogs
+    bridge: bool = False     # with the accessibility bridge
 
     def arguments(self, library):
         return ["exit", library, f"way={self.way}", f"finalise={self.finalise}", f"at={self.at}",
@@ -67,28 +67,24 @@ def exit_case(seed, number):
 def early_case(seed, number):
     """An exit within 60 ms of the first call."""
     draw = _drawn_from("early", seed, number)
-    return ExitCase(number=number, way=draw.choice(("main", "thread", "signal")), finalise="no",
+    return ExitCase(number=number, way=draw.choice(("main", "thread", "signal")),
                     at=draw.randrange(60_000), threads=draw.randint(1, 3), calls=("locale",),
-                    allocate=False, answered=False, bridge=False, status=draw.randrange(90),
-                    seed=number)
+                    status=draw.randrange(90), seed=number)
 
 
 def loop_case(seed, number):
     """One thread starts and ends in a loop, another exits."""
     draw = _drawn_from("loop", seed, number)
-    return ExitCase(number=number, way=draw.choice(("main", "thread")), finalise="no",
-                    at=draw.randrange(50_000, 800_000), threads=1,
-                    calls=("locale", "finalise"), allocate=False, answered=False, bridge=False,
+    return ExitCase(number=number, way=draw.choice(("main", "thread")),
+                    at=draw.randrange(50_000, 800_000), threads=1, calls=("locale", "finalise"),
                     status=draw.randrange(90), seed=number)
 
 
 def poll_case(seed, number):
     """One thread that only polls, another exits."""
     draw = _drawn_from("poll", seed, number)
-    return ExitCase(number=number, way="main", finalise="no",
-                    at=draw.randrange(100_000, 600_000), threads=1, calls=("poll",),
-                    allocate=False, answered=False, bridge=False, status=draw.randrange(90),
-                    seed=number)
+    return ExitCase(number=number, way="main", at=draw.randrange(100_000, 600_000), threads=1,
+                    calls=("poll",), status=draw.randrange(90), seed=number)
 
 
 @dataclass
