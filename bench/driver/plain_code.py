@@ -41,7 +41,6 @@ def measure(repetitions):
         Figure("opening ten times as many keys of a file ten times as large",
                ratios(of("OpenEveryKey", 10_000), of("OpenEveryKey", 1_000)), "", 30),
         Figure("a look at an event that is not set", of("PollUnsetEvent", scale=1), "ns"),
-        Figure("looking out for an event before sleeping", of("SpinForUnsetEvent"), "µs", 100),
     ]
     curves = {name: [(size, sorted(of(name, size))[repetitions // 2]) for size in SIZES]
               for name in ("Setting", "GLibKeyFile", "ReadAndFindLines")}

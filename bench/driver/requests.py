@@ -17,9 +17,10 @@ def measure_round_trips(rounds, requests):
     def of(what):
         return [value / US for value in notes.all(what)]
     return [
-        Figure("round trip, one after the other", of("request"), "µs", 30),
-        Figure("round trip, 99th percentile", of("request"), "µs", 200, share=0.99),
+        Figure("round trip, one after the other", of("request"), "µs"),
+        Figure("round trip, 99th percentile", of("request"), "µs", share=0.99),
         Figure("two threads that wake each other", of("pingpong"), "µs"),
+        Figure("round trip beside two threads", ratios(of("request"), of("pingpong")), "", 1.5),
         Figure("round trip after a pause of 25 ms", of("request-spaced"), "µs"),
         Figure("round trip after a pause, 99th percentile", of("request-spaced"), "µs",
                share=0.99),
@@ -73,9 +74,9 @@ def measure_idle(rounds, milliseconds, say):
             elif kind == "looking":
                 looks.append(notes.first("at-once") / US * 100 / 1e4)
     return [
-        Figure("idle: share of a core", share["ours"], "%", 0.3),
+        Figure("idle: share of a core", share["ours"], "%"),
         Figure("idle: a bare program that looks for events every 10 ms", share["looking"], "%"),
-        Figure("idle: beside that program", ratios(share["ours"], share["looking"])),
+        Figure("idle: beside that program", ratios(share["ours"], share["looking"]), "", 1.1),
         Figure("idle: a program that only sleeps, 10 ms at a time", share["asleep"], "%"),
         Figure("idle: beyond sleeping",
                [mine - theirs for mine, theirs in zip(share["ours"], share["asleep"])], "%"),

@@ -15,14 +15,6 @@ void PollUnsetEvent(benchmark::State& state) {
     }
 }
 
-// How long a wait looks before it sleeps.
-void SpinForUnsetEvent(benchmark::State& state) {
-    platform::ManualResetEvent event;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(platform::SpinForEvent(event));
-    }
-}
-
 void SetAndResetEvent(benchmark::State& state) {
     platform::ManualResetEvent event;
     for (auto _ : state) {
@@ -41,7 +33,6 @@ void MessageLife(benchmark::State& state) {
 }
 
 BENCHMARK(PollUnsetEvent);
-BENCHMARK(SpinForUnsetEvent);
 BENCHMARK(SetAndResetEvent);
 BENCHMARK(MessageLife);
 

@@ -2,10 +2,8 @@
 // The primitives under the request queue; nothing here knows about requests.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <ctime>
-#include <memory>
 
 #include "platform/result.h"
 
@@ -22,12 +20,14 @@ enum class EventKind {
     AutoReset,    ///< Each setting releases one waiter and is used up by it.
 };
 
+struct Waiter;  // one event of a call that waits
+
 /// An event object, of either kind. Any thread may set, pulse, reset or wait for it; it must
 /// outlive every wait on it.
 class ManualResetEvent {
 public:
-    explicit ManualResetEvent(EventKind kind = EventKind::ManualReset);
-    ~ManualResetEvent();
+    explicit ManualResetEvent(EventKind kind = EventKind::ManualReset)
+        : m_manualReset(kind == EventKind::ManualReset) {}
     ManualResetEvent(const ManualResetEvent&) = delete;
     ManualResetEvent& operator=(const ManualResetEvent&) = delete;
 
@@ -37,21 +37,14 @@ public:
     /// Also takes back a release whose waiter has not run yet.
     void Reset();
 
-    /// A look that uses no setting up and takes no lock: the answer may be old at once.
-    bool IsSet() const { return m_signalled != 0; }
-
 private:
-    friend class WaitCall;
-    struct WaiterList;
+    friend struct Waiter;
 
-    bool IsManualReset() const { return m_manualReset != 0; }
-    void OfferToOneWaiter();
-    bool TakeIfSet();
-    bool TakeSetting();
+    void Offer();
 
-    std::atomic<uint32_t> m_signalled{0};
-    std::unique_ptr<WaiterList> m_waiters;
-    uint64_t m_manualReset;
+    bool m_signalled = false;
+    bool m_manualReset;
+    Waiter* m_firstWaiter = nullptr;
 };
 
 /// Creates an unset event. @return kSuccess, kFailure (no memory) or kMissingArgument.
@@ -73,12 +66,6 @@ int32_t WaitForEvents(uint32_t count, ManualResetEvent* const* events, bool wait
 
 /// @return Whether the event was set within the time-out.
 bool WaitForEvent(ManualResetEvent& event, uint32_t timeoutMs);
-
-/// Looks at an event for some tens of microseconds without sleeping and without using a setting
-/// up: for what a running thread is about to set. Going to sleep and being woken takes longer.
-/// Where there is but one processor the other thread could not run meanwhile, so it is one look.
-/// @return Whether the event was set.
-bool SpinForEvent(const ManualResetEvent& event);
 
 /// The absolute time `timeoutMs` milliseconds after `now`.
 timespec DeadlineAfter(timespec now, uint32_t timeoutMs);

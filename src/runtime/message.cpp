@@ -24,8 +24,6 @@ void CMessage::Complete(std::exception_ptr error) {
 }
 
 void CMessage::WaitDone() {
-    // Most requests without a window are over before a thread could fall asleep.
-    platform::SpinForEvent(*m_doneEvent);
     platform::WaitForEvent(*m_doneEvent, platform::kNoTimeout);
     m_doneEvent->Reset();
     if (m_error != nullptr) {

@@ -178,8 +178,6 @@ void CWXRunner::Loop(ManualResetEvent& requestEvent) {
             served = busy ? served : Clock::now();
         } else {
             ServeFront(requestEvent);
-            // Hosts tend to ask for several things in a row.
-            platform::SpinForEvent(requestEvent);
             busy = true;
         }
         if (busy) {

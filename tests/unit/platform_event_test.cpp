@@ -87,16 +87,6 @@ TEST(Event, AnEventMayBeDestroyedAsSoonAsAWaitForItIsOver) {
     }
 }
 
-TEST(Event, SpinningSeesASettingAndUsesNoneUp) {
-    for (const EventKind kind : {EventKind::ManualReset, EventKind::AutoReset}) {
-        ManualResetEvent event(kind);
-        EXPECT_FALSE(SpinForEvent(event));
-        event.Set();
-        EXPECT_TRUE(SpinForEvent(event));
-        EXPECT_TRUE(WaitForEvent(event, 0));
-    }
-}
-
 TEST(Event, ManualResetEventSetBeforeTheWaitSatisfiesEveryLaterWaitUntilReset) {
     ManualResetEvent event;
     event.Set();
