@@ -38,15 +38,17 @@ void Present(GtkWindow* window) {
     gtk_window_present_with_time(window, now);
 }
 
-gboolean OnMapped(GtkWidget* window, GdkEvent*, wxDialog* dialog) {
-    g_signal_handlers_disconnect_by_func(window, gpointer(OnMapped), dialog);
+gboolean OnMapped(GtkWidget* window, GdkEvent*, gpointer) {
+    g_signal_handlers_disconnect_by_func(window, gpointer(OnMapped), nullptr);
     // Not before the window manager has given the keyboard to whom it wants to. Once: a user who
     // goes elsewhere may.
-    dialog->CallAfter([dialog, window] {
-        if (dialog->IsShown()) {
-            Present(GTK_WINDOW(window));
+    const auto present = +[](gpointer mapped) -> gboolean {
+        if (gtk_widget_get_mapped(GTK_WIDGET(mapped)) != FALSE) {
+            Present(GTK_WINDOW(mapped));
         }
-    });
+        return G_SOURCE_REMOVE;
+    };
+    g_idle_add_full(G_PRIORITY_DEFAULT_IDLE, present, g_object_ref(window), g_object_unref);
     return FALSE;
 }
 
@@ -65,7 +67,7 @@ int ModalDialogs::Enter(wxDialog* dialog) {
         return wxID_NONE;
     }
     m_focusBefore = HasWindowManager() ? None : FocusedWindow(display);
-    g_signal_connect(window, "map-event", G_CALLBACK(OnMapped), dialog);
+    g_signal_connect(window, "map-event", G_CALLBACK(OnMapped), nullptr);
     return wxID_NONE;
 }
 

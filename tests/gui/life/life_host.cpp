@@ -232,7 +232,7 @@ int Exit(const Library& library, const Options& options) {
         StartAllocating();
     }
     CatchSignal();
-    auto* const load =
+    static auto* const load =
         new Load(library, options.Acts(), options.Number("seed"), options.Number("threads"));
     process.load = load;
     if (process.way == "caller") {
@@ -261,7 +261,7 @@ int Exit(const Library& library, const Options& options) {
 int Death(const Library& library, const Options& options) {
     AllowFailures();
     const Act& locale = FindAct("locale");
-    auto* const load =
+    static auto* const load =
         new Load(library, options.Acts(), options.Number("seed"), options.Number("threads"));
     const bool rest = options.Number("rest") != 0;
     if (options.Number("first") != 0) {
@@ -287,7 +287,7 @@ int Death(const Library& library, const Options& options) {
     Say("returned", Nanoseconds());
     library.Finalize();
     Say("finalised", Nanoseconds());
-    auto* const later = new Load(library, {&FindAct("no-display")}, 0, 1);
+    static auto* const later = new Load(library, {&FindAct("no-display")}, 0, 1);
     later->Start();
     later->Stop();
     if (!later->Join()) {
@@ -302,7 +302,7 @@ int Death(const Library& library, const Options& options) {
 // Starts and ends in a loop on this thread, beside the others. A call of this thread comes after
 // its own DLG_Finalize has returned: it has to work.
 int Restarts(const Library& library, const Options& options) {
-    auto* const load =
+    static auto* const load =
         new Load(library, options.Acts(), options.Number("seed"), options.Number("threads"));
     AllowFailures();
     load->Start();
@@ -457,7 +457,8 @@ constexpr std::array kModes = {
 int Run(int count, char** words) {
     for (const Mode& mode : kModes) {
         if (count >= 3 && std::strcmp(mode.name, words[1]) == 0) {
-            return mode.run(Open(words[2]), *new Options(count, words));
+            static const auto* const options = new Options(count, words);
+            return mode.run(Open(words[2]), *options);
         }
     }
     std::cerr << "usage: life_host MODE LIBRARY [NAME=VALUE]...\n";

@@ -17,6 +17,7 @@ HARMLESS = re.compile(
     r"^$|the connection to the display is lost|Unable to initialize GTK|is DISPLAY set properly"
     r"|cannot open display|AT-SPI: |dbind-WARNING|dconf-WARNING|X connection to :")
 
+SAID = re.compile(r"([a-z]+) ([0-9]+)")
 WRONG_RESULT = 98  # of a host
 UNANSWERED = "times a call came into a slow start that failed: it stays unanswered, by design"
 
@@ -75,9 +76,10 @@ class Process:
             pass
         *lines, self._text = self._text.split(b"\n")
         for line in lines:
-            word, number = line.decode().split()
-            self._lines.append((word, int(number)))
-            self._words_said.add(word)
+            said = SAID.fullmatch(line.decode())
+            if said:  # GLib writes there, too, when it ends the process
+                self._lines.append((said[1], int(said[2])))
+                self._words_said.add(said[1])
 
     def heard(self, word):
         """Whether it has said that word, at any time."""
