@@ -249,10 +249,11 @@ Load::Load(const Library& library, std::vector<const Act*> acts, uint32_t seed, 
         ++g_callers;
         pthread_detach(StartThread(
             [](void* argument) -> void* {
-                const auto* const start = static_cast<Start*>(argument);
-                start->load->Run(start->index);
+                const Start start = *static_cast<Start*>(argument);
+                delete static_cast<Start*>(argument);
+                start.load->Run(start.index);
                 --g_callers;
-                --start->load->m_running;
+                --start.load->m_running;
                 return nullptr;
             },
             new Start{this, index}));
