@@ -20,8 +20,8 @@
 namespace {
 
 // A red cross and a green check mark, as the library has them.
-#include "../../src/resources/check.xpm"
-#include "../../src/resources/cross.xpm"
+#include "../../src/resources/art/check.xpm"
+#include "../../src/resources/art/cross.xpm"
 
 constexpr int kMargin = 16;
 constexpr int kSectionGap = 12;

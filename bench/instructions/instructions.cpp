@@ -6,7 +6,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "dialogs/response_decoder.h"
 #include "full_policy.h"
 #include "platform/event.h"
 #include "policy/policy_pages.h"
@@ -15,6 +14,7 @@
 #include "resources/format_conversions.h"
 #include "resources/texts.h"
 #include "runtime/message.h"
+#include "widgets/response_decoder.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "api/call_frame.h"
 #include "api/demonstration.h"
-#include "dialogs/prompt_texts.h"
+#include "api/prompt_texts.h"
 #include "resources/texts.h"
 #include "runtime/gui_runner.h"
 #include "runtime/reply_block.h"

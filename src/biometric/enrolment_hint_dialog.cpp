@@ -3,11 +3,11 @@
 #include <wx/checkbox.h>
 
 #include "biometric/enrolment_hint_setting.h"
-#include "dialogs/common/button.h"
-#include "dialogs/common/closing.h"
-#include "dialogs/common/layout.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/button.h"
+#include "widgets/closing.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

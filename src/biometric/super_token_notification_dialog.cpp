@@ -3,12 +3,12 @@
 #include <gtk/gtk.h>
 #include <wx/statbmp.h>
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/layout.h"
-#include "dialogs/common/modeless.h"
 #include "resources/catalogue_key.h"
 #include "resources/pictures.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/layout.h"
+#include "widgets/modeless.h"
 
 namespace zeldlg {
 

@@ -1,12 +1,12 @@
 #include "dialogs/digital_id_dialog.h"
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/closing.h"
-#include "dialogs/common/dialog_style.h"
-#include "dialogs/common/layout.h"
 #include "dialogs/selection_texts.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/closing.h"
+#include "widgets/dialog_style.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

@@ -10,8 +10,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "dialogs/choice_list.h"
 #include "dialogs/default_count_down.h"
+#include "widgets/choice_list.h"
 
 namespace zeldlg {
 

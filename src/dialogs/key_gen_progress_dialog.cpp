@@ -2,13 +2,13 @@
 
 #include <wx/sizer.h>
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/desktop.h"
-#include "dialogs/common/layout.h"
-#include "dialogs/common/modeless.h"
 #include "resources/catalogue_key.h"
 #include "resources/key_gen_pictures.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/desktop.h"
+#include "widgets/layout.h"
+#include "widgets/modeless.h"
 
 namespace zeldlg {
 

@@ -6,13 +6,13 @@
 
 #include <memory>
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/closing.h"
-#include "dialogs/common/dialog_style.h"
-#include "dialogs/common/layout.h"
 #include "dialogs/unblock_method.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/closing.h"
+#include "widgets/dialog_style.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "dialogs/text_panel.h"
+#include "widgets/text_panel.h"
 
 namespace zeldlg {
 

@@ -1,14 +1,14 @@
 #include "dialogs/token_dialog.h"
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/button.h"
-#include "dialogs/common/closing.h"
-#include "dialogs/common/desktop.h"
-#include "dialogs/common/dialog_style.h"
-#include "dialogs/common/layout.h"
 #include "dialogs/selection_texts.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/button.h"
+#include "widgets/closing.h"
+#include "widgets/desktop.h"
+#include "widgets/dialog_style.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

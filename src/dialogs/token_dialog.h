@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "dialogs/choice_list.h"
+#include "widgets/choice_list.h"
 
 namespace zeldlg {
 

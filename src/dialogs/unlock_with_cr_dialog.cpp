@@ -7,15 +7,15 @@
 #include <utility>
 
 #include "dialogs/challenge_text.h"
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/closing.h"
-#include "dialogs/common/dialog_style.h"
-#include "dialogs/common/layout.h"
-#include "dialogs/response_decoder.h"
-#include "dialogs/text_panel.h"
-#include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/closing.h"
+#include "widgets/dialog_style.h"
+#include "widgets/layout.h"
+#include "widgets/response_decoder.h"
+#include "widgets/secure_text_control.h"
+#include "widgets/text_panel.h"
 
 namespace zeldlg {
 

@@ -12,10 +12,10 @@
 #include <cstdint>
 #include <string>
 
-#include "dialogs/common/rule_icon.h"
 #include "dialogs/new_pin_rules.h"
-#include "dialogs/response_field.h"
-#include "pin/pin_field.h"
+#include "widgets/pin_field.h"
+#include "widgets/response_field.h"
+#include "widgets/rule_icon.h"
 
 namespace zeldlg {
 

@@ -1,8 +1,8 @@
 #include "pin/legal_notice.h"
 
-#include "dialogs/common/layout.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

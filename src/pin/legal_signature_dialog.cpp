@@ -2,12 +2,12 @@
 
 #include <wx/statbmp.h>
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/layout.h"
 #include "pin/legal_notice.h"
 #include "resources/catalogue_key.h"
 #include "resources/pictures.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

@@ -5,16 +5,16 @@
 #include <algorithm>
 #include <iterator>
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/button.h"
-#include "dialogs/common/desktop.h"
-#include "dialogs/common/layout.h"
-#include "dialogs/common/modeless.h"
-#include "dialogs/common/surface.h"
 #include "pin/legal_notice.h"
 #include "pin/pin_pad_place.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/button.h"
+#include "widgets/desktop.h"
+#include "widgets/layout.h"
+#include "widgets/modeless.h"
+#include "widgets/surface.h"
 
 namespace zeldlg {
 

@@ -3,12 +3,12 @@
 #include <wx/button.h>
 #include <wx/statline.h>
 
-#include "dialogs/common/closing.h"
-#include "dialogs/common/layout.h"
-#include "dialogs/common/surface.h"
-#include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/closing.h"
+#include "widgets/layout.h"
+#include "widgets/secure_text_control.h"
+#include "widgets/surface.h"
 
 namespace zeldlg {
 

@@ -7,10 +7,10 @@
 
 #include <cstdint>
 
-#include "dialogs/common/rule_icon.h"
 #include "pin/pin_failure.h"
-#include "pin/pin_field.h"
 #include "pin/pin_length_rule.h"
+#include "widgets/pin_field.h"
+#include "widgets/rule_icon.h"
 
 namespace zeldlg {
 

@@ -6,12 +6,12 @@
 
 #include <utility>
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/closing.h"
-#include "dialogs/common/layout.h"
-#include "pin/secure_text_control.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/closing.h"
+#include "widgets/layout.h"
+#include "widgets/secure_text_control.h"
 
 namespace zeldlg {
 

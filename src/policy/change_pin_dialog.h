@@ -12,12 +12,12 @@
 #include <optional>
 #include <vector>
 
-#include "dialogs/common/indicator.h"
-#include "dialogs/common/surface.h"
-#include "pin/pin_field.h"
 #include "policy/change_pin_mode.h"
 #include "policy/change_pin_rules.h"
 #include "policy/policy_pages.h"
+#include "widgets/indicator.h"
+#include "widgets/pin_field.h"
+#include "widgets/surface.h"
 
 namespace zeldlg {
 

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-#include "dialogs/common/desktop.h"
+#include "widgets/desktop.h"
 
 namespace zeldlg {
 

@@ -1,6 +1,6 @@
 // Policies of a host: any bytes for tag, size and block, pointers null or not. What is taken is
 // compared with the bytes at their offsets; what is built again must be the block that came.
-#include "policy/pin_policy_wire.h"
+#include "runtime/handlers/policy_wire.h"
 
 #include <cstring>
 #include <memory>

@@ -1,6 +1,6 @@
 // Response texts of any characters, and challenges of any bytes. Two digits make a byte whatever
 // blanks stand between; what a challenge shows reads back as its bytes.
-#include "dialogs/response_decoder.h"
+#include "widgets/response_decoder.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 // Editing of a secret behind its mask, with carets and selections from anywhere, as a broken input
 // method might report them: compared with the same edits on a list of characters.
-#include "pin/secret_text.h"
+#include "widgets/secret_text.h"
 
 #include <algorithm>
 #include <clocale>

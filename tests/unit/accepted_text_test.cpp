@@ -1,4 +1,4 @@
-#include "pin/accepted_text.h"
+#include "widgets/accepted_text.h"
 
 #include <gtest/gtest.h>
 

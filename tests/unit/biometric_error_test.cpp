@@ -1,5 +1,5 @@
 // The text for each error of the biometric token, and whether the user is asked to try again.
-#include "dialogs/biometric_error.h"
+#include "biometric/errors.h"
 
 #include <gtest/gtest.h>
 

@@ -9,9 +9,9 @@ namespace zeldlg {
 namespace {
 
 // NOLINTBEGIN(readability-static-definition-in-anonymous-namespace): as the format has it
-#include "resources/token_green.xpm"
-#include "resources/token_neutral.xpm"
-#include "resources/token_red.xpm"
+#include "resources/art/token_green.xpm"
+#include "resources/art/token_neutral.xpm"
+#include "resources/art/token_red.xpm"
 // NOLINTEND(readability-static-definition-in-anonymous-namespace)
 
 struct Picture {

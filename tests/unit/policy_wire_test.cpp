@@ -1,5 +1,5 @@
 // The wire form of a policy, byte by byte, in both directions, and what is refused.
-#include "policy/pin_policy_wire.h"
+#include "runtime/handlers/policy_wire.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The response of the help desk: which texts are let in and what they decode to.
-#include "dialogs/response_decoder.h"
+#include "widgets/response_decoder.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "pin/secret_text.h"
+#include "widgets/secret_text.h"
 
 namespace zeldlg {
 namespace {

@@ -1,4 +1,4 @@
-#include "dialogs/common/text_look.h"
+#include "widgets/text_look.h"
 
 #include <gtest/gtest.h>
 

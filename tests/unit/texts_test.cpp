@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/prompt_texts.h"
+#include "api/prompt_texts.h"
 #include "platform/utf8.h"
 #include "resources/format_conversions.h"
 

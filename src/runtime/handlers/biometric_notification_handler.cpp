@@ -1,9 +1,9 @@
 #include "runtime/handlers/biometric_notification_handler.h"
 
 #include "biometric/super_token_notification_dialog.h"
-#include "dialogs/common/modeless.h"
 #include "runtime/current_parent.h"
 #include "runtime/request_codes.h"
+#include "widgets/modeless.h"
 
 namespace zeldlg {
 

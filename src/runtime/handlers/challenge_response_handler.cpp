@@ -5,12 +5,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "dialogs/common/window_ptr.h"
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "resources/texts.h"
 #include "runtime/handlers/delivery.h"
 #include "runtime/reply_block.h"
 #include "runtime/request_codes.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

@@ -2,14 +2,14 @@
 
 #include <zeldlg/zeldlg.h>
 
-#include "dialogs/common/window_ptr.h"
 #include "policy/change_pin_dialog.h"
-#include "policy/pin_policy_wire.h"
 #include "resources/texts.h"
 #include "runtime/current_parent.h"
 #include "runtime/handlers/delivery.h"
+#include "runtime/handlers/policy_wire.h"
 #include "runtime/reply_block.h"
 #include "runtime/request_codes.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

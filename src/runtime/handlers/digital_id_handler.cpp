@@ -4,11 +4,11 @@
 
 #include <stdexcept>
 
-#include "dialogs/common/window_ptr.h"
 #include "dialogs/digital_id_dialog.h"
 #include "resources/texts.h"
 #include "runtime/reply_block.h"
 #include "runtime/request_codes.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

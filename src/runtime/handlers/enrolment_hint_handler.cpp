@@ -2,9 +2,9 @@
 
 #include "biometric/enrolment_hint_dialog.h"
 #include "biometric/enrolment_hint_setting.h"
-#include "dialogs/common/window_ptr.h"
 #include "runtime/current_parent.h"
 #include "runtime/request_codes.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

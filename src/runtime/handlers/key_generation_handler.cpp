@@ -1,9 +1,9 @@
 #include "runtime/handlers/key_generation_handler.h"
 
-#include "dialogs/common/modeless.h"
 #include "dialogs/key_gen_progress_dialog.h"
 #include "runtime/current_parent.h"
 #include "runtime/request_codes.h"
+#include "widgets/modeless.h"
 
 namespace zeldlg {
 

@@ -1,5 +1,6 @@
 #include "runtime/handlers/message_box_handler.h"
 
+#include "biometric/retry_boxes.h"
 #include "dialogs/message_boxes.h"
 #include "resources/texts.h"
 #include "runtime/current_parent.h"

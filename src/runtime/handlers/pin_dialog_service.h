@@ -4,7 +4,6 @@
 
 #include <zeldlg/zeldlg.h>
 
-#include "dialogs/common/window_ptr.h"
 #include "pin/pin_failure.h"
 #include "pin/pin_length_rule.h"
 #include "resources/texts.h"
@@ -12,6 +11,7 @@
 #include "runtime/handlers/delivery.h"
 #include "runtime/message.h"
 #include "runtime/reply_block.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

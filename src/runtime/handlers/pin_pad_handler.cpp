@@ -4,11 +4,11 @@
 #include <iterator>
 #include <vector>
 
-#include "dialogs/common/modeless.h"
 #include "pin/pin_pad_dialog.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
 #include "runtime/request_codes.h"
+#include "widgets/modeless.h"
 
 namespace zeldlg {
 

@@ -5,12 +5,12 @@
 #include <span>
 #include <stdexcept>
 
-#include "dialogs/common/window_ptr.h"
 #include "dialogs/token_dialog.h"
 #include "resources/texts.h"
 #include "runtime/current_parent.h"
 #include "runtime/reply_block.h"
 #include "runtime/request_codes.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

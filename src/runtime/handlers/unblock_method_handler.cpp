@@ -2,10 +2,10 @@
 
 #include <vector>
 
-#include "dialogs/common/window_ptr.h"
 #include "dialogs/select_unblock_method_dialog.h"
 #include "runtime/reply_block.h"
 #include "runtime/request_codes.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

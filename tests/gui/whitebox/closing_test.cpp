@@ -1,13 +1,12 @@
 // How dialogs are closed by the window manager. The toolkit's own way keeps a list meanwhile; a
 // host that exits in that moment destroys it under the GUI thread, which goes on with freed memory.
-#include "dialogs/common/closing.h"
+#include "widgets/closing.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "biometric/enrolment_hint_dialog.h"
-#include "dialogs/common/window_ptr.h"
 #include "dialogs/digital_id_dialog.h"
 #include "dialogs/message_dialog.h"
 #include "dialogs/select_unblock_method_dialog.h"
@@ -17,6 +16,7 @@
 #include "pin/pin_entry_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

@@ -15,10 +15,10 @@ namespace zeldlg {
 namespace {
 
 // NOLINTBEGIN(readability-static-definition-in-anonymous-namespace): as the format has it
-#include "resources/ball_met.xpm"
-#include "resources/ball_red.xpm"
-#include "resources/check.xpm"
-#include "resources/cross.xpm"
+#include "resources/art/ball_met.xpm"
+#include "resources/art/ball_red.xpm"
+#include "resources/art/check.xpm"
+#include "resources/art/cross.xpm"
 // NOLINTEND(readability-static-definition-in-anonymous-namespace)
 
 using Colour = std::array<unsigned, 4>;

@@ -14,6 +14,7 @@
 #include <functional>
 #include <vector>
 
+#include "biometric/retry_boxes.h"
 #include "controls.h"
 #include "dialogs/message_boxes.h"
 #include "runtime/handlers/message_box_handler.h"

@@ -1,5 +1,5 @@
 // What a window that only the host removes does with attempts to close it.
-#include "dialogs/common/modeless.h"
+#include "widgets/modeless.h"
 
 #include <gtest/gtest.h>
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/common/window_ptr.h"
-#include "pin/pin_field.h"
 #include "test_app.h"
 #include "user.h"
+#include "widgets/pin_field.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg::test {
 

@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "controls.h"
-#include "dialogs/common/window_ptr.h"
 #include "dialogs/digital_id_dialog.h"
 #include "pin/pin_entry_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
 #include "user.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

@@ -4,12 +4,12 @@
 #include <gtk/gtk.h>
 #include <vector>
 
-#include "dialogs/common/window_ptr.h"
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
 #include "pin/pin_entry_dialog.h"
-#include "pin/secure_text_control.h"
 #include "policy/change_pin_dialog.h"
+#include "widgets/secure_text_control.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "pin/secure_text_control.h"
+#include "widgets/secure_text_control.h"
 
 typedef struct _GtkEditable GtkEditable;
 typedef struct _GtkEntry GtkEntry;

@@ -18,17 +18,14 @@
 #include <vector>
 
 #include "biometric/enrolment_hint_dialog.h"
+#include "biometric/retry_boxes.h"
 #include "biometric/super_token_notification_dialog.h"
 #include "controls.h"
-#include "dialogs/common/indicator.h"
-#include "dialogs/common/rule_icon.h"
-#include "dialogs/common/window_ptr.h"
 #include "dialogs/digital_id_dialog.h"
 #include "dialogs/key_gen_progress_dialog.h"
 #include "dialogs/message_boxes.h"
 #include "dialogs/message_dialog.h"
 #include "dialogs/select_unblock_method_dialog.h"
-#include "dialogs/text_panel.h"
 #include "dialogs/token_dialog.h"
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
@@ -36,6 +33,10 @@
 #include "pin/pin_pad_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
+#include "widgets/indicator.h"
+#include "widgets/rule_icon.h"
+#include "widgets/text_panel.h"
+#include "widgets/window_ptr.h"
 
 namespace zeldlg::test {
 

@@ -1,5 +1,5 @@
 // The stack of labels that longer texts are shown with.
-#include "dialogs/text_panel.h"
+#include "widgets/text_panel.h"
 
 #include <gtest/gtest.h>
 #include <wx/dialog.h>

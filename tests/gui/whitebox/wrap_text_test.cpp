@@ -3,8 +3,8 @@
 #include <wx/arrstr.h>
 #include <wx/frame.h>
 
-#include "dialogs/common/layout.h"
 #include "test_app.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 namespace {

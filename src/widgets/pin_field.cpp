@@ -1,4 +1,4 @@
-#include "pin/pin_field.h"
+#include "widgets/pin_field.h"
 
 #include <gtk/gtk.h>
 #include <wx/utils.h>
@@ -8,9 +8,9 @@
 #include <cstring>
 #include <memory>
 
-#include "dialogs/common/accessible.h"
-#include "pin/secure_text_control.h"
 #include "registry/settings.h"
+#include "widgets/accessible.h"
+#include "widgets/secure_text_control.h"
 
 namespace zeldlg {
 

@@ -1,4 +1,4 @@
-#include "dialogs/common/surface.h"
+#include "widgets/surface.h"
 
 #include <gtk/gtk.h>
 #include <wx/artprov.h>
@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/text_look.h"
+#include "widgets/accessible.h"
+#include "widgets/text_look.h"
 
 namespace zeldlg {
 

@@ -1,4 +1,4 @@
-#include "dialogs/prompt_texts.h"
+#include "api/prompt_texts.h"
 
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"

@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <string_view>
 
-#include "pin/accepted_text.h"
 #include "platform/secret.h"
+#include "widgets/accepted_text.h"
 
 namespace zeldlg {
 

@@ -1,10 +1,10 @@
-#include "dialogs/text_panel.h"
+#include "widgets/text_panel.h"
 
 #include <wx/stattext.h>
 
 #include <algorithm>
 
-#include "dialogs/common/layout.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

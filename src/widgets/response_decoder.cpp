@@ -1,4 +1,4 @@
-#include "dialogs/response_decoder.h"
+#include "widgets/response_decoder.h"
 
 namespace zeldlg {
 

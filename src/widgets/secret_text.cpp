@@ -1,4 +1,4 @@
-#include "pin/secret_text.h"
+#include "widgets/secret_text.h"
 
 #include <algorithm>
 

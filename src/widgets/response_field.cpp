@@ -1,6 +1,6 @@
-#include "dialogs/response_field.h"
+#include "widgets/response_field.h"
 
-#include "dialogs/response_decoder.h"
+#include "widgets/response_decoder.h"
 
 namespace zeldlg {
 

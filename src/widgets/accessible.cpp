@@ -1,4 +1,4 @@
-#include "dialogs/common/accessible.h"
+#include "widgets/accessible.h"
 
 #include <gtk/gtk.h>
 

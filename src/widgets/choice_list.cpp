@@ -1,4 +1,4 @@
-#include "dialogs/choice_list.h"
+#include "widgets/choice_list.h"
 
 #include <gtk/gtk.h>
 #include <wx/settings.h>
@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-#include "dialogs/common/accessible.h"
+#include "widgets/accessible.h"
 
 namespace zeldlg {
 

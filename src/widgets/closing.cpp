@@ -1,4 +1,4 @@
-#include "dialogs/common/closing.h"
+#include "widgets/closing.h"
 
 namespace zeldlg {
 

@@ -1,8 +1,8 @@
-#include "dialogs/common/rule_icon.h"
+#include "widgets/rule_icon.h"
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/layout.h"
 #include "resources/rule_icons.h"
+#include "widgets/accessible.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

@@ -1,4 +1,4 @@
-#include "dialogs/common/modeless.h"
+#include "widgets/modeless.h"
 
 namespace zeldlg {
 

@@ -1,4 +1,4 @@
-#include "policy/pin_policy_wire.h"
+#include "runtime/handlers/policy_wire.h"
 
 #include <limits>
 #include <stdexcept>

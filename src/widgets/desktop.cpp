@@ -1,4 +1,4 @@
-#include "dialogs/common/desktop.h"
+#include "widgets/desktop.h"
 
 #include <gdk/gdkx.h>
 #include <gtk/gtk.h>

@@ -1,4 +1,4 @@
-#include "pin/secure_text_control.h"
+#include "widgets/secure_text_control.h"
 
 #include <gtk/gtk.h>
 #include <wx/dcclient.h>
@@ -7,7 +7,7 @@
 
 #include <cstdlib>
 
-#include "dialogs/common/accessible.h"
+#include "widgets/accessible.h"
 
 namespace zeldlg {
 

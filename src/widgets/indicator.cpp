@@ -1,7 +1,7 @@
-#include "dialogs/common/indicator.h"
+#include "widgets/indicator.h"
 
-#include "dialogs/common/accessible.h"
 #include "resources/rule_icons.h"
+#include "widgets/accessible.h"
 
 namespace zeldlg {
 

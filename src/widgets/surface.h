@@ -7,7 +7,7 @@
 
 #include <initializer_list>
 
-#include "dialogs/common/layout.h"
+#include "widgets/layout.h"
 
 namespace zeldlg {
 

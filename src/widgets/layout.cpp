@@ -1,4 +1,4 @@
-#include "dialogs/common/layout.h"
+#include "widgets/layout.h"
 
 #include <gtk/gtk.h>
 #include <wx/arrstr.h>
@@ -7,11 +7,11 @@
 
 #include <memory>
 
-#include "dialogs/common/accessible.h"
-#include "dialogs/common/button.h"
-#include "dialogs/common/desktop.h"
 #include "resources/catalogue_key.h"
 #include "resources/texts.h"
+#include "widgets/accessible.h"
+#include "widgets/button.h"
+#include "widgets/desktop.h"
 
 namespace zeldlg::layout {
 

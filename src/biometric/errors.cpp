@@ -1,4 +1,4 @@
-#include "dialogs/biometric_error.h"
+#include "biometric/errors.h"
 
 #include <algorithm>
 #include <iterator>

@@ -6,7 +6,7 @@
 #include <wx/string.h>
 #include <wx/textctrl.h>
 
-#include "pin/secret_text.h"
+#include "widgets/secret_text.h"
 
 namespace zeldlg {
 

@@ -1,4 +1,4 @@
-#include "dialogs/common/button.h"
+#include "widgets/button.h"
 
 namespace zeldlg {
 
