@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "dialogs/challenge_response.h"
 #include "full_policy.h"
 #include "platform/event.h"
 #include "policy/policy_pages.h"
@@ -14,7 +15,6 @@
 #include "resources/format_conversions.h"
 #include "resources/texts.h"
 #include "runtime/message.h"
-#include "widgets/response_decoder.h"
 
 namespace {
 

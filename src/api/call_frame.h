@@ -11,7 +11,7 @@
 #include <initializer_list>
 #include <type_traits>
 
-#include "resources/catalogue_access.h"
+#include "resources/catalogue.h"
 #include "runtime/reply_block.h"
 #include "runtime/request_codes.h"
 

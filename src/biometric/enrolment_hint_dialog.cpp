@@ -2,11 +2,10 @@
 
 #include <wx/checkbox.h>
 
-#include "biometric/enrolment_hint_setting.h"
-#include "resources/catalogue_key.h"
+#include "registry/settings.h"
 #include "resources/texts.h"
 #include "widgets/button.h"
-#include "widgets/closing.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 
 namespace zeldlg {
@@ -17,6 +16,8 @@ constexpr long kDialogStyle = wxCAPTION | wxSTAY_ON_TOP;
 constexpr int kCheckBoxId = 13568;
 constexpr int kButtonBorder = 5;
 
+constexpr const wchar_t* kWishedValue = L"ShowEnrolmentHint";
+
 const char* const kExplanation = CATALOGUE_KEY(
     "You are about to enrol a (new) finger on the Lumora Bio Token. This enrolment process is "
     "carried out in 3 scans. The title bar of the window prompting you to swipe your finger over "
@@ -26,9 +27,17 @@ const char* const kExplanation = CATALOGUE_KEY(
 
 }  // namespace
 
+bool IsEnrolmentHintWanted() {
+    return registry::ReadDword(registry::kSettingsKey, kWishedValue, 1) != 0;
+}
+
+void StoreEnrolmentHintWanted(bool wanted) {
+    static_cast<void>(registry::WriteDword(registry::kSettingsKey, kWishedValue, wanted ? 1 : 0));
+}
+
 CEnrolmentHintDialog::CEnrolmentHintDialog(wxWindow* parent)
-    : wxDialog(parent, wxID_ANY, Translate(CATALOGUE_KEY("Fingerprint enrolment information")),
-               wxDefaultPosition, wxDefaultSize, kDialogStyle) {
+    : wxDialog(parent, wxID_ANY, Translate("Fingerprint enrolment information"), wxDefaultPosition,
+               wxDefaultSize, kDialogStyle) {
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(layout::NewText(this, Translate(kExplanation)));
     AddCheckBox(rows);
@@ -39,8 +48,7 @@ CEnrolmentHintDialog::CEnrolmentHintDialog(wxWindow* parent)
 
 void CEnrolmentHintDialog::AddCheckBox(wxSizer* rows) {
     auto* const box = new wxCheckBox(
-        this, kCheckBoxId,
-        Translate(CATALOGUE_KEY("Show this window during the next enrolment procedure")));
+        this, kCheckBoxId, Translate("Show this window during the next enrolment procedure"));
     box->SetValue(true);
     box->Bind(wxEVT_CHECKBOX,
               [](wxCommandEvent& event) { StoreEnrolmentHintWanted(event.IsChecked()); });
@@ -48,7 +56,7 @@ void CEnrolmentHintDialog::AddCheckBox(wxSizer* rows) {
 }
 
 void CEnrolmentHintDialog::AddOkButton(wxSizer* rows) {
-    auto* const button = new Button(this, wxID_OK, Translate(CATALOGUE_KEY("OK")));
+    auto* const button = new Button(this, wxID_OK, Translate("OK"));
     button->SetDefault();
     button->SetFocus();
     rows->Add(button, wxSizerFlags().CentreHorizontal().Border(wxALL, kButtonBorder));

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
 namespace zeldlg {
@@ -96,7 +95,7 @@ BiometricError DescribeBiometricError(uint64_t code) {
                       [code](const Rule& each) { return (code & each.mask) == each.value; });
     BiometricError error{.text = TextOf(rule, code), .retry = rule.retry == Retry::Yes};
     if (error.retry) {
-        error.text += Translate(CATALOGUE_KEY("\n\nWould you like to try again?"));
+        error.text += Translate("\n\nWould you like to try again?");
     }
     return error;
 }

@@ -4,9 +4,8 @@
 #include "dialogs/message_boxes.h"
 #include "dialogs/message_dialog.h"
 #include "registry/settings.h"
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
-#include "widgets/window_ptr.h"
+#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
@@ -26,15 +25,14 @@ bool AskForRetry(wxWindow* parent, const char* caption, const wxString& text) {
 
 bool AskAuthenticationRetry(wxWindow* parent) {
     return AskForRetry(parent, CATALOGUE_KEY("Authentication failed"),
-                       Translate(CATALOGUE_KEY("Authentication to the Lumora Bio Token failed!\n"
-                                               "Would you like to try again?")));
+                       Translate("Authentication to the Lumora Bio Token failed!\n"
+                                 "Would you like to try again?"));
 }
 
 bool AskEnrolmentRetry(wxWindow* parent) {
-    return AskForRetry(
-        parent, CATALOGUE_KEY("Enrolment failed"),
-        Translate(CATALOGUE_KEY("Enrolment of (new) fingerprint(s) on the Lumora Bio Token "
-                                "failed!\nWould you like to try again?")));
+    return AskForRetry(parent, CATALOGUE_KEY("Enrolment failed"),
+                       Translate("Enrolment of (new) fingerprint(s) on the Lumora Bio Token "
+                                 "failed!\nWould you like to try again?"));
 }
 
 bool ShowBiometricError(wxWindow* parent, uint64_t code) {

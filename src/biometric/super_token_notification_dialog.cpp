@@ -3,12 +3,13 @@
 #include <gtk/gtk.h>
 #include <wx/statbmp.h>
 
-#include "resources/catalogue_key.h"
+#include <algorithm>
+
 #include "resources/pictures.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
-#include "widgets/modeless.h"
 
 namespace zeldlg {
 
@@ -34,11 +35,41 @@ void MarkHeadline(const wxStaticText& label, size_t bytes) {
     pango_attr_list_unref(attributes);
 }
 
+const char* MainText(NotificationMode mode) {
+    if (mode == NotificationMode::Authentication) {
+        return CATALOGUE_KEY(
+            "Authentication to the Lumora Bio Token is required for this operation.\n\n"
+            "Please wait for the yellow light to start flashing. Then swipe your finger over the "
+            "sensor of the Lumora Bio Token.\n\n"
+            "This dialog will automatically disappear once the authentication has completed.");
+    }
+    return CATALOGUE_KEY(
+        "You can now enrol a new fingerprint on the Lumora Bio Token.\n\n"
+        "Please wait for the yellow light to start flashing. Then swipe your finger over the "
+        "sensor of the Lumora Bio Token.\n\n"
+        "This dialog will automatically disappear once the enrolment has completed.");
+}
+
 }  // namespace
 
+NotificationTexts TextsOf(NotificationMode mode) {
+    const wxString text = Translate(MainText(mode));
+    const size_t end = std::min(text.find("\n\n"), text.length());
+    return {.headline = text.Left(end),
+            .explanation = text.Mid(end),
+            .instruction = Translate("Please swipe your finger over the Lumora Bio Token sensor "
+                                     "when the yellow light starts flashing")};
+}
+
+wxString ScanCounter::Number() const { return wxString::Format("%d", ShownNumber(m_scans)); }
+
+wxString ScanCounter::Title() const {
+    return FormatTranslated("Lumora Bio Token - enrolling finger (scan %d)", ShownNumber(m_scans));
+}
+
 CSuperTokenNotificationDialog::CSuperTokenNotificationDialog(NotificationMode mode)
-    : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Lumora Bio Token")), wxDefaultPosition,
-               wxDefaultSize, kModelessStyle) {
+    : wxDialog(nullptr, wxID_ANY, Translate("Lumora Bio Token"), wxDefaultPosition, wxDefaultSize,
+               kModelessStyle) {
     StayUntilHidden(*this);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     AddPicture(rows);
@@ -50,8 +81,8 @@ CSuperTokenNotificationDialog::CSuperTokenNotificationDialog(NotificationMode mo
 }
 
 void CSuperTokenNotificationDialog::AddPicture(wxSizer* rows) {
-    auto* const picture = new wxStaticBitmap(this, wxID_ANY, BioTokenPicture());
-    SetAccessibleName(*picture, Translate(CATALOGUE_KEY("Lumora Bio Token")));
+    auto* const picture = new wxStaticBitmap(this, wxID_ANY, BundleOf(Picture::BioToken));
+    SetAccessibleName(*picture, Translate("Lumora Bio Token"));
     rows->Add(picture, wxSizerFlags().CentreHorizontal());
 }
 
@@ -75,7 +106,7 @@ wxStaticText* CSuperTokenNotificationDialog::NewCentredText(const wxString& text
 
 void CSuperTokenNotificationDialog::AddScanNumber(wxSizer* rows) {
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
-    wxStaticText* const caption = layout::NewText(this, Translate(CATALOGUE_KEY("Scan number:")));
+    wxStaticText* const caption = layout::NewText(this, Translate("Scan number:"));
     row->Add(caption);
     row->AddSpacer(layout::kLineGap);
     m_scanNumber = layout::NewText(this, m_scans.Number());

@@ -5,10 +5,35 @@
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 
-#include "biometric/notification_texts.h"
-#include "biometric/scan_counter.h"
+#include <cstdint>
 
 namespace zeldlg {
+
+enum class NotificationMode { Authentication, Enrolment };
+
+/// Translated.
+struct NotificationTexts {
+    wxString headline;     ///< What it is about: the main text's first paragraph.
+    wxString explanation;  ///< The rest of the main text, with the empty line before it.
+    wxString instruction;
+};
+
+NotificationTexts TextsOf(NotificationMode mode);
+
+/// How many times a finger has been scanned during an enrolment, and how that is told.
+class ScanCounter {
+public:
+    void Advance() { ++m_scans; }
+
+    /// The number alone.
+    wxString Number() const;
+
+    /// Title of the window while a finger is enrolled; translated.
+    wxString Title() const;
+
+private:
+    uint32_t m_scans = 0;
+};
 
 /// Modeless: lives until its owner destroys it. Neither the user nor the window manager can close
 /// it.

@@ -1,11 +1,9 @@
 #include "dialogs/digital_id_dialog.h"
 
-#include "dialogs/selection_texts.h"
-#include "resources/catalogue_key.h"
+#include "dialogs/selection.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
-#include "widgets/closing.h"
-#include "widgets/dialog_style.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 
 namespace zeldlg {
@@ -18,15 +16,15 @@ constexpr size_t kDirectoryLines = 3;
 // Room for a date with its time.
 constexpr const wchar_t* kSizingText = L"XXXXXXXX-XXXX-XXXX XX:XX:XX";
 
-wxString OkLabel() { return Translate(CATALOGUE_KEY("OK")); }
+wxString OkLabel() { return Translate("OK"); }
 
 wxSizerFlags Bordered() { return wxSizerFlags().Border(wxALL, kBorder); }
 
 }  // namespace
 
 CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prompt)
-    : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Select Digital ID")), wxDefaultPosition,
-               wxDefaultSize, StyleForParent(nullptr)),
+    : wxDialog(nullptr, wxID_ANY, Translate("Select Digital ID"), wxDefaultPosition, wxDefaultSize,
+               StyleForParent(nullptr)),
       m_prompt(prompt),
       m_timer(this) {
     // With nothing to select there is nothing to confirm.
@@ -52,9 +50,9 @@ CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prom
 }
 
 void CDigitalIDSelectionDialog::AddList(wxSizer* rows) {
-    wxStaticText* const heading = layout::NewText(
-        this, Translate(CATALOGUE_KEY("Multiple Digital IDs found; please select an appropriate "
-                                      "Digital ID from the list below:")));
+    wxStaticText* const heading =
+        layout::NewText(this, Translate("Multiple Digital IDs found; please select an appropriate "
+                                        "Digital ID from the list below:"));
     m_list = new ChoiceList(this, *heading);
     m_list->ReportTouches([this] { StopCountDown(); });
     m_list->Bind(wxEVT_LISTBOX_DCLICK, [this](wxCommandEvent&) { EndModal(wxID_OK); });
@@ -65,8 +63,8 @@ void CDigitalIDSelectionDialog::AddList(wxSizer* rows) {
 void CDigitalIDSelectionDialog::AddDetails(wxSizer* rows) {
     auto* const grid = new wxFlexGridSizer(2, 0, 0);
     grid->AddGrowableCol(1);
-    m_validFrom = AddDetail(grid, CaptionText(Translate(CATALOGUE_KEY("Valid From"))));
-    m_validTo = AddDetail(grid, CaptionText(Translate(CATALOGUE_KEY("Valid To"))));
+    m_validFrom = AddDetail(grid, CaptionText(Translate("Valid From")));
+    m_validTo = AddDetail(grid, CaptionText(Translate("Valid To")));
     rows->Add(grid, wxSizerFlags().Expand());
 }
 
@@ -86,21 +84,20 @@ void CDigitalIDSelectionDialog::AddDirectory(wxSizer* rows) {
     if (m_prompt.directory.empty()) {
         return;
     }
-    rows->Add(layout::NewText(this, Translate(CATALOGUE_KEY("This computer is a member of the "
-                                                            "following Active Directory:"))),
+    rows->Add(layout::NewText(this, Translate("This computer is a member of the "
+                                              "following Active Directory:")),
               Bordered());
     rows->Add(layout::NewHeading(this, m_prompt.directory, kDirectoryLines), Bordered());
     auto* const grid = new wxFlexGridSizer(2, 0, 0);
     grid->AddGrowableCol(1);
-    m_userName = AddDetail(grid, Translate(CATALOGUE_KEY("User Principal Name (UPN)")));
+    m_userName = AddDetail(grid, Translate("User Principal Name (UPN)"));
     rows->Add(grid, wxSizerFlags().Expand());
 }
 
 void CDigitalIDSelectionDialog::AddAlwaysUse(wxSizer* rows) {
-    m_alwaysUse =
-        new wxCheckBox(this, wxID_ANY,
-                       Translate(CATALOGUE_KEY("Always use this Digital ID (this dialog will not "
-                                               "be displayed again)")));
+    m_alwaysUse = new wxCheckBox(this, wxID_ANY,
+                                 Translate("Always use this Digital ID (this dialog will not "
+                                           "be displayed again)"));
     m_alwaysUse->SetValue(m_prompt.alwaysUse);
     rows->Add(m_alwaysUse, Bordered());
 }

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "dialogs/default_count_down.h"
+#include "dialogs/selection.h"
 #include "widgets/choice_list.h"
 
 namespace zeldlg {

@@ -2,13 +2,14 @@
 
 #include <wx/sizer.h>
 
-#include "resources/catalogue_key.h"
-#include "resources/key_gen_pictures.h"
+#include <algorithm>
+
+#include "resources/pictures.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
 #include "widgets/desktop.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
-#include "widgets/modeless.h"
 
 namespace zeldlg {
 
@@ -16,13 +17,26 @@ namespace {
 
 constexpr int kBorder = 25;
 
+constexpr unsigned kLastPicture = 2;
+constexpr unsigned kEndOfCycle = 3;
+
 }  // namespace
 
+size_t KeyGenAnimation::Tick() {
+    const unsigned picture = std::min(m_phase, kLastPicture);
+    ++m_phase;
+    if (m_phase == kEndOfCycle) {
+        m_phase = 0;
+    }
+    return picture;
+}
+
 CKeyGenProgressDialog::CKeyGenProgressDialog(wxWindow* parent)
-    : wxDialog(parent, wxID_ANY, Translate(CATALOGUE_KEY("Generating key-pair")), wxDefaultPosition,
-               wxDefaultSize, kModelessStyle),
+    : wxDialog(parent, wxID_ANY, Translate("Generating key-pair"), wxDefaultPosition, wxDefaultSize,
+               kModelessStyle),
       m_timer(this),
-      m_pictures(KeyGenPictures()),
+      m_pictures{BundleOf(Picture::TokenRed), BundleOf(Picture::TokenNeutral),
+                 BundleOf(Picture::TokenGreen)},
       m_parentBefore(parent) {
     StayUntilHidden(*this);
     m_picture = new wxStaticBitmap(this, wxID_ANY, m_pictures[KeyGenAnimation::kStartPicture]);
@@ -30,8 +44,7 @@ CKeyGenProgressDialog::CKeyGenProgressDialog(wxWindow* parent)
     const wxSizerFlags each = wxSizerFlags().CentreVertical().Border(wxALL, kBorder);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(m_picture, each);
-    row->Add(layout::NewText(this, Translate(CATALOGUE_KEY("Generating key-pair, please wait..."))),
-             each);
+    row->Add(layout::NewText(this, Translate("Generating key-pair, please wait...")), each);
     layout::AlignLabels(*this);
     SetSizerAndFit(row);
     DescribeWindow(*this, WindowRole::Dialog);

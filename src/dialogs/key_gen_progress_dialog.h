@@ -7,10 +7,23 @@
 #include <wx/weakref.h>
 
 #include <array>
-
-#include "dialogs/key_gen_animation.h"
+#include <cstddef>
 
 namespace zeldlg {
+
+/// Which of its three pictures the animation shows when.
+class KeyGenAnimation {
+public:
+    static constexpr int kTickMilliseconds = 500;
+    /// The picture that is there before the first tick.
+    static constexpr size_t kStartPicture = 2;
+
+    /// Call at every tick. @return The picture to show from now on, 0 to 2.
+    size_t Tick();
+
+private:
+    unsigned m_phase = 0;
+};
 
 /// Modeless: lives until its owner destroys it. Neither the user nor the window manager can close
 /// it.

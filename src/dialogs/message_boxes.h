@@ -20,6 +20,10 @@ void ShowTokenLockedBox(wxWindow* parent, const wxString& label);
 
 /// @param code A return value of a token (numbered as in PKCS #11).
 void ShowTokenErrorBox(wxWindow* parent, uint64_t code);
+wxString TokenErrorText(uint64_t code);
+
+/// @param code Of unknown origin.
 void ShowUnknownErrorBox(wxWindow* parent, uint64_t code);
+wxString UnknownErrorText(uint64_t code);
 
 }  // namespace zeldlg

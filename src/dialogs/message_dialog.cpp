@@ -2,6 +2,7 @@
 
 #include <gtk/gtk.h>
 #include <wx/artprov.h>
+#include <wx/defs.h>
 #include <wx/display.h>
 #include <wx/scrolwin.h>
 #include <wx/settings.h>
@@ -10,17 +11,52 @@
 #include <algorithm>
 #include <iterator>
 
-#include "dialogs/message_style.h"
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
 #include "widgets/button.h"
-#include "widgets/closing.h"
 #include "widgets/desktop.h"
-#include "widgets/dialog_style.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 
 namespace zeldlg {
+
+namespace {
+
+struct IconRow {
+    long flag;
+    MessageIcon icon;
+};
+
+// The first whose flag is set decides.
+constexpr IconRow kIcons[] = {
+    {wxICON_EXCLAMATION, MessageIcon::Warning},
+    {wxICON_HAND, MessageIcon::Error},
+    {wxICON_QUESTION, MessageIcon::Question},
+};
+static_assert(wxICON_EXCLAMATION == 0x100 && wxICON_HAND == 0x200 && wxICON_QUESTION == 0x400);
+
+// kept: the flags that ask for a Cancel button are the bits of its identifier. No box of the
+// library sets them all, so a host never sees that button.
+constexpr long kCancelFlags = wxID_CANCEL;
+static_assert(kCancelFlags == 0x13ED);
+
+}  // namespace
+
+MessageIcon MessageIconOf(long style) {
+    for (const IconRow& row : kIcons) {
+        if ((style & row.flag) != 0) {
+            return row.icon;
+        }
+    }
+    return MessageIcon::Information;
+}
+
+MessageButtons MessageButtonsOf(long style) {
+    if ((style & wxICON_QUESTION) != 0) {
+        return MessageButtons::YesNo;
+    }
+    return (style & kCancelFlags) == kCancelFlags ? MessageButtons::OkCancel : MessageButtons::Ok;
+}
 
 namespace {
 
@@ -61,9 +97,7 @@ wxStaticBitmap* NewIcon(wxWindow* parent, long style) {
     return icon;
 }
 
-wxString YesLabel(int64_t seconds) {
-    return FormatTranslated(CATALOGUE_KEY("&Yes (%ds)"), ShownNumber(seconds));
-}
+wxString YesLabel(int64_t seconds) { return FormatTranslated("&Yes (%ds)", ShownNumber(seconds)); }
 
 wxSize RoomOnScreen(const wxWindow& window) {
     const int display = wxDisplay::GetFromWindow(&window);
@@ -115,15 +149,14 @@ wxSizer* CMessageDialog::NewMessageRow(const wxString& message, long style) {
 // kept: Yes answers as OK does and No as Cancel does.
 void CMessageDialog::AddButtons(wxSizer& rows, long style) {
     const MessageButtons buttons = MessageButtonsOf(style);
-    MakeDefault(buttons == MessageButtons::YesNo
-                    ? NewYesButton()
-                    : new Button(this, wxID_OK, Translate(CATALOGUE_KEY("OK"))));
+    MakeDefault(buttons == MessageButtons::YesNo ? NewYesButton()
+                                                 : new Button(this, wxID_OK, Translate("OK")));
     switch (buttons) {
         case MessageButtons::YesNo:
-            AddButtonPair(rows, m_defaultButton, Translate(CATALOGUE_KEY("&No")));
+            AddButtonPair(rows, m_defaultButton, Translate("&No"));
             break;
         case MessageButtons::OkCancel:
-            AddButtonPair(rows, m_defaultButton, Translate(CATALOGUE_KEY("Cancel")));
+            AddButtonPair(rows, m_defaultButton, Translate("Cancel"));
             break;
         case MessageButtons::Ok:
             rows.Add(m_defaultButton, wxSizerFlags().CentreHorizontal().Border(wxALL, kBorder));
@@ -141,7 +174,7 @@ void CMessageDialog::AddButtonPair(wxSizer& rows, wxButton* confirm, const wxStr
 
 // The box has a fixed size: the button is made wide enough for the count-down beforehand.
 wxButton* CMessageDialog::NewYesButton() {
-    auto* const yes = new Button(this, wxID_OK, Translate(CATALOGUE_KEY("&Yes")));
+    auto* const yes = new Button(this, wxID_OK, Translate("&Yes"));
     if (m_remainingSeconds != 0) {
         wxSize size = yes->GetBestSize();
         for (const int64_t count : {m_remainingSeconds, kWidestCount}) {
@@ -149,7 +182,7 @@ wxButton* CMessageDialog::NewYesButton() {
             size.IncTo(yes->GetBestSize());
         }
         yes->SetMinSize(size);
-        yes->SetLabel(Translate(CATALOGUE_KEY("&Yes")));
+        yes->SetLabel(Translate("&Yes"));
     }
     return yes;
 }

@@ -1,5 +1,5 @@
 // The library's own message box: an icon, a text, and OK or Yes and No; Yes may carry a visible
-// count-down of seconds.
+// count-down of seconds. Its style flags are the toolkit's: which icon, which buttons.
 #pragma once
 
 #include <wx/button.h>
@@ -12,6 +12,13 @@
 
 namespace zeldlg {
 
+// What the toolkit's message-box flags stand for.
+enum class MessageIcon { Information, Warning, Error, Question };
+enum class MessageButtons { Ok, OkCancel, YesNo };
+
+MessageIcon MessageIconOf(long style);
+MessageButtons MessageButtonsOf(long style);
+
 /// ShowModal() returns wxID_OK for OK and Yes; wxID_CANCEL for No, Cancel, Escape and the close
 /// box, also where OK is the only button.
 class CMessageDialog : public wxDialog {
@@ -19,7 +26,7 @@ public:
     /// @param parent May be null: the box then belongs to no other window.
     /// @param message Shown literally, line breaks as they are; scrolls when the screen is too
     ///        small for it.
-    /// @param style The toolkit's message-box flags; see message_style.h.
+    /// @param style The toolkit's message-box flags.
     /// @param countDownSeconds 0 for none; ignored without Yes and No.
     CMessageDialog(wxWindow* parent, const wxString& caption, const wxString& message, long style,
                    int64_t countDownSeconds);

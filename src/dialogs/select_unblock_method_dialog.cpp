@@ -4,14 +4,13 @@
 #include <wx/button.h>
 #include <wx/statline.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 
-#include "dialogs/unblock_method.h"
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
-#include "widgets/closing.h"
-#include "widgets/dialog_style.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 
 namespace zeldlg {
@@ -64,8 +63,8 @@ void DropDownAsList(const wxComboBox& list) {
 
 CSelectUnblockMethodDialog::CSelectUnblockMethodDialog(bool pukOffered,
                                                        const std::vector<uint32_t>& algorithms)
-    : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Unlock PIN")), wxDefaultPosition,
-               wxDefaultSize, StyleForParent(nullptr, kDialogStyle)),
+    : wxDialog(nullptr, wxID_ANY, Translate("Unlock PIN"), wxDefaultPosition, wxDefaultSize,
+               StyleForParent(nullptr, kDialogStyle)),
       m_rows(new wxBoxSizer(wxVERTICAL)) {
     AddPukChoice(pukOffered);
     AddOfflineChoice(!algorithms.empty());
@@ -90,7 +89,7 @@ uint32_t CSelectUnblockMethodDialog::AlgorithmIndex() const {
 // The toolkit wants one button of a group to be set: where nothing is offered it is this one,
 // unseen.
 void CSelectUnblockMethodDialog::AddPukChoice(bool offered) {
-    m_puk = new wxRadioButton(this, kPukId, Translate(CATALOGUE_KEY("Unlock PIN using the PUK")),
+    m_puk = new wxRadioButton(this, kPukId, Translate("Unlock PIN using the PUK"),
                               wxDefaultPosition, wxDefaultSize, wxRB_GROUP);
     m_puk->Show(offered);
     if (offered) {
@@ -101,8 +100,8 @@ void CSelectUnblockMethodDialog::AddPukChoice(bool offered) {
 }
 
 void CSelectUnblockMethodDialog::AddOfflineChoice(bool offered) {
-    m_offline = new wxRadioButton(this, kOfflineId,
-                                  Translate(CATALOGUE_KEY("Unlock PIN via off-line PIN unlock")));
+    m_offline =
+        new wxRadioButton(this, kOfflineId, Translate("Unlock PIN via off-line PIN unlock"));
     m_offline->Enable(offered);
     m_rows->Add(m_offline);
 }
@@ -129,15 +128,14 @@ void CSelectUnblockMethodDialog::AddAlgorithms(const std::vector<uint32_t>& algo
         m_algorithms->SetSelection(0);
     }
     SkipArrow(*m_algorithms);
-    SetAccessibleName(*m_algorithms, Translate(CATALOGUE_KEY("Unlocking algorithm")));
+    SetAccessibleName(*m_algorithms, Translate("Unlocking algorithm"));
     SetAccessibleDescription(*m_algorithms, Translate(kExplanation));
     m_rows->AddSpacer(layout::kLineGap * 2);
     m_rows->Add(m_algorithms, wxSizerFlags().Expand().Border(wxLEFT, kIndent));
 }
 
 void CSelectUnblockMethodDialog::AddButtons(bool anyOffered) {
-    const layout::ButtonRow buttons =
-        layout::AddButtonRow(this, m_rows, Translate(CATALOGUE_KEY("OK")));
+    const layout::ButtonRow buttons = layout::AddButtonRow(this, m_rows, Translate("OK"));
     buttons.ok->Enable(anyOffered);
 }
 
@@ -145,5 +143,33 @@ void CSelectUnblockMethodDialog::ShowWhetherOffline() {
     m_explanation->Enable(m_offline->GetValue());
     m_algorithms->Enable(m_offline->GetValue());
 }
+
+namespace {
+
+struct Algorithm {
+    uint32_t code;
+    const char* name;
+};
+
+constexpr Algorithm kAlgorithms[] = {
+    {0, CATALOGUE_KEY("3DES ECB Challenge/Response")},
+    {1, CATALOGUE_KEY("3DES ECB Witness/Challenge/Response")},
+};
+
+}  // namespace
+
+wxString AlgorithmName(uint32_t code) {
+    const auto* const known =
+        std::find_if(std::begin(kAlgorithms), std::end(kAlgorithms),
+                     [code](const Algorithm& algorithm) { return algorithm.code == code; });
+    return known != std::end(kAlgorithms) ? Translate(known->name)
+                                          : FormatTranslated("Unknown algorithm (%u)", code);
+}
+
+uint32_t UnblockMethodOf(bool pukChosen, bool offlineChosen) {
+    return pukChosen ? 1 : 1 + static_cast<uint32_t>(offlineChosen);
+}
+
+uint32_t AlgorithmIndexOf(int selection) { return static_cast<uint32_t>(std::max(selection, 0)); }
 
 }  // namespace zeldlg

@@ -1,13 +1,11 @@
 #include "dialogs/token_dialog.h"
 
-#include "dialogs/selection_texts.h"
-#include "resources/catalogue_key.h"
+#include "dialogs/selection.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
 #include "widgets/button.h"
-#include "widgets/closing.h"
 #include "widgets/desktop.h"
-#include "widgets/dialog_style.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 
 namespace zeldlg {
@@ -19,13 +17,12 @@ constexpr int kBorder = 5;
 }  // namespace
 
 CTokenDialog::CTokenDialog(wxWindow* parent)
-    : wxDialog(parent, wxID_ANY, Translate(CATALOGUE_KEY("Select a token")), wxDefaultPosition,
-               wxDefaultSize, StyleForParent(parent)) {
-    wxStaticText* const label =
-        layout::NewText(this, Translate(CATALOGUE_KEY("Please select a token:")));
+    : wxDialog(parent, wxID_ANY, Translate("Select a token"), wxDefaultPosition, wxDefaultSize,
+               StyleForParent(parent)) {
+    wxStaticText* const label = layout::NewText(this, Translate("Please select a token:"));
     m_list = new ChoiceList(this, *label);
     m_list->LetSearch();
-    m_okButton = new Button(this, wxID_OK, Translate(CATALOGUE_KEY("OK")));
+    m_okButton = new Button(this, wxID_OK, Translate("OK"));
     m_okButton->SetDefault();
     m_okButton->Disable();
     auto* const rows = new wxBoxSizer(wxVERTICAL);

@@ -1,19 +1,14 @@
 #include "dialogs/unlock_with_cr_dialog.h"
 
-#include <gtk/gtk.h>
 #include <wx/arrstr.h>
 
 #include <algorithm>
 #include <utility>
 
-#include "dialogs/challenge_text.h"
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
-#include "widgets/closing.h"
-#include "widgets/dialog_style.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
-#include "widgets/response_decoder.h"
 #include "widgets/secure_text_control.h"
 #include "widgets/text_panel.h"
 
@@ -48,9 +43,38 @@ int ChallengeLines(wxTextCtrl& field) {
 
 }  // namespace
 
+// The toolkit's event comes when a text is in already, and an input method moves the caret after
+// it: only here can both be left as they were.
+ResponseField::ResponseField(wxWindow* parent) : wxTextCtrl(parent, wxID_ANY) {
+    g_signal_connect(GetHandle(), "insert-text", G_CALLBACK(&ResponseField::OnInsert), this);
+    Bind(wxEVT_TEXT, [this](wxCommandEvent& event) {
+        m_accepted = GetValue();
+        event.Skip();
+    });
+}
+
+void ResponseField::OnInsert(GtkEditable* editable, const char* text, int bytes, int* position,
+                             ResponseField* field) {
+    const wxString inserted =
+        bytes < 0 ? wxString::FromUTF8(text) : wxString::FromUTF8(text, static_cast<size_t>(bytes));
+    if (!IsResponseText(inserted.ToStdWstring())) {
+        g_signal_stop_emission_by_name(editable, "insert-text");
+        field->TakeBack(*position);
+    }
+}
+
+// A selection that the refused text was to replace is gone by now.
+void ResponseField::TakeBack(int& position) {
+    const wxString shown = GetValue();
+    if (shown != m_accepted) {
+        position += static_cast<int>(m_accepted.length()) - static_cast<int>(shown.length());
+        ChangeValue(m_accepted);
+    }
+}
+
 CUnlockWithCRDialog::CUnlockWithCRDialog(UnlockWithCRPrompt prompt)
-    : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("Unlock PIN")), wxDefaultPosition,
-               wxDefaultSize, StyleForParent(nullptr, kDialogStyle)),
+    : wxDialog(nullptr, wxID_ANY, Translate("Unlock PIN"), wxDefaultPosition, wxDefaultSize,
+               StyleForParent(nullptr, kDialogStyle)),
       m_prompt(std::move(prompt)),
       m_accepts(AcceptedInNewPin()),
       m_rows(new wxBoxSizer(wxVERTICAL)),
@@ -81,8 +105,7 @@ platform::SecretBytes CUnlockWithCRDialog::NewPin() const {
 }
 
 void CUnlockWithCRDialog::AddHeading() {
-    const wxString text =
-        FormatHostTexts(CATALOGUE_KEY("Unlocking the PIN for \"%s\":"), m_prompt.tokenLabel);
+    const wxString text = FormatHostTexts("Unlocking the PIN for \"%s\":", m_prompt.tokenLabel);
     const layout::ElidedText elided = layout::ElideText(*this, text, kHeadingLines);
     auto* const heading = new CTextPanel(this, elided.shown, GetFont());
     if (elided.isCut) {
@@ -124,8 +147,7 @@ void CUnlockWithCRDialog::AddResponse() {
     m_responseField->SetMinSize(size);
     SetLabelFor(*label, *m_responseField);
     const RuleLine rule = NewRuleLine(
-        this, FormatTranslated(CATALOGUE_KEY("Response is %d bytes long"), m_prompt.responseLength),
-        m_responseOk);
+        this, FormatTranslated("Response is %d bytes long", m_prompt.responseLength), m_responseOk);
     m_responseIcon = rule.icon;
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(m_responseField, wxSizerFlags().CentreVertical());
@@ -153,20 +175,17 @@ PinField* CUnlockWithCRDialog::AddPinField(const char* label) {
 void CUnlockWithCRDialog::AddPinRules() {
     auto* const rules = new wxBoxSizer(wxVERTICAL);
     const NewPinBounds& bounds = m_prompt.newPinBounds;
-    m_minIcon = AddRuleLine(
-        this, rules, FormatTranslated(CATALOGUE_KEY("Minimum PIN length %d bytes"), bounds.min),
-        false);
-    m_maxIcon = AddRuleLine(
-        this, rules, FormatTranslated(CATALOGUE_KEY("Maximum PIN length %d bytes"), bounds.max),
-        false);
-    m_equalIcon =
-        AddRuleLine(this, rules, Translate(CATALOGUE_KEY("PIN equal to Confirmed PIN")), false);
+    m_minIcon = AddRuleLine(this, rules,
+                            FormatTranslated("Minimum PIN length %d bytes", bounds.min), false);
+    m_maxIcon = AddRuleLine(this, rules,
+                            FormatTranslated("Maximum PIN length %d bytes", bounds.max), false);
+    m_equalIcon = AddRuleLine(this, rules, Translate("PIN equal to Confirmed PIN"), false);
     m_grid->AddSpacer(0);
     m_grid->Add(rules);
 }
 
 void CUnlockWithCRDialog::AddButtons() {
-    m_okButton = layout::AddButtonRow(this, m_rows, Translate(CATALOGUE_KEY("OK"))).ok;
+    m_okButton = layout::AddButtonRow(this, m_rows, Translate("OK")).ok;
 }
 
 void CUnlockWithCRDialog::AddRow(wxStaticText* label, wxWindow* field) {

@@ -2,6 +2,7 @@
 // the response and, where it is wanted, a new PIN twice.
 #pragma once
 
+#include <gtk/gtk.h>
 #include <wx/button.h>
 #include <wx/dialog.h>
 #include <wx/font.h>
@@ -12,12 +13,25 @@
 #include <cstdint>
 #include <string>
 
-#include "dialogs/new_pin_rules.h"
+#include "dialogs/challenge_response.h"
 #include "widgets/pin_field.h"
-#include "widgets/response_field.h"
-#include "widgets/rule_icon.h"
+#include "widgets/rule_marks.h"
 
 namespace zeldlg {
+
+/// The field for the help desk's response. Other text than a response may hold never gets in,
+/// whether it is typed, pasted, dropped or comes from an input method.
+class ResponseField : public wxTextCtrl {
+public:
+    explicit ResponseField(wxWindow* parent);
+
+private:
+    static void OnInsert(GtkEditable* editable, const char* text, int bytes, int* position,
+                         ResponseField* field);
+    void TakeBack(int& position);
+
+    wxString m_accepted;
+};
 
 /// What the dialog is built from.
 struct UnlockWithCRPrompt {

@@ -2,8 +2,6 @@
 
 #include <wx/statbmp.h>
 
-#include "pin/legal_notice.h"
-#include "resources/catalogue_key.h"
 #include "resources/pictures.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
@@ -16,7 +14,20 @@ namespace {
 // The picture leaves less room than there is for the heading of the PIN dialog.
 constexpr size_t kHeadingLines = 4;
 
+// Pixels, so that the notice widens neither the picture nor the PIN row that it stands at.
+constexpr int kNoticeWidth = 300;
+
 }  // namespace
+
+wxStaticText* NewLegalNotice(wxWindow* parent) {
+    auto* const notice = new wxStaticText(parent, wxID_ANY, wxEmptyString);
+    notice->SetFont(parent->GetFont().Bold());
+    layout::ShowWrapped(*notice,
+                        Translate("You are about to create a legally binding digital signature!"),
+                        kNoticeWidth);
+    layout::ReserveRoom(*notice);
+    return notice;
+}
 
 CLegalSignatureDialog::CLegalSignatureDialog(wxWindow* parent, const wxString& tokenLabel,
                                              const PinLengthRule& lengthRule,
@@ -33,7 +44,7 @@ CLegalSignatureDialog::CLegalSignatureDialog(wxWindow* parent, const wxString& t
 }
 
 void CLegalSignatureDialog::AddPicture() {
-    auto* const picture = new wxStaticBitmap(this, wxID_ANY, SignaturePicture());
+    auto* const picture = new wxStaticBitmap(this, wxID_ANY, BundleOf(Picture::Signature));
     MarkAsDecoration(*picture);
     Rows()->Add(picture, wxSizerFlags().CentreHorizontal());
 }
@@ -43,7 +54,7 @@ void CLegalSignatureDialog::AddNotice() {
 }
 
 void CLegalSignatureDialog::AddSignButton() {
-    wxButton* const button = AddButtons(Translate(CATALOGUE_KEY("&Sign")));
+    wxButton* const button = AddButtons(Translate("&Sign"));
     button->SetFont(button->GetFont().Bold());
 }
 

@@ -18,4 +18,7 @@ private:
     void AddSignButton();
 };
 
+/// What every window says that asks for a PIN in order to sign: a bold label, wrapped.
+wxStaticText* NewLegalNotice(wxWindow* parent);
+
 }  // namespace zeldlg

@@ -5,16 +5,15 @@
 #include <algorithm>
 #include <iterator>
 
-#include "pin/legal_notice.h"
-#include "pin/pin_pad_place.h"
-#include "resources/catalogue_key.h"
+#include "pin/legal_signature_dialog.h"
+#include "pin/pin_pad.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
 #include "widgets/button.h"
+#include "widgets/coloured_text.h"
 #include "widgets/desktop.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
-#include "widgets/modeless.h"
-#include "widgets/surface.h"
 
 namespace zeldlg {
 
@@ -44,8 +43,8 @@ wxFont RowFont() {
 }  // namespace
 
 CPinPadDialog::CPinPadDialog(const PinPadLook& look)
-    : wxDialog(nullptr, wxID_ANY, Translate(CATALOGUE_KEY("PinPad")), wxDefaultPosition,
-               wxDefaultSize, kModelessStyle) {
+    : wxDialog(nullptr, wxID_ANY, Translate("PinPad"), wxDefaultPosition, wxDefaultSize,
+               kModelessStyle) {
     StayUntilHidden(*this);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     if (look.legal) {
@@ -70,8 +69,7 @@ void CPinPadDialog::StandBeside(const std::vector<CPinPadDialog*>& others) {
 }
 
 void CPinPadDialog::AddSteps(wxSizer* rows, bool verification) {
-    auto* const box =
-        new wxStaticBoxSizer(wxVERTICAL, this, Translate(CATALOGUE_KEY("Action to perform")));
+    auto* const box = new wxStaticBoxSizer(wxVERTICAL, this, Translate("Action to perform"));
     m_stepList = new Surface(box->GetStaticBox());
     m_stepList->SetBackgroundColour(StepBackground());
     m_stepList->SetFont(StepFont(GetFont()));
@@ -108,7 +106,7 @@ void CPinPadDialog::AddPinRow(wxSizer* rows) {
 }
 
 void CPinPadDialog::AddAbortButton(wxSizer* rows) {
-    auto* const button = new Button(this, kAbortId, Translate(CATALOGUE_KEY("&Abort")));
+    auto* const button = new Button(this, kAbortId, Translate("&Abort"));
     button->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { m_abortRequested = true; });
     rows->Add(button, wxSizerFlags().Right().Border(wxTOP, layout::kSectionGap));
 }

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "pin/pin_pad_row.h"
+#include "pin/pin_pad.h"
 
 namespace zeldlg {
 

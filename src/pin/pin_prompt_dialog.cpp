@@ -3,12 +3,11 @@
 #include <wx/button.h>
 #include <wx/statline.h>
 
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
-#include "widgets/closing.h"
+#include "widgets/coloured_text.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 #include "widgets/secure_text_control.h"
-#include "widgets/surface.h"
 
 namespace zeldlg {
 
@@ -17,11 +16,13 @@ namespace {
 constexpr long kDialogStyle = wxCAPTION | wxSTAY_ON_TOP;
 static_assert(kDialogStyle == 0x20008000);
 
+// Room for the widest letters, and for all else on a screen of 768 lines.
+constexpr size_t kHeadingLines = 18;
+
 wxString WarningText(const PinFailureLines& lines) {
     wxString text = Translate(lines.warning);
     if (lines.triesLeft) {
-        text += FormatTranslated(CATALOGUE_KEY("\nYou have %d tries remaining"),
-                                 ShownNumber(*lines.triesLeft));
+        text += FormatTranslated("\nYou have %d tries remaining", ShownNumber(*lines.triesLeft));
     }
     return text;
 }
@@ -29,8 +30,8 @@ wxString WarningText(const PinFailureLines& lines) {
 }  // namespace
 
 CPinPromptDialog::CPinPromptDialog(wxWindow* parent, const PinLengthRule& lengthRule)
-    : wxDialog(parent, wxID_ANY, Translate(CATALOGUE_KEY("Enter PIN")), wxDefaultPosition,
-               wxDefaultSize, kDialogStyle),
+    : wxDialog(parent, wxID_ANY, Translate("Enter PIN"), wxDefaultPosition, wxDefaultSize,
+               kDialogStyle),
       m_rows(new wxBoxSizer(wxVERTICAL)),
       m_lengthRule(lengthRule) {
     CSecureTextControl::MeasureFieldWidth(this);
@@ -41,8 +42,8 @@ CPinPromptDialog::CPinPromptDialog(wxWindow* parent, const PinLengthRule& length
 platform::SecretBytes CPinPromptDialog::GetPin() const { return m_pinField->Pin(); }
 
 void CPinPromptDialog::AddHeading(const wxString& tokenLabel, size_t maxLines) {
-    m_rows->Add(layout::NewHeading(
-        this, FormatHostTexts(CATALOGUE_KEY("To log in to \"%s\""), tokenLabel), maxLines));
+    m_rows->Add(
+        layout::NewHeading(this, FormatHostTexts("To log in to \"%s\"", tokenLabel), maxLines));
 }
 
 void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
@@ -59,7 +60,7 @@ void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
 }
 
 void CPinPromptDialog::AddPinField() {
-    auto* const label = layout::NewText(this, Translate(CATALOGUE_KEY("Enter PIN:")));
+    auto* const label = layout::NewText(this, Translate("Enter PIN:"));
     m_pinField = new PinField(this, *label);
     m_rows->Add(label, wxSizerFlags().Border(wxTOP, layout::kSectionGap));
     m_rows->Add(m_pinField, wxSizerFlags().Border(wxTOP, layout::kLineGap));
@@ -75,14 +76,14 @@ void CPinPromptDialog::AddRules() {
     m_rows->Add(new wxStaticLine(this),
                 wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, layout::kSectionGap));
     // kept: the limits are counted in characters although the lines say bytes.
-    m_minIcon = AddRuleLine(this, m_rows,
-                            FormatTranslated(CATALOGUE_KEY("Minimum PIN length %d bytes"),
-                                             ShownNumber(m_lengthRule.MinLength())),
-                            m_lengthRule.MinOk());
-    m_maxIcon = AddRuleLine(this, m_rows,
-                            FormatTranslated(CATALOGUE_KEY("Maximum PIN length %d bytes"),
-                                             ShownNumber(m_lengthRule.MaxLength())),
-                            m_lengthRule.MaxOk());
+    m_minIcon = AddRuleLine(
+        this, m_rows,
+        FormatTranslated("Minimum PIN length %d bytes", ShownNumber(m_lengthRule.MinLength())),
+        m_lengthRule.MinOk());
+    m_maxIcon = AddRuleLine(
+        this, m_rows,
+        FormatTranslated("Maximum PIN length %d bytes", ShownNumber(m_lengthRule.MaxLength())),
+        m_lengthRule.MaxOk());
 }
 
 void CPinPromptDialog::FinishLayout() {
@@ -112,6 +113,17 @@ void CPinPromptDialog::ConsumeMouseButtons() {
           wxEVT_AUX2_DCLICK}) {
         Bind(button, [](wxMouseEvent&) {});
     }
+}
+
+CPinEntryDialog::CPinEntryDialog(wxWindow* parent, const wxString& tokenLabel,
+                                 const PinLengthRule& lengthRule, const PinFailureLines& failure)
+    : CPinPromptDialog(parent, lengthRule) {
+    AddHeading(tokenLabel, kHeadingLines);
+    AddFailureLines(failure);
+    AddPinField();
+    AddButtons(Translate("OK"));
+    AddRules();
+    FinishLayout();
 }
 
 }  // namespace zeldlg

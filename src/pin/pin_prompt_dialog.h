@@ -1,5 +1,5 @@
-// What every dialog that asks for one PIN is made of, row by row, and its reaction to typing.
-// Dialogs put the rows together; the logic is that of PinLengthRule.
+// What every dialog that asks for one PIN is made of, row by row, and its reaction to typing; and
+// the plain one, before a login. Dialogs put the rows together; the logic is that of PinLengthRule.
 #pragma once
 
 #include <wx/dialog.h>
@@ -7,10 +7,9 @@
 
 #include <cstdint>
 
-#include "pin/pin_failure.h"
-#include "pin/pin_length_rule.h"
+#include "pin/pin_rules.h"
 #include "widgets/pin_field.h"
-#include "widgets/rule_icon.h"
+#include "widgets/rule_marks.h"
 
 namespace zeldlg {
 
@@ -20,6 +19,7 @@ public:
     platform::SecretBytes GetPin() const;
 
 protected:
+    /// @param lengthRule The token's limits.
     CPinPromptDialog(wxWindow* parent, const PinLengthRule& lengthRule);
 
     /// The rows, from top to bottom.
@@ -45,6 +45,13 @@ private:
     RuleIcon* m_maxIcon = nullptr;
     wxButton* m_okButton = nullptr;
     PinLengthRule m_lengthRule;
+};
+
+/// Asks for the PIN of a token before a login.
+class CPinEntryDialog : public CPinPromptDialog {
+public:
+    CPinEntryDialog(wxWindow* parent, const wxString& tokenLabel, const PinLengthRule& lengthRule,
+                    const PinFailureLines& failure);
 };
 
 }  // namespace zeldlg

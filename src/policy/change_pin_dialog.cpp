@@ -6,10 +6,9 @@
 
 #include <utility>
 
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
-#include "widgets/closing.h"
+#include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 #include "widgets/secure_text_control.h"
 

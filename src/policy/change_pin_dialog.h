@@ -15,9 +15,9 @@
 #include "policy/change_pin_mode.h"
 #include "policy/change_pin_rules.h"
 #include "policy/policy_pages.h"
-#include "widgets/indicator.h"
+#include "widgets/coloured_text.h"
 #include "widgets/pin_field.h"
-#include "widgets/surface.h"
+#include "widgets/rule_marks.h"
 
 namespace zeldlg {
 

@@ -1,6 +1,6 @@
 #include "policy/change_pin_mode.h"
 
-#include "resources/catalogue_key.h"
+#include "resources/texts.h"
 
 namespace zeldlg {
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
 namespace zeldlg {

@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
 namespace zeldlg {

@@ -4,7 +4,6 @@
 
 #include "policy/policy_descriptions.h"
 #include "policy/policy_messages.h"
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
 namespace zeldlg {

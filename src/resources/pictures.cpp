@@ -1,12 +1,81 @@
 #include "resources/pictures.h"
 
-#include "resources/bitmaps.h"
-#include "resources/embedded_files.h"
+#include <wx/image.h>
+#include <wx/mstream.h>
+
+#include <cstdint>
+#include <span>
 
 namespace zeldlg {
 
-wxBitmapBundle SignaturePicture() { return TwoForms(PngBitmap(SignaturePng()), SignatureTwice()); }
+namespace {
 
-wxBitmapBundle BioTokenPicture() { return TwoForms(PngBitmap(BioTokenPng()), BioTokenTwice()); }
+// Either an XPM or a PNG file, and a PNG file of twice its width and height.
+struct Files {
+    const char* const* xpm;
+    std::span<const uint8_t> png;
+    std::span<const uint8_t> twice;
+};
+
+// NOLINTBEGIN(readability-static-definition-in-anonymous-namespace): as the format has it
+#include "resources/picture_files.inc"  // Files kFiles[], in the order of the names
+// NOLINTEND(readability-static-definition-in-anonymous-namespace)
+
+// With an alpha channel: the toolkit loses the memory of a picture that has a mask each time when
+// it draws it.
+wxBitmap XpmBitmap(const char* const* xpm) {
+    wxImage image(xpm);
+    image.InitAlpha();
+    return {image};
+}
+
+wxBitmap PngBitmap(std::span<const uint8_t> file) {
+    wxMemoryInputStream stream(file.data(), file.size());
+    wxImage image;
+    image.LoadFile(stream, wxBITMAP_TYPE_PNG);
+    return {image};
+}
+
+// Most screens never ask for the larger form: it is decoded when one does.
+class TwoForms : public wxBitmapBundleImpl {
+public:
+    explicit TwoForms(const Files& files)
+        : m_once(files.xpm != nullptr ? XpmBitmap(files.xpm) : PngBitmap(files.png)),
+          m_twiceFile(files.twice) {}
+
+    wxSize GetDefaultSize() const override { return m_once.GetSize(); }
+
+    wxSize GetPreferredBitmapSizeAtScale(double scale) const override {
+        return scale > kLargestScaleOfOnce ? m_once.GetSize() * 2 : m_once.GetSize();
+    }
+
+    wxBitmap GetBitmap(const wxSize& size) override {
+        if (size == m_once.GetSize()) {
+            return m_once;
+        }
+        if (!m_twice.IsOk()) {
+            m_twice = PngBitmap(m_twiceFile);
+        }
+        wxBitmap bitmap = m_twice;
+        if (bitmap.GetSize() != size) {
+            wxBitmap::Rescale(bitmap, size);
+        }
+        return bitmap;
+    }
+
+private:
+    static constexpr double kLargestScaleOfOnce = 1.5;
+
+    wxBitmap m_once;
+    wxBitmap m_twice;
+    std::span<const uint8_t> m_twiceFile;
+};
+
+}  // namespace
+
+wxBitmapBundle BundleOf(Picture picture) {
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): counted, and the bundle's from here
+    return wxBitmapBundle::FromImpl(new TwoForms(kFiles[static_cast<size_t>(picture)]));
+}
 
 }  // namespace zeldlg

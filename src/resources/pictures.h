@@ -1,15 +1,13 @@
-// The painted pictures. Each stands on a card of its own, so that it looks the same on light and
-// dark themes.
+// The pictures that are built in: their names are in src/CMakeLists.txt, their files in art/. Each
+// has a form of twice the resolution.
 #pragma once
 
 #include <wx/bmpbndl.h>
 
+#include "resources/picture_names.h"  // enum class Picture
+
 namespace zeldlg {
 
-/// Above the question for the PIN of a legally binding signature; 300 by 248 pixels.
-wxBitmapBundle SignaturePicture();
-
-/// The fingerprint token with its sensor and its yellow light; 176 by 120 pixels.
-wxBitmapBundle BioTokenPicture();
+wxBitmapBundle BundleOf(Picture picture);
 
 }  // namespace zeldlg

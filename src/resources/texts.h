@@ -10,6 +10,10 @@
 
 #include "resources/text_direction.h"
 
+/// Marks an English text that reaches Translate() through a table or a variable, for the extraction
+/// of all texts: the text itself.
+#define CATALOGUE_KEY(text) text
+
 namespace zeldlg {
 
 /// What survives of a formatted text, in wide characters.

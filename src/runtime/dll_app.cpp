@@ -4,8 +4,7 @@
 #include <wx/log.h>
 
 #include "registry/settings.h"
-#include "resources/catalogue_access.h"
-#include "resources/catalogue_loader.h"
+#include "resources/catalogue.h"
 
 namespace zeldlg {
 

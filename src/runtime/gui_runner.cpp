@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "runtime/handlers/handler_chain.h"
+#include "runtime/handlers/handlers.h"
 #include "runtime/wx_toolkit.h"
 
 using zeldlg::Life;

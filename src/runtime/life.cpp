@@ -15,7 +15,7 @@
 #include <type_traits>
 
 #include "platform/thread.h"
-#include "resources/catalogue_access.h"
+#include "resources/catalogue.h"
 
 namespace zeldlg {
 

@@ -12,8 +12,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "runtime/current_parent.h"
-
 namespace zeldlg {
 
 wxWindow* g_currentParent = nullptr;

@@ -15,7 +15,15 @@
 #include "runtime/thread.h"
 #include "runtime/toolkit.h"
 
+class wxWindow;
+
 namespace zeldlg {
+
+/// The window that handlers use as parent of the dialogs they create; null when no dialog of the
+/// library is the parent of others. Used on the GUI thread only: a handler changes it, and it is
+/// put back before the caller of its request returns. Points at a window of the running toolkit
+/// only.
+extern wxWindow* g_currentParent;
 
 /// Serves a request if its code is one of its own. @return Whether it was. Runs on the GUI
 /// thread; what it throws is raised in the caller of the request.

@@ -1,7 +1,11 @@
 #include "runtime/wx_toolkit.h"
 
+#include <X11/Xlib.h>
 #include <gdk/gdk.h>
-#include <glib.h>
+#include <gdk/gdkwayland.h>
+#include <gdk/gdkx.h>
+#include <poll.h>
+#include <wayland-client-core.h>
 #include <wx/app.h>
 #include <wx/debug.h>
 #include <wx/image.h>
@@ -12,8 +16,7 @@
 #include <csignal>
 #include <cstdio>
 
-#include "resources/catalogue_access.h"
-#include "runtime/display_loss.h"
+#include "resources/catalogue.h"
 #include "runtime/dll_app.h"
 #include "runtime/life.h"
 
@@ -123,6 +126,52 @@ void StopWx() {
     // The windows are destroyed, but nothing sends that to the display any more.
     if (GdkDisplay* const display = gdk_display_get_default(); display != nullptr) {
         gdk_display_flush(display);
+    }
+}
+
+// What becomes of the thread when the X server or the Wayland compositor goes away. By itself the
+// toolkit ends the whole process then, and the host with it.
+
+// Written by one GUI thread after another; `leave` is read by it only.
+const std::function<void()>* g_leave = nullptr;
+XIOErrorHandler g_previous = nullptr;
+
+void Leave() {
+    static_cast<void>(fprintf(stderr, "zeldlg: the connection to the display is lost\n"));
+    (*g_leave)();
+}
+
+int OnDisplayLost(Display* display) {
+    if (ProcessLife().IsOwnThread()) {
+        // Xlib holds it around this call. Libraries that clean up when the process exits need it.
+        XUnlockDisplay(display);
+        Leave();
+    }
+    return g_previous != nullptr ? g_previous(display) : 0;
+}
+
+// Before the toolkit is started: calls `leave` on this thread when its connection to the display
+// breaks. For connections of other threads nothing changes.
+void WatchDisplay(const std::function<void()>& leave) {
+    g_leave = &leave;
+    // Its class sets a handler that ends the process, just before it first connects. Here, too.
+    g_type_class_ref(GDK_TYPE_X11_DISPLAY);
+    XIOErrorHandler const previous = XSetIOErrorHandler(OnDisplayLost);
+    if (previous != OnDisplayLost) {
+        g_previous = previous;
+    }
+}
+
+// Before the toolkit writes to its display or reads from it: nothing tells of a compositor that is
+// gone, and the toolkit finds out and ends the process.
+void LookAfterDisplay() {
+    GdkDisplay* const display = gdk_display_get_default();
+    if (!GDK_IS_WAYLAND_DISPLAY(display) || !ProcessLife().IsOwnThread()) {
+        return;
+    }
+    pollfd connection{wl_display_get_fd(gdk_wayland_display_get_wl_display(display)), 0, 0};
+    if (poll(&connection, 1, 0) > 0) {
+        Leave();
     }
 }
 

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 
 namespace zeldlg {
@@ -74,8 +73,7 @@ void Announce(wxWindow& window, const wxString& text) {
 }
 
 wxString RuleState(const wxString& rule, bool met) {
-    return met ? FormatTranslated(CATALOGUE_KEY("Met: %s"), rule)
-               : FormatTranslated(CATALOGUE_KEY("Not met: %s"), rule);
+    return met ? FormatTranslated("Met: %s", rule) : FormatTranslated("Not met: %s", rule);
 }
 
 void TellRuleState(wxWindow& window, const wxString& rule, bool met) {

@@ -7,7 +7,6 @@
 
 #include <memory>
 
-#include "resources/catalogue_key.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
 #include "widgets/button.h"
@@ -170,7 +169,7 @@ void PadText(const wxTextCtrl& field, int pixels) {
 
 ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel) {
     const ButtonRow buttons{new Button(parent, wxID_OK, okLabel),
-                            new Button(parent, wxID_CANCEL, Translate(CATALOGUE_KEY("Cancel")))};
+                            new Button(parent, wxID_CANCEL, Translate("Cancel"))};
     buttons.ok->SetDefault();
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(buttons.ok);

@@ -8,9 +8,16 @@
 #include <string_view>
 
 #include "platform/secret.h"
-#include "widgets/accepted_text.h"
 
 namespace zeldlg {
+
+/// The characters that a PIN field takes.
+enum class Accepts { Everything, AsciiOnly };
+
+/// What goes in of `offered`, which is UTF-8: of its first line that is not empty (a PIN copied
+/// from a file or a table brings line breaks along, unseen behind the mask) the characters that
+/// the field takes. Empty when all of it is refused.
+platform::SecretBytes AcceptedText(std::string_view offered, Accepts accepts);
 
 /// A password field of the width that all PIN fields have, known to assistive technology and
 /// input methods as what it is. Whatever way a text comes (a key, a dead key, an input method, a

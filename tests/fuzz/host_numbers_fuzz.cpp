@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <memory>
 
-#include "dialogs/new_pin_rules.h"
+#include "dialogs/challenge_response.h"
 #include "fuzz_target.h"
-#include "pin/pin_length_rule.h"
+#include "pin/pin_rules.h"
 #include "policy/change_pin_rules.h"
 #include "runtime/handlers/delivery.h"
-#include "runtime/handlers/sized_text.h"
 
 namespace zeldlg::fuzz {
 

@@ -1,6 +1,6 @@
 // Any sequence of a PIN pad's reports; the row is compared with one of 15 places that are filled
 // one by one. The bytes: a report each; status words come with a length and that many characters.
-#include "pin/pin_pad_row.h"
+#include "pin/pin_pad.h"
 
 #include <string>
 

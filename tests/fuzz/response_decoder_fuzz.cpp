@@ -1,10 +1,9 @@
 // Response texts of any characters, and challenges of any bytes. Two digits make a byte whatever
 // blanks stand between; what a challenge shows reads back as its bytes.
-#include "widgets/response_decoder.h"
+#include "dialogs/challenge_response.h"
 
 #include <algorithm>
 
-#include "dialogs/challenge_text.h"
 #include "fuzz_target.h"
 #include "plain/plain_text.h"
 

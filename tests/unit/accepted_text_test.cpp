@@ -1,4 +1,4 @@
-#include "widgets/accepted_text.h"
+#include "widgets/pin_field.h"
 
 #include <gtest/gtest.h>
 

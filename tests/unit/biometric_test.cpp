@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "biometric/enrolment_hint_setting.h"
-#include "biometric/notification_texts.h"
-#include "biometric/scan_counter.h"
+#include "biometric/enrolment_hint_dialog.h"
+#include "biometric/super_token_notification_dialog.h"
 #include "support/registry_fixture.h"
 
 namespace zeldlg {

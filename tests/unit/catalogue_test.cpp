@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "resources/catalogue_check.h"
-#include "runtime/handlers/sized_text.h"
+#include "runtime/handlers/delivery.h"
 #include "support/catalogue_bytes.h"
 
 namespace zeldlg {

@@ -1,4 +1,4 @@
-#include "dialogs/key_gen_animation.h"
+#include "dialogs/key_gen_progress_dialog.h"
 
 #include <gtest/gtest.h>
 

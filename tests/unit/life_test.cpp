@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "platform/event.h"
-#include "resources/catalogue_access.h"
+#include "resources/catalogue.h"
 #include "support/registry_fixture.h"
 #include "support/time_limit.h"
 

@@ -1,5 +1,5 @@
 // Icon and buttons for each set of style flags.
-#include "dialogs/message_style.h"
+#include "dialogs/message_dialog.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,7 @@
 
 #include <string>
 
-#include "pin/pin_failure.h"
-#include "pin/pin_length_rule.h"
+#include "pin/pin_rules.h"
 #include "support/attempt_warnings.h"
 
 namespace zeldlg {

@@ -1,4 +1,4 @@
-#include "pin/pin_pad_row.h"
+#include "pin/pin_pad.h"
 
 #include <gtest/gtest.h>
 

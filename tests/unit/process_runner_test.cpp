@@ -11,7 +11,7 @@
 
 #include "registry/registry_store.h"
 #include "runtime/gui_runner.h"
-#include "runtime/handlers/handler_chain.h"
+#include "runtime/handlers/handlers.h"
 #include "runtime/wx_toolkit.h"
 
 namespace zeldlg {

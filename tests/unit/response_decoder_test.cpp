@@ -1,5 +1,5 @@
 // The response of the help desk: which texts are let in and what they decode to.
-#include "widgets/response_decoder.h"
+#include "dialogs/challenge_response.h"
 
 #include <gtest/gtest.h>
 

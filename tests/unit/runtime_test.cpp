@@ -11,9 +11,8 @@
 #include <utility>
 #include <vector>
 
-#include "runtime/current_parent.h"
 #include "runtime/gui_runner.h"
-#include "runtime/handlers/handler_chain.h"
+#include "runtime/handlers/handlers.h"
 #include "runtime/message.h"
 #include "runtime/thread.h"
 #include "runtime/wx_runner.h"

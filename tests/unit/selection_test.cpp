@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "dialogs/default_count_down.h"
-#include "dialogs/selection_texts.h"
+#include "dialogs/selection.h"
 
 namespace zeldlg {
 namespace {

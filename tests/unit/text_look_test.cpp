@@ -1,4 +1,4 @@
-#include "widgets/text_look.h"
+#include "widgets/coloured_text.h"
 
 #include <gtest/gtest.h>
 

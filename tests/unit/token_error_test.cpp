@@ -1,4 +1,4 @@
-#include "dialogs/token_error.h"
+#include "dialogs/message_boxes.h"
 
 #include <gtest/gtest.h>
 

@@ -7,9 +7,8 @@
 #include <limits>
 #include <string>
 
-#include "dialogs/challenge_text.h"
-#include "dialogs/new_pin_rules.h"
-#include "dialogs/unblock_method.h"
+#include "dialogs/challenge_response.h"
+#include "dialogs/select_unblock_method_dialog.h"
 
 namespace zeldlg {
 namespace {

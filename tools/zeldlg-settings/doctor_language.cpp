@@ -14,8 +14,8 @@
 #include "doctor.h"
 #include "registry/registry_encoding.h"
 #include "registry/settings.h"
+#include "resources/catalogue.h"
 #include "resources/catalogue_check.h"
-#include "resources/catalogue_loader.h"
 #include "resources/format_conversions.h"
 
 namespace admin {

@@ -1,5 +1,5 @@
 // Where catalogues are looked for, and which files are not opened at all.
-#include "resources/catalogue_loader.h"
+#include "resources/catalogue.h"
 
 #include <gtest/gtest.h>
 #include <wx/arrstr.h>

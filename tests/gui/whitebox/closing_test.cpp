@@ -1,6 +1,6 @@
 // How dialogs are closed by the window manager. The toolkit's own way keeps a list meanwhile; a
 // host that exits in that moment destroys it under the GUI thread, which goes on with freed memory.
-#include "widgets/closing.h"
+#include "widgets/dialog_window.h"
 
 #include <gtest/gtest.h>
 
@@ -13,10 +13,9 @@
 #include "dialogs/token_dialog.h"
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
-#include "pin/pin_entry_dialog.h"
+#include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
-#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

@@ -17,7 +17,7 @@
 #include "biometric/retry_boxes.h"
 #include "controls.h"
 #include "dialogs/message_boxes.h"
-#include "runtime/handlers/message_box_handler.h"
+#include "runtime/handlers/handlers.h"
 #include "test_app.h"
 
 namespace zeldlg {

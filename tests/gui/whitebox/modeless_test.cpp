@@ -1,5 +1,5 @@
 // What a window that only the host removes does with attempts to close it.
-#include "widgets/modeless.h"
+#include "widgets/dialog_window.h"
 
 #include <gtest/gtest.h>
 

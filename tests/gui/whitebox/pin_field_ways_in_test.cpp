@@ -11,8 +11,8 @@
 
 #include "test_app.h"
 #include "user.h"
+#include "widgets/dialog_window.h"
 #include "widgets/pin_field.h"
-#include "widgets/window_ptr.h"
 
 namespace zeldlg::test {
 

@@ -10,11 +10,11 @@
 
 #include "controls.h"
 #include "dialogs/digital_id_dialog.h"
-#include "pin/pin_entry_dialog.h"
+#include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
 #include "user.h"
-#include "widgets/window_ptr.h"
+#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 

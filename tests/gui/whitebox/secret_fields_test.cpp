@@ -6,10 +6,10 @@
 
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
-#include "pin/pin_entry_dialog.h"
+#include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
+#include "widgets/dialog_window.h"
 #include "widgets/secure_text_control.h"
-#include "widgets/window_ptr.h"
 
 namespace zeldlg {
 

@@ -29,14 +29,13 @@
 #include "dialogs/token_dialog.h"
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
-#include "pin/pin_entry_dialog.h"
 #include "pin/pin_pad_dialog.h"
+#include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
-#include "widgets/indicator.h"
-#include "widgets/rule_icon.h"
+#include "widgets/dialog_window.h"
+#include "widgets/rule_marks.h"
 #include "widgets/text_panel.h"
-#include "widgets/window_ptr.h"
 
 namespace zeldlg::test {
 
