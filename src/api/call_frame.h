@@ -3,17 +3,16 @@
 #pragma once
 
 #include <pthread.h>
+#include <wx/defs.h>
 #include <wx/string.h>
 #include <zeldlg/zeldlg.h>
 
-#include <concepts>
 #include <cstdint>
 #include <initializer_list>
 #include <type_traits>
 
 #include "resources/catalogue.h"
-#include "runtime/reply_block.h"
-#include "runtime/request_codes.h"
+#include "runtime/requests.h"
 
 namespace zeldlg::api {
 
@@ -48,67 +47,134 @@ std::invoke_result_t<Body> Guarded(std::invoke_result_t<Body> failure, const Bod
 
 /// The same for an export that returns nothing.
 template <typename Body>
-requires std::same_as < std::invoke_result_t<Body>,
-void > void Guarded(const Body& body) {
+void Guarded(const Body& body) {
     Guarded(false, [&body] {
         body();
         return true;
     });
 }
 
+/// As Guarded, for an export that sends one request. Its name, time and result are told on standard
+/// error, if that is wanted (ZELDLG_TRACE=1).
+uint32_t GuardedRequest(const char* request, uint32_t failure, uint32_t (*body)(const void*),
+                        const void* context);
+
+template <typename Body>
+uint32_t Guarded(const char* request, uint32_t failure, const Body& body) {
+    return GuardedRequest(
+        request, failure,
+        [](const void* context) -> uint32_t { return (*static_cast<const Body*>(context))(); },
+        &body);
+}
+
+bool SendPacked(uint64_t code, uint64_t param1, uint64_t param2);
+
 /// Sends a request, starting the GUI thread when there is none, and waits until it is over.
 /// Raises what its handler threw. @return Whether it was carried out.
-bool Request(RequestCode code, uint64_t param1 = 0, uint64_t param2 = 0);
-
-template <typename T>
-uint64_t Pointer(T* pointer) {
-    return reinterpret_cast<uint64_t>(pointer);
+template <typename Record, typename Reply>
+bool Send(const Request<Record, Reply>& request, std::type_identity_t<Record> record = {},
+          std::type_identity_t<Reply> reply = {}) {
+    return SendPacked(request.code, Packed(record), Packed(reply));
 }
 
 // One function for each way of deriving the result (the letter of the rule in brackets). Null
 // where a record or an output is needed gives the failure value before anything is shown.
 
-/// [A] Record and PIN or digital-ID output: confirmed or cancelled.
-uint32_t AskForPin(RequestCode code, const void* record, void* output);
-/// [A] Token list: confirmed or cancelled; the choice is stored when confirmed.
+inline uint32_t ConfirmedOrCancelled(bool confirmed) {
+    return confirmed ? ZELDLG_OK : ZELDLG_CANCELLED;
+}
+
+/// [A] Confirmed or cancelled.
+template <typename Output>
+uint32_t ResultOf(const PinReply<Output>& reply) {
+    return ConfirmedOrCancelled(reply.returnCode == wxID_OK);
+}
+
+/// [E] Confirmed, cancelled, or failed when something did not fit.
+template <typename Output>
+uint32_t ResultOf(const ChangeReply<Output>& reply) {
+    return reply.returnCode == kNotDelivered ? ZELDLG_FAILED
+                                             : ConfirmedOrCancelled(reply.returnCode == wxID_OK);
+}
+
+/// [A], [E] Record and output, as the kind of the reply has it.
+template <typename Record, typename Reply>
+uint32_t Ask(const Request<Record, Reply*>& request, std::type_identity_t<Record> record,
+             typename Reply::Output* output) {
+    return Guarded(request.name, ZELDLG_FAILED, [&] {
+        Reply reply{};
+        reply.output = output;
+        const bool carriedOut =
+            record != nullptr && output != nullptr && Send(request, record, &reply);
+        return carriedOut ? ResultOf(reply) : ZELDLG_FAILED;
+    });
+}
+
+/// [A] Token list: the choice is stored when confirmed.
 uint32_t SelectToken(const TokenChoiceList* list, uint64_t* identifier);
+
+/// As [E], but nothing can fail to fit; method and algorithm are stored when confirmed.
+uint32_t SelectUnblockMethod(const UnblockMethodRequest& record, uint32_t* method,
+                             uint32_t* algorithm);
+
 /// [B] Carried out or not.
-uint32_t Notify(RequestCode code, uint64_t param1 = 0);
+template <typename Record>
+uint32_t Notify(const Request<Record, Nothing>& request, std::type_identity_t<Record> record = {}) {
+    return Guarded(request.name, ZELDLG_FAILED,
+                   [&] { return Send(request, record) ? ZELDLG_OK : ZELDLG_FAILED; });
+}
+
 /// [B] Several requests, each only if the one before was carried out; stores 1 through `shown`
 /// when all were.
-uint32_t NotifyShown(std::initializer_list<RequestCode> codes, uint64_t* shown);
+uint32_t NotifyShown(std::initializer_list<Notice> requests, uint64_t* shown);
+
 /// [C] The result that the handler wrote.
-uint32_t GetText(RequestCode code, const void* source, void* buffer, uint32_t* size);
+template <typename Record, typename Unit>
+uint32_t GetText(const Request<Record, TranslationReply<Unit>*>& request,
+                 std::type_identity_t<Record> source, std::type_identity_t<Unit>* buffer,
+                 uint32_t* size) {
+    return Guarded(request.name, ZELDLG_FAILED, [&] {
+        TranslationReply<Unit> reply{.size = size, .buffer = buffer, .result = ZELDLG_FAILED};
+        return size != nullptr && Send(request, source, &reply) ? reply.result : ZELDLG_FAILED;
+    });
+}
+
 /// [D] The inverted answer byte.
-uint32_t AskForRetry(RequestCode code, uint64_t param1 = 0);
-/// [E] Record and buffers: confirmed, cancelled, or failed when something did not fit.
-uint32_t AskForChange(RequestCode code, const void* record, void* buffers);
-/// As [E], but nothing can fail to fit; method and algorithm are stored when confirmed.
-uint32_t SelectUnblockMethod(const UnblockMethodRequest& request, uint32_t* method,
-                             uint32_t* algorithm);
+template <typename Record>
+uint32_t AskForRetry(const Request<Record, bool*>& request,
+                     std::type_identity_t<Record> record = {}) {
+    return Guarded(request.name, ZELDLG_FAILED, [&] {
+        bool answer = false;
+        if (!Send(request, record, &answer)) {
+            return ZELDLG_FAILED;
+        }
+        return answer ? 0U : 1U;
+    });
+}
+
 /// [F] 1 when carried out.
-uint32_t ShowPinPad(RequestCode code, void** handle, uint8_t allowAbort);
+uint32_t ShowPinPad(const PadRequest& request, void** handle, uint8_t allowAbort);
 /// Nothing is reported.
-void TellPinPad(RequestCode code, void* handle);
+void TellPinPad(const PadReport& request, const void* handle);
 /// The answer byte that the handler wrote.
-uint32_t AskPinPad(RequestCode code, void* handle);
+uint32_t AskPinPad(const Request<const void*, bool*>& request, const void* handle);
 
 /// Starts the GUI thread, and with it the catalogue, unless it is there.
 void StartTexts();
-/// Sends a composed text as a box of the given kind. @return Confirmed or cancelled.
-uint32_t SendPrompt(RequestCode code, const wxString& text);
+/// Sends a composed text. @return Confirmed or cancelled.
+uint32_t SendPrompt(const BoxRequest& request, const wxString& text);
 
 /// A question or notice whose text is composed on the calling thread.
 /// @param composeText Returns the text, translated.
 template <typename Compose>
-uint32_t Ask(RequestCode code, const Compose& composeText) {
-    return Guarded(ZELDLG_FAILED, [&] {
+uint32_t Prompt(const BoxRequest& request, const Compose& composeText) {
+    return Guarded(request.name, ZELDLG_FAILED, [&] {
         StartTexts();
         const wxString text = [&composeText] {
             const CatalogueReader catalogueReader;
             return composeText();
         }();
-        return SendPrompt(code, text);
+        return SendPrompt(request, text);
     });
 }
 

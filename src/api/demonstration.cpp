@@ -17,9 +17,9 @@ constexpr int kPauseAfterShow = 500;
 constexpr int kPauseAfterDigit = 300;
 constexpr uint32_t kBufferSize = 9;
 
-void RepeatWithPauses(RequestCode code) {
+void RepeatWithPauses(const PadReport& report) {
     for (int i = 0; i < kDigits; ++i) {
-        Request(code);
+        Send(report);
         wxSleep(kPauseAfterDigit);
     }
 }
@@ -33,8 +33,8 @@ void ShowFakeTokenPinDialog() {
                                    .noFailure = 1,
                                    .finalTry = 1,
                                    .failedEarlier = 0};
-    PinReply reply{.extra = Pointer(&pin), .returnCode = 0};
-    Request(kShowPin, Pointer(&request), Pointer(&reply));
+    PinReply<PinBuffer> reply{.output = &pin, .returnCode = 0};
+    Send(kShowPin, &request, &reply);
 }
 
 }  // namespace
@@ -42,14 +42,14 @@ void ShowFakeTokenPinDialog() {
 void RunDemonstration() {
     GetGuiRunner();
     void* handle = nullptr;
-    Request(kPinPadShowModification, 1, Pointer(&handle));
+    Send(kPinPadShowModification, true, &handle);
     wxSleep(kPauseAfterShow);
-    Request(kPinPadShowModification, 1, Pointer(&handle));
+    Send(kPinPadShowModification, true, &handle);
     for (int round = 0; round < 2; ++round) {
         RepeatWithPauses(kPinPadAddChar);
         RepeatWithPauses(kPinPadDelChar);
     }
-    Request(kPinPadHide);
+    Send(kPinPadHide);
     ShowFakeTokenPinDialog();
 }
 

@@ -1,5 +1,5 @@
-// The exported functions: a table of request codes and result rules. See call_frame.h for what
-// each rule does.
+// The exported functions: a table of requests and result rules. See requests.h for what travels
+// with a request, call_frame.h for what each rule does.
 #include <zeldlg/zeldlg.h>
 
 #include "api/call_frame.h"
@@ -7,7 +7,6 @@
 #include "api/prompt_texts.h"
 #include "resources/texts.h"
 #include "runtime/gui_runner.h"
-#include "runtime/reply_block.h"
 
 using namespace zeldlg;
 using namespace zeldlg::api;
@@ -15,25 +14,25 @@ using namespace zeldlg::api;
 // PIN entry
 
 uint32_t DLG_ShowPinDialog(const PinDialogRequest* request, PinBuffer* pin) {
-    return AskForPin(kShowPin, request, pin);
+    return Ask(kShowPin, request, pin);
 }
 
 uint32_t DLG_ShowPinDialogEx(const PinDialogRequestEx* request, PinBuffer* pin) {
-    return AskForPin(kShowPinEx, request, pin);
+    return Ask(kShowPinEx, request, pin);
 }
 
 uint32_t DLG_ShowLegalPinDialog(const PinDialogRequest* request, PinBuffer* pin) {
-    return AskForPin(kShowLegalPin, request, pin);
+    return Ask(kShowLegalPin, request, pin);
 }
 
 uint32_t DLG_ShowLegalPinDialogEx(const PinDialogRequestEx* request, PinBuffer* pin) {
-    return AskForPin(kShowLegalPinEx, request, pin);
+    return Ask(kShowLegalPinEx, request, pin);
 }
 
 // Selection
 
 uint32_t DLG_ShowDigitalIDSelection(const DigitalIdChoice* choice, DigitalIdResult* result) {
-    return AskForPin(kSelectDigitalId, choice, result);
+    return Ask(kSelectDigitalId, choice, result);
 }
 
 uint32_t DLG_ShowTokenSelectionDialog(const TokenChoiceList* list, uint64_t* identifier) {
@@ -43,25 +42,25 @@ uint32_t DLG_ShowTokenSelectionDialog(const TokenChoiceList* list, uint64_t* ide
 // Change of PIN and PUK, unblocking
 
 uint32_t DLG_ShowUnblockThroughPUK(const PinChangeRequest* request, PinChangeBuffers* buffers) {
-    return AskForChange(kUnblockThroughPuk, request, buffers);
+    return Ask(kUnblockThroughPuk, request, buffers);
 }
 
 uint32_t DLG_ShowChangeTransportPIN(const PinChangeRequest* request, PinChangeBuffers* buffers) {
-    return AskForChange(kChangeTransportPin, request, buffers);
+    return Ask(kChangeTransportPin, request, buffers);
 }
 
 uint32_t DLG_ShowChangePinDialog(const PinChangeRequest* request, PinChangeBuffers* buffers) {
-    return AskForChange(kChangePin, request, buffers);
+    return Ask(kChangePin, request, buffers);
 }
 
 uint32_t DLG_ShowChangePolicedPinDialog_func(const PolicedPinChangeRequest* request,
                                              PinChangeBuffers* buffers) {
-    return AskForChange(kChangePolicedPin, request, buffers);
+    return Ask(kChangePolicedPin, request, buffers);
 }
 
 uint32_t DLG_ShowUnblockThroughCR(const ChallengeResponseRequest* request,
                                   ChallengeResponseBuffers* buffers) {
-    return AskForChange(kUnblockThroughCr, request, buffers);
+    return Ask(kUnblockThroughCr, request, buffers);
 }
 
 uint32_t DLG_ShowSelectUnblockMethod(int32_t pukOffered, const uint32_t* algorithms,
@@ -76,13 +75,13 @@ uint32_t DLG_ShowSelectUnblockMethod(int32_t pukOffered, const uint32_t* algorit
 // Notices and questions
 
 uint32_t DLG_ShowLockedDialog(const char* tokenLabel) {
-    return tokenLabel != nullptr ? Notify(kTokenLocked, Pointer(tokenLabel)) : ZELDLG_FAILED;
+    return tokenLabel != nullptr ? Notify(kTokenLocked, tokenLabel) : ZELDLG_FAILED;
 }
 
 uint32_t DLG_ShowConfirmDeleteCertificate(const char* applicationName, const char* tokenLabel,
                                           const char* issuedTo, const char* issuedBy,
                                           const char* validFrom, const char* validTo) {
-    return Ask(kQuestionBox, [&] {
+    return Prompt(kQuestionBox, [&] {
         return ConfirmDeleteCertificateText({.applicationName = HostTextOrLocale(applicationName),
                                              .tokenLabel = HostTextOrLocale(tokenLabel),
                                              .issuedTo = HostText(issuedTo),
@@ -92,21 +91,19 @@ uint32_t DLG_ShowConfirmDeleteCertificate(const char* applicationName, const cha
     });
 }
 
-uint32_t DLG_ShowUnlockTokenDialog() { return Ask(kQuestionBox, UnlockTokenText); }
+uint32_t DLG_ShowUnlockTokenDialog() { return Prompt(kQuestionBox, UnlockTokenText); }
 
-uint32_t DLG_AskChangeTransportPIN() { return Ask(kQuestionBox, ChangeTransportPinText); }
+uint32_t DLG_AskChangeTransportPIN() { return Prompt(kQuestionBox, ChangeTransportPinText); }
 
 uint32_t DLG_AskEarlyUnexpirePin(uint32_t days) {
-    return Ask(kQuestionBox, [days] { return EarlyUnexpirePinText(days); });
+    return Prompt(kQuestionBox, [days] { return EarlyUnexpirePinText(days); });
 }
 
-uint32_t DLG_ShowCRUnblockFailed() { return Ask(kErrorBox, UnblockFailedText); }
+uint32_t DLG_ShowCRUnblockFailed() { return Prompt(kErrorBox, UnblockFailedText); }
 
-uint32_t DLG_ShowPUKIsLocked() { return Ask(kErrorBox, PukLockedText); }
+uint32_t DLG_ShowPUKIsLocked() { return Prompt(kErrorBox, PukLockedText); }
 
-uint32_t DLG_ShowSupertokenError(uint64_t code) {
-    return AskForRetry(kBiometricError, Pointer(&code));
-}
+uint32_t DLG_ShowSupertokenError(uint64_t code) { return AskForRetry(kBiometricError, &code); }
 
 uint32_t DLG_AuthFailRetryDialog() { return AskForRetry(kAuthenticationRetry); }
 
@@ -183,7 +180,7 @@ uint32_t DLG_GetTranslationUTF16(const wchar_t* source, wchar_t* buffer, uint32_
 }
 
 uint32_t DLG_GetLocale(wchar_t* buffer, uint32_t* size) {
-    return GetText(kGetLocale, nullptr, buffer, size);
+    return GetText(kGetLocale, {}, buffer, size);
 }
 
 // Library

@@ -18,18 +18,9 @@ public:
     virtual ~CMessage();
 
     uint64_t Code() const { return m_code; }
+    /// What they are for which code: requests.h.
     uint64_t Param1() const { return m_param1; }
     uint64_t Param2() const { return m_param2; }
-
-    /// The parameters as the pointers that most requests carry.
-    template <typename T>
-    T* Param1As() const {
-        return reinterpret_cast<T*>(m_param1);
-    }
-    template <typename T>
-    T* Param2As() const {
-        return reinterpret_cast<T*>(m_param2);
-    }
 
     /// GUI thread: the request is over. `error` is what its handler threw, or null; WaitDone
     /// raises it on the caller's thread.

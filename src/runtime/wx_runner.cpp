@@ -12,6 +12,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/scope_exit.h"
+
 namespace zeldlg {
 
 wxWindow* g_currentParent = nullptr;
@@ -41,33 +43,6 @@ void PassLoader() {
         dlclose(program);
     }
 }
-
-class InToolkit {
-public:
-    explicit InToolkit(Toolkit& toolkit) : m_toolkit(toolkit) {
-        if (!toolkit.Enter()) {
-            throw std::runtime_error("the toolkit cannot be used now");
-        }
-    }
-    ~InToolkit() { m_toolkit.Leave(); }
-    InToolkit(const InToolkit&) = delete;
-    InToolkit& operator=(const InToolkit&) = delete;
-
-private:
-    Toolkit& m_toolkit;
-};
-
-// A handler's change of the current parent lasts until its own request returns.
-class KeepCurrentParent {
-public:
-    KeepCurrentParent() = default;
-    ~KeepCurrentParent() { g_currentParent = m_parent; }
-    KeepCurrentParent(const KeepCurrentParent&) = delete;
-    KeepCurrentParent& operator=(const KeepCurrentParent&) = delete;
-
-private:
-    wxWindow* const m_parent = g_currentParent;
-};
 
 }  // namespace
 
@@ -196,8 +171,12 @@ void CWXRunner::Dispatch(CMessage& message) {
     std::exception_ptr error;
     m_served = &message;
     try {
-        const InToolkit inToolkit(*m_toolkit);
-        const KeepCurrentParent keepCurrentParent;
+        if (!m_toolkit->Enter()) {
+            throw std::runtime_error("the toolkit cannot be used now");
+        }
+        const platform::ScopeExit leave([this] { m_toolkit->Leave(); });
+        // A handler's change of it lasts until its own request returns.
+        const platform::ScopeExit keep([parent = g_currentParent] { g_currentParent = parent; });
         static_cast<void>(
             std::any_of(m_handlers.begin(), m_handlers.end(),
                         [&message](RequestHandler handler) { return handler(&message); }));

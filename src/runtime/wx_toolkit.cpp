@@ -16,6 +16,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "platform/scope_exit.h"
 #include "resources/catalogue.h"
 #include "runtime/dll_app.h"
 #include "runtime/life.h"
@@ -52,67 +53,16 @@ void GiveMessagesBack() {
     delete wxLog::SetActiveTarget(nullptr);
 }
 
-// A start that fails leaves them.
-class CleanUp {
-public:
-    CleanUp() = default;
-    ~CleanUp() {
-        if (!m_dismissed) {
-            wxImage::CleanUpHandlers();
-            GiveMessagesBack();
-        }
-    }
-    CleanUp(const CleanUp&) = delete;
-    CleanUp& operator=(const CleanUp&) = delete;
-    void Dismiss() { m_dismissed = true; }
-
-private:
-    bool m_dismissed = false;
-};
-
-class DefaultContext {
-public:
-    DefaultContext() = default;
-    ~DefaultContext() {
-        if (m_acquired) {
-            g_main_context_release(nullptr);
-        }
-    }
-    DefaultContext(const DefaultContext&) = delete;
-    DefaultContext& operator=(const DefaultContext&) = delete;
-    bool IsAcquired() const { return m_acquired; }
-
-private:
-    bool m_acquired = g_main_context_acquire(nullptr) != FALSE;
-};
-
-// While it lives the toolkit creates our application object; afterwards the host's own.
-class ApplicationFactory {
-public:
-    ApplicationFactory() { wxApp::SetInitializerFunction(CreateApplication); }
-    ~ApplicationFactory() { wxApp::SetInitializerFunction(m_previous); }
-    ApplicationFactory(const ApplicationFactory&) = delete;
-    ApplicationFactory& operator=(const ApplicationFactory&) = delete;
-
-private:
-    wxAppInitializerFunction m_previous = wxApp::GetInitializerFunction();
-};
-
-// The toolkit's start sets SIGPIPE to be ignored, for the whole process.
-class KeepPipeSignal {
-public:
-    KeepPipeSignal() { sigaction(SIGPIPE, nullptr, &m_disposition); }
-    ~KeepPipeSignal() { sigaction(SIGPIPE, &m_disposition, nullptr); }
-    KeepPipeSignal(const KeepPipeSignal&) = delete;
-    KeepPipeSignal& operator=(const KeepPipeSignal&) = delete;
-
-private:
-    struct sigaction m_disposition {};
-};
-
+// While it runs the toolkit creates our application object; afterwards the host's own. It sets
+// SIGPIPE to be ignored, for the whole process.
 bool StartWx() {
-    const KeepPipeSignal keepPipeSignal;
-    const ApplicationFactory factory;
+    struct sigaction pipe {};
+    sigaction(SIGPIPE, nullptr, &pipe);
+    const platform::ScopeExit restorePipe([&pipe] { sigaction(SIGPIPE, &pipe, nullptr); });
+    const wxAppInitializerFunction previous = wxApp::GetInitializerFunction();
+    wxApp::SetInitializerFunction(CreateApplication);
+    const platform::ScopeExit restoreFactory(
+        [previous] { wxApp::SetInitializerFunction(previous); });
     int argumentCount = 0;
     return wxEntryStart(argumentCount, static_cast<wxChar**>(nullptr));
 }
@@ -136,7 +86,7 @@ void StopWx() {
 const std::function<void()>* g_leave = nullptr;
 XIOErrorHandler g_previous = nullptr;
 
-void Leave() {
+void TellLoss() {
     static_cast<void>(fprintf(stderr, "zeldlg: the connection to the display is lost\n"));
     (*g_leave)();
 }
@@ -145,7 +95,7 @@ int OnDisplayLost(Display* display) {
     if (ProcessLife().IsOwnThread()) {
         // Xlib holds it around this call. Libraries that clean up when the process exits need it.
         XUnlockDisplay(display);
-        Leave();
+        TellLoss();
     }
     return g_previous != nullptr ? g_previous(display) : 0;
 }
@@ -171,7 +121,7 @@ void LookAfterDisplay() {
     }
     pollfd connection{wl_display_get_fd(gdk_wayland_display_get_wl_display(display)), 0, 0};
     if (poll(&connection, 1, 0) > 0) {
-        Leave();
+        TellLoss();
     }
 }
 
@@ -206,21 +156,26 @@ void WxToolkit::SourceDestroyer::operator()(GSource* source) const {
 }
 
 bool WxToolkit::Start(const std::function<void()>& leave) {
-    const DefaultContext context;
-    if (!context.IsAcquired() || wxAppConsole::GetInstance() != nullptr) {
+    if (wxAppConsole::GetInstance() != nullptr || !Enter()) {
         return false;
     }
+    const platform::ScopeExit release([this] { Leave(); });
     WatchDisplay(leave);
     SendMessagesToStandardError();
-    CleanUp cleanUp;
-    if (!StartWx()) {
-        return false;
+    bool started = false;
+    const platform::ScopeExit cleanUp([&started] {
+        if (!started) {
+            wxImage::CleanUpHandlers();
+            GiveMessagesBack();
+        }
+    });
+    started = StartWx();
+    if (started) {
+        m_watch.reset(g_source_new(&g_watch, sizeof(GSource)));
+        g_source_set_priority(m_watch.get(), G_PRIORITY_HIGH);
+        g_source_attach(m_watch.get(), nullptr);
     }
-    cleanUp.Dismiss();
-    m_watch.reset(g_source_new(&g_watch, sizeof(GSource)));
-    g_source_set_priority(m_watch.get(), G_PRIORITY_HIGH);
-    g_source_attach(m_watch.get(), nullptr);
-    return true;
+    return started;
 }
 
 bool WxToolkit::Iterate() {

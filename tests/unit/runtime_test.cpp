@@ -80,11 +80,16 @@ std::unique_ptr<GuiRunner> MakeRunner(Script& script, const std::vector<RequestH
                                        handlers);
 }
 
+template <typename T>
+T* As(uint64_t parameter) {
+    return reinterpret_cast<T*>(parameter);
+}
+
 bool AddOne(CMessage* message) {
     if (message->Code() != 1) {
         return false;
     }
-    ++*message->Param2As<uint64_t>();
+    ++*As<uint64_t>(message->Param2());
     return true;
 }
 
@@ -97,7 +102,7 @@ bool Throw(CMessage* message) {
 
 // Takes every code: what comes behind it sees only what was not taken before.
 bool MarkUntaken(CMessage* message) {
-    *message->Param2As<uint64_t>() = 99;
+    *As<uint64_t>(message->Param2()) = 99;
     return true;
 }
 
@@ -303,7 +308,7 @@ Staying& MakeStaying(
 
 bool LoseDisplayWhileServing(CMessage* message) {
     if (message->Code() == 3) {
-        message->Param1As<Script>()->leave();
+        As<Script>(message->Param1())->leave();
     }
     return false;
 }
@@ -360,7 +365,7 @@ TEST(Runner, ADisplayThatIsLostDuringTheEndEndsTheWaitForIt) {
 
 bool ServeUntilParked(CMessage* message) {
     if (message->Code() == 3) {
-        auto& life = *message->Param1As<Life>();
+        auto& life = *As<Life>(message->Param1());
         for (;;) {
             life.ParkAtExit();  // as a dialog's own loop does
         }
@@ -441,7 +446,7 @@ TEST(Runner, EightThreadsEachGetTheirOwnAnswer) {
 
 // Appends param1 to the list that param2 points to.
 bool RecordOrder(CMessage* message) {
-    message->Param2As<std::vector<uint64_t>>()->push_back(message->Param1());
+    As<std::vector<uint64_t>>(message->Param2())->push_back(message->Param1());
     return true;
 }
 
@@ -475,7 +480,7 @@ TEST(Runner, RequestsAreServedInTheOrderInWhichTheyWereQueuedWithoutAnotherSetti
 
 // Stores the current parent through param2 and puts another in its place.
 bool ChangeParent(CMessage* message) {
-    *message->Param2As<wxWindow*>() =
+    *As<wxWindow*>(message->Param2()) =
         std::exchange(g_currentParent, reinterpret_cast<wxWindow*>(message->Param1()));
     return true;
 }
@@ -556,7 +561,7 @@ struct Chain {
 };
 
 bool ServeChain(CMessage* message) {
-    auto& chain = *message->Param1As<Chain>();
+    auto& chain = *As<Chain>(message->Param1());
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
     if (--chain.left > 0) {
         chain.SendNext();
@@ -600,7 +605,7 @@ TEST(Runner, WindowsThatHaveMuchToDoTakeTurnsWithRequests) {
 }
 
 bool RecordSignalMask(CMessage* message) {
-    pthread_sigmask(SIG_BLOCK, nullptr, message->Param2As<sigset_t>());
+    pthread_sigmask(SIG_BLOCK, nullptr, As<sigset_t>(message->Param2()));
     return true;
 }
 

@@ -11,8 +11,7 @@
 #include "registry/registry_store.h"
 #include "registry/registry_value.h"
 #include "runtime/gui_runner.h"
-#include "runtime/reply_block.h"
-#include "runtime/request_codes.h"
+#include "runtime/requests.h"
 #include "runtime/wx_runner.h"
 
 namespace zeldlg {

@@ -5,16 +5,14 @@
 #include "runtime/handlers/delivery.h"
 #include "runtime/handlers/handlers.h"
 #include "runtime/handlers/policy_wire.h"
-#include "runtime/reply_block.h"
-#include "runtime/request_codes.h"
 #include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
 namespace {
 
-template <typename Request>
-ChangePinPrompt PromptOf(const Request& request, const ChangePinFlags& flags) {
+template <typename Record>
+ChangePinPrompt PromptOf(const Record& request, const ChangePinFlags& flags) {
     const LengthBounds bounds{.min = request.minLength, .max = request.maxLength};
     return {.tokenLabel = HostText(request.tokenLabel),
             .mode = SelectMode(flags),
@@ -27,14 +25,12 @@ ChangePinPrompt PromptOf(const Request& request, const ChangePinFlags& flags) {
 }
 
 // kept: the transport flag is set for every request, so that "Change PIN" is never the title.
-ChangePinPrompt PlainPrompt(const CMessage& message, bool unlock) {
-    const auto& request = *message.Param1As<const PinChangeRequest>();
+ChangePinPrompt PlainPrompt(const PinChangeRequest& request, bool unlock) {
     return PromptOf(request,
                     {.changePuk = request.changePuk != 0, .unlock = unlock, .transport = true});
 }
 
-ChangePinPrompt PolicedPrompt(const CMessage& message) {
-    const auto& request = *message.Param1As<const PolicedPinChangeRequest>();
+ChangePinPrompt PolicedPrompt(const PolicedPinChangeRequest& request) {
     ChangePinPrompt prompt = PromptOf(request, {.changePuk = request.changePuk != 0,
                                                 .unlock = false,
                                                 .transport = true,
@@ -66,31 +62,31 @@ int32_t DeliverChange(const CChangePinDialog& dialog, PinChangeBuffers& buffers)
     return wxID_OK;
 }
 
-bool Serve(const CMessage& message, const ChangePinPrompt& prompt) {
-    auto& reply = *message.Param2As<ChangeReply>();
+void Show(const ChangePinPrompt& prompt, ChangeReply<PinChangeBuffers>& reply) {
     const auto dialog = MakeWindow<CChangePinDialog>(g_currentParent, prompt);
     reply.returnCode = dialog->ShowModal();
     if (reply.returnCode == wxID_OK) {
-        reply.returnCode =
-            DeliverChange(*dialog, *reinterpret_cast<PinChangeBuffers*>(reply.extra));
+        reply.returnCode = DeliverChange(*dialog, *reply.output);
     }
-    return true;
+}
+
+template <bool kUnlock>
+void Change(const PinChangeRequest* request, ChangeReply<PinChangeBuffers>* reply) {
+    Show(PlainPrompt(*request, kUnlock), *reply);
+}
+
+void ChangePoliced(const PolicedPinChangeRequest* request, ChangeReply<PinChangeBuffers>* reply) {
+    Show(PolicedPrompt(*request), *reply);
 }
 
 }  // namespace
 
+// kept: the request to change a transport PIN is the one that has the unlock flag.
 bool HandleChangePin(CMessage* message) {
-    switch (message->Code()) {
-        case kUnblockThroughPuk:  // kept: it is the next request that has the unlock flag
-        case kChangePin:
-            return Serve(*message, PlainPrompt(*message, false));
-        case kChangeTransportPin:
-            return Serve(*message, PlainPrompt(*message, true));
-        case kChangePolicedPin:
-            return Serve(*message, PolicedPrompt(*message));
-        default:
-            return false;
-    }
+    return Serve(kUnblockThroughPuk, *message, Change<false>) ||
+           Serve(kChangeTransportPin, *message, Change<true>) ||
+           Serve(kChangePin, *message, Change<false>) ||
+           Serve(kChangePolicedPin, *message, ChangePoliced);
 }
 
 }  // namespace zeldlg

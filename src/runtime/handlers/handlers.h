@@ -3,10 +3,24 @@
 #pragma once
 
 #include <span>
+#include <tuple>
 
+#include "runtime/requests.h"
 #include "runtime/wx_runner.h"
 
 namespace zeldlg {
+
+/// Serves a message that is such a request: calls `body` with what the handler of one reads and
+/// writes. @return Whether it is one.
+template <typename Record, typename Reply, typename Body>
+bool Serve(const Request<Record, Reply>& request, const CMessage& message, const Body& body) {
+    if (message.Code() != request) {
+        return false;
+    }
+    std::apply(body, std::tuple_cat(Unpacked<Record>(message.Param1()),
+                                    Unpacked<Reply>(message.Param2())));
+    return true;
+}
 
 bool HandleMessageBox(CMessage* message);
 /// The fingerprint token's window: modeless, it lives across requests.

@@ -5,8 +5,6 @@
 #include "resources/texts.h"
 #include "runtime/handlers/delivery.h"
 #include "runtime/handlers/handlers.h"
-#include "runtime/reply_block.h"
-#include "runtime/request_codes.h"
 #include "widgets/dialog_window.h"
 
 namespace zeldlg {
@@ -34,42 +32,27 @@ int32_t DeliverPin(const platform::SecretBytes& pin, PinBuffer& buffer) {
     return wxID_OK;
 }
 
-template <typename Dialog, typename Request>
-bool ServePinDialog(const CMessage& message) {
-    const Request& request = *message.Param1As<const Request>();
-    auto& reply = *message.Param2As<PinReply>();
+template <typename Dialog, typename Record>
+void AskPin(const Record* record, PinReply<PinBuffer>* reply) {
     const auto dialog = MakeWindow<Dialog>(
-        g_currentParent, HostText(request.tokenLabel),
-        PinLengthRule(request.minPinLength, request.maxPinLength), FailureOf(request));
-    reply.returnCode = dialog->ShowModal();
-    if (reply.returnCode == wxID_OK) {
-        reply.returnCode = DeliverPin(dialog->GetPin(), *reinterpret_cast<PinBuffer*>(reply.extra));
+        g_currentParent, HostText(record->tokenLabel),
+        PinLengthRule(record->minPinLength, record->maxPinLength), FailureOf(*record));
+    reply->returnCode = dialog->ShowModal();
+    if (reply->returnCode == wxID_OK) {
+        reply->returnCode = DeliverPin(dialog->GetPin(), *reply->output);
     }
-    return true;
 }
 
 }  // namespace
 
 bool HandlePinEntry(CMessage* message) {
-    switch (message->Code()) {
-        case kShowPin:
-            return ServePinDialog<CPinEntryDialog, PinDialogRequest>(*message);
-        case kShowPinEx:
-            return ServePinDialog<CPinEntryDialog, PinDialogRequestEx>(*message);
-        default:
-            return false;
-    }
+    return Serve(kShowPin, *message, AskPin<CPinEntryDialog, PinDialogRequest>) ||
+           Serve(kShowPinEx, *message, AskPin<CPinEntryDialog, PinDialogRequestEx>);
 }
 
 bool HandleLegalPin(CMessage* message) {
-    switch (message->Code()) {
-        case kShowLegalPin:
-            return ServePinDialog<CLegalSignatureDialog, PinDialogRequest>(*message);
-        case kShowLegalPinEx:
-            return ServePinDialog<CLegalSignatureDialog, PinDialogRequestEx>(*message);
-        default:
-            return false;
-    }
+    return Serve(kShowLegalPin, *message, AskPin<CLegalSignatureDialog, PinDialogRequest>) ||
+           Serve(kShowLegalPinEx, *message, AskPin<CLegalSignatureDialog, PinDialogRequestEx>);
 }
 
 }  // namespace zeldlg

@@ -1,11 +1,9 @@
 #include <algorithm>
-#include <iterator>
 #include <vector>
 
 #include "pin/pin_pad_dialog.h"
 #include "resources/texts.h"
 #include "runtime/handlers/handlers.h"
-#include "runtime/request_codes.h"
 #include "widgets/dialog_window.h"
 
 namespace zeldlg {
@@ -13,7 +11,7 @@ namespace zeldlg {
 namespace {
 
 struct Kind {
-    uint64_t code;
+    PadRequest request;
     bool verification;
     bool legal;
     bool withPinRow;
@@ -34,28 +32,26 @@ CPinPadDialog* FindPad(const void* handle) {
     return found != pads.end() ? *found : nullptr;
 }
 
-void Show(const CMessage& message, const Kind& kind) {
+void Show(const Kind& kind, bool allowAbort, void** handle) {
     const std::vector<CPinPadDialog*> others = LiveWindows<CPinPadDialog>();
-    auto* const pad = new CPinPadDialog({.allowAbort = static_cast<uint8_t>(message.Param1()) != 0,
+    auto* const pad = new CPinPadDialog({.allowAbort = allowAbort,
                                          .verification = kind.verification,
                                          .legal = kind.legal,
                                          .withPinRow = kind.withPinRow});
     pad->StandBeside(others);
-    *message.Param2As<void*>() = pad;
+    *handle = pad;
     pad->Show(true);
 }
 
-void Hide(CPinPadDialog& pad) { RemoveWindow(pad); }
-
 void ShowStatus(CPinPadDialog& pad, const char* english) { pad.ShowStatus(Translate(english)); }
 
-struct Order {
-    uint64_t code;
+struct Report {
+    PadReport request;
     void (*carryOut)(CPinPadDialog& pad);
 };
 
-constexpr Order kOrders[] = {
-    {kPinPadHide, Hide},
+constexpr Report kReports[] = {
+    {kPinPadHide, [](CPinPadDialog& pad) { RemoveWindow(pad); }},
     {kPinPadNextPin, [](CPinPadDialog& pad) { pad.NextStep(); }},
     {kPinPadCancel, [](CPinPadDialog& pad) { ShowStatus(pad, CATALOGUE_KEY("Cancel Pressed")); }},
     {kPinPadTimeout, [](CPinPadDialog& pad) { ShowStatus(pad, CATALOGUE_KEY("Timer Expired")); }},
@@ -65,41 +61,35 @@ constexpr Order kOrders[] = {
     {kPinPadClearChars, [](CPinPadDialog& pad) { pad.ClearChars(); }},
 };
 
-void AnswerAbort(const CMessage& message) {
-    const CPinPadDialog* const pad = FindPad(message.Param1As<const void>());
-    if (pad != nullptr) {
-        *message.Param2As<bool>() = pad->IsAbortRequested();
+void AnswerAbort(const void* handle, bool* answer) {
+    if (const CPinPadDialog* const pad = FindPad(handle); pad != nullptr) {
+        *answer = pad->IsAbortRequested();
     }
 }
 
-template <typename Entry, size_t kSize>
-const Entry* FindCode(const Entry (&table)[kSize], uint64_t code) {
-    const auto* const found =
-        std::find_if(std::begin(table), std::end(table),
-                     [code](const Entry& entry) { return entry.code == code; });
-    return found != std::end(table) ? found : nullptr;
+bool ShowsPad(const CMessage& message) {
+    return std::any_of(std::begin(kKinds), std::end(kKinds), [&message](const Kind& kind) {
+        return Serve(kind.request, message,
+                     [&kind](bool allowAbort, void** handle) { Show(kind, allowAbort, handle); });
+    });
+}
+
+bool ReportsToPad(const CMessage& message) {
+    return std::any_of(std::begin(kReports), std::end(kReports), [&message](const Report& report) {
+        return Serve(report.request, message, [&report](const void* handle) {
+            if (CPinPadDialog* const pad = FindPad(handle); pad != nullptr) {
+                report.carryOut(*pad);
+            }
+        });
+    });
 }
 
 }  // namespace
 
 // A call with a handle that is not that of a live pad is carried out without effect.
 bool HandlePinPad(CMessage* message) {
-    if (const Kind* const kind = FindCode(kKinds, message->Code()); kind != nullptr) {
-        Show(*message, *kind);
-        return true;
-    }
-    if (message->Code() == kPinPadShouldAbort) {
-        AnswerAbort(*message);
-        return true;
-    }
-    const Order* const order = FindCode(kOrders, message->Code());
-    if (order == nullptr) {
-        return false;
-    }
-    if (CPinPadDialog* const pad = FindPad(message->Param1As<const void>()); pad != nullptr) {
-        order->carryOut(*pad);
-    }
-    return true;
+    return ShowsPad(*message) || ReportsToPad(*message) ||
+           Serve(kPinPadShouldAbort, *message, AnswerAbort);
 }
 
 }  // namespace zeldlg

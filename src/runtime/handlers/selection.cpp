@@ -7,8 +7,6 @@
 #include "dialogs/token_dialog.h"
 #include "resources/texts.h"
 #include "runtime/handlers/handlers.h"
-#include "runtime/reply_block.h"
-#include "runtime/request_codes.h"
 #include "widgets/dialog_window.h"
 
 namespace zeldlg {
@@ -22,26 +20,17 @@ std::span<const TokenChoiceEntry> EntriesOf(const TokenChoiceList& list) {
     return {list.entries, list.count};
 }
 
-}  // namespace
-
-bool HandleTokenSelection(CMessage* message) {
-    if (message->Code() != kSelectToken) {
-        return false;
-    }
-    auto& reply = *message->Param2As<TokenChoiceReply>();
+void SelectToken(const TokenChoiceList* list, TokenChoiceReply* reply) {
     const auto dialog = MakeWindow<CTokenDialog>(g_currentParent);
-    for (const TokenChoiceEntry& entry : EntriesOf(*message->Param1As<const TokenChoiceList>())) {
+    for (const TokenChoiceEntry& entry : EntriesOf(*list)) {
         dialog->AddItem(HostText(entry.name), HostText(entry.detail), entry.identifier);
     }
     dialog->FinishLayout();
-    reply.returnCode = dialog->ShowModal();
-    if (reply.returnCode == wxID_OK) {
-        reply.identifier = dialog->GetIdentifier();
+    reply->returnCode = dialog->ShowModal();
+    if (reply->returnCode == wxID_OK) {
+        reply->identifier = dialog->GetIdentifier();
     }
-    return true;
 }
-
-namespace {
 
 DigitalIdPrompt PromptOf(const DigitalIdChoice& choice) {
     if (choice.texts == nullptr) {
@@ -59,22 +48,21 @@ DigitalIdPrompt PromptOf(const DigitalIdChoice& choice) {
             .autoSelect = choice.autoSelect != 0};
 }
 
+void SelectDigitalId(const DigitalIdChoice* choice, PinReply<DigitalIdResult>* reply) {
+    const auto dialog = MakeWindow<CDigitalIDSelectionDialog>(PromptOf(*choice));
+    reply->returnCode = dialog->ShowModal();
+    if (reply->returnCode == wxID_OK) {
+        reply->output->value = dialog->GetValue();
+        reply->output->alwaysUse = dialog->IsAlwaysUse() ? 1 : 0;
+    }
+}
+
 }  // namespace
 
+bool HandleTokenSelection(CMessage* message) { return Serve(kSelectToken, *message, SelectToken); }
+
 bool HandleDigitalId(CMessage* message) {
-    if (message->Code() != kSelectDigitalId) {
-        return false;
-    }
-    auto& reply = *message->Param2As<PinReply>();
-    const auto dialog = MakeWindow<CDigitalIDSelectionDialog>(
-        PromptOf(*message->Param1As<const DigitalIdChoice>()));
-    reply.returnCode = dialog->ShowModal();
-    if (reply.returnCode == wxID_OK) {
-        auto& result = *reinterpret_cast<DigitalIdResult*>(reply.extra);
-        result.value = dialog->GetValue();
-        result.alwaysUse = dialog->IsAlwaysUse() ? 1 : 0;
-    }
-    return true;
+    return Serve(kSelectDigitalId, *message, SelectDigitalId);
 }
 
 }  // namespace zeldlg

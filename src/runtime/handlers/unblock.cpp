@@ -9,30 +9,23 @@
 #include "resources/texts.h"
 #include "runtime/handlers/delivery.h"
 #include "runtime/handlers/handlers.h"
-#include "runtime/reply_block.h"
-#include "runtime/request_codes.h"
 #include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
-bool HandleUnblockMethod(CMessage* message) {
-    if (message->Code() != kSelectUnblockMethod) {
-        return false;
-    }
-    const auto& request = *message->Param1As<const UnblockMethodRequest>();
-    auto& reply = *message->Param2As<UnblockMethodReply>();
-    const std::vector<uint32_t> algorithms(request.algorithms,
-                                           request.algorithms + request.algorithmCount);
-    const auto dialog = MakeWindow<CSelectUnblockMethodDialog>(request.pukOffered != 0, algorithms);
-    reply.returnCode = static_cast<uint32_t>(dialog->ShowModal());
-    if (reply.returnCode == wxID_OK) {
-        reply.method = dialog->Method();
-        reply.algorithm = dialog->AlgorithmIndex();
-    }
-    return true;
-}
-
 namespace {
+
+void SelectMethod(const UnblockMethodRequest* request, UnblockMethodReply* reply) {
+    const std::vector<uint32_t> algorithms(request->algorithms,
+                                           request->algorithms + request->algorithmCount);
+    const auto dialog =
+        MakeWindow<CSelectUnblockMethodDialog>(request->pukOffered != 0, algorithms);
+    reply->returnCode = static_cast<uint32_t>(dialog->ShowModal());
+    if (reply->returnCode == wxID_OK) {
+        reply->method = dialog->Method();
+        reply->algorithm = dialog->AlgorithmIndex();
+    }
+}
 
 std::string BytesOf(const ByteBuffer* buffer) {
     if (buffer == nullptr || (buffer->data == nullptr && buffer->length != 0)) {
@@ -66,22 +59,24 @@ int32_t DeliverUnlock(const CUnlockWithCRDialog& dialog, bool askNewPin,
     return wxID_OK;
 }
 
+void Unblock(const ChallengeResponseRequest* request,
+             ChangeReply<ChallengeResponseBuffers>* reply) {
+    const UnlockWithCRPrompt prompt = PromptOf(*request);
+    const auto dialog = MakeWindow<CUnlockWithCRDialog>(prompt);
+    reply->returnCode = dialog->ShowModal();
+    if (reply->returnCode == wxID_OK) {
+        reply->returnCode = DeliverUnlock(*dialog, prompt.askNewPin, *reply->output);
+    }
+}
+
 }  // namespace
 
+bool HandleUnblockMethod(CMessage* message) {
+    return Serve(kSelectUnblockMethod, *message, SelectMethod);
+}
+
 bool HandleChallengeResponse(CMessage* message) {
-    if (message->Code() != kUnblockThroughCr) {
-        return false;
-    }
-    const UnlockWithCRPrompt prompt =
-        PromptOf(*message->Param1As<const ChallengeResponseRequest>());
-    auto& reply = *message->Param2As<ChangeReply>();
-    const auto dialog = MakeWindow<CUnlockWithCRDialog>(prompt);
-    reply.returnCode = dialog->ShowModal();
-    if (reply.returnCode == wxID_OK) {
-        reply.returnCode = DeliverUnlock(*dialog, prompt.askNewPin,
-                                         *reinterpret_cast<ChallengeResponseBuffers*>(reply.extra));
-    }
-    return true;
+    return Serve(kUnblockThroughCr, *message, Unblock);
 }
 
 }  // namespace zeldlg

@@ -2,7 +2,6 @@
 #include "biometric/super_token_notification_dialog.h"
 #include "dialogs/key_gen_progress_dialog.h"
 #include "runtime/handlers/handlers.h"
-#include "runtime/request_codes.h"
 #include "widgets/dialog_window.h"
 
 namespace zeldlg {
@@ -51,49 +50,28 @@ void HideProgress() {
     }
 }
 
+void ShowHint() {
+    if (IsEnrolmentHintWanted()) {
+        MakeWindow<CEnrolmentHintDialog>(g_currentParent)->ShowModal();
+    }
+}
+
 }  // namespace
 
 // Without a window, counting and hiding are carried out without effect.
 bool HandleBiometricNotification(CMessage* message) {
-    switch (message->Code()) {
-        case kShowAuthentication:
-            ShowNotification(NotificationMode::Authentication);
-            return true;
-        case kShowEnrolment:
-            ShowNotification(NotificationMode::Enrolment);
-            return true;
-        case kUpdateEnrolment:
-            CountScan();
-            return true;
-        case kHideNotification:
-            HideNotification();
-            return true;
-        default:
-            return false;
-    }
+    return Serve(kShowAuthentication, *message,
+                 [] { ShowNotification(NotificationMode::Authentication); }) ||
+           Serve(kShowEnrolment, *message, [] { ShowNotification(NotificationMode::Enrolment); }) ||
+           Serve(kUpdateEnrolment, *message, CountScan) ||
+           Serve(kHideNotification, *message, HideNotification);
 }
 
-bool HandleEnrolmentHint(CMessage* message) {
-    if (message->Code() != kEnrolmentHint) {
-        return false;
-    }
-    if (IsEnrolmentHintWanted()) {
-        MakeWindow<CEnrolmentHintDialog>(g_currentParent)->ShowModal();
-    }
-    return true;
-}
+bool HandleEnrolmentHint(CMessage* message) { return Serve(kEnrolmentHint, *message, ShowHint); }
 
 bool HandleKeyGeneration(CMessage* message) {
-    switch (message->Code()) {
-        case kShowKeyGeneration:
-            ShowProgress();
-            return true;
-        case kHideKeyGeneration:
-            HideProgress();
-            return true;
-        default:
-            return false;
-    }
+    return Serve(kShowKeyGeneration, *message, ShowProgress) ||
+           Serve(kHideKeyGeneration, *message, HideProgress);
 }
 
 }  // namespace zeldlg
