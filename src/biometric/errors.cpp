@@ -11,10 +11,10 @@ namespace {
 
 enum class Retry { No, Yes };
 
-/// What stands for the conversion in a text.
+// What stands for the conversion in a text.
 enum class Shown { Nothing, Code, Tries };
 
-/// Applies to the codes whose bits under `mask` are `value`.
+// Applies to the codes whose bits under `mask` are `value`.
 struct Rule {
     uint64_t mask;
     uint64_t value;
@@ -25,8 +25,8 @@ struct Rule {
 
 constexpr uint64_t kWholeCode = ~uint64_t{0};
 constexpr uint64_t kTriesMask = 0xF;
-/// kept: a code that has all these bits counts as one with tries, whatever other bits it has
-/// (0x73C5 as 0x63C5).
+// kept: a code that has all these bits counts as one with tries, whatever other bits it has
+// (0x73C5 as 0x63C5).
 constexpr uint64_t kWithTries = 0x63C0;
 
 // The first rule that applies decides.

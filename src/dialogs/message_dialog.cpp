@@ -65,10 +65,10 @@ constexpr int kButtonRowBorder = 15;
 constexpr int kButtonBorder = 5;
 
 constexpr int kTickMilliseconds = 1000;
-/// The longest count that the Yes button has room for from the start: almost three hours.
+// The longest count that the Yes button has room for from the start: almost three hours.
 constexpr int64_t kWidestCount = -9999;
 
-/// What the frame of a window and its distance to the edges of the screen take, in pixels.
+// What the frame of a window and its distance to the edges of the screen take, in pixels.
 const wxSize kAroundContent(32, 64);
 
 struct IconLook {

@@ -6,7 +6,7 @@
 
 namespace zeldlg::platform {
 
-void ForgetSecret([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t size) noexcept {
+void ForgetSecret([[maybe_unused]] void* memory, [[maybe_unused]] size_t size) noexcept {
 #ifdef ZELDLG_WIPE_SECRETS
     if (size != 0) {
         explicit_bzero(memory, size);
@@ -21,8 +21,8 @@ SecretBytes::SecretBytes(std::string_view bytes)
 
 SecretBytes::SecretBytes(std::string_view bytes, bool (*keeps)(char))
     : m_bytes(std::make_unique<char[]>(bytes.size() + 1)),
-      m_size(static_cast<std::size_t>(
-          std::copy_if(bytes.begin(), bytes.end(), m_bytes.get(), keeps) - m_bytes.get())) {}
+      m_size(static_cast<size_t>(std::copy_if(bytes.begin(), bytes.end(), m_bytes.get(), keeps) -
+                                 m_bytes.get())) {}
 
 SecretBytes::SecretBytes(SecretBytes&& other) noexcept
     : m_bytes(std::move(other.m_bytes)), m_size(std::exchange(other.m_size, 0)) {}

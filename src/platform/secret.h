@@ -10,7 +10,7 @@ namespace zeldlg::platform {
 /// Is told of every piece of memory with a copy of a PIN before it is given back: the one place
 /// that decides what happens to it. Leaves it alone, or overwrites it when the library is built
 /// with ZELDLG_WIPE_SECRETS. @param size In bytes.
-void ForgetSecret(void* memory, std::size_t size) noexcept;
+void ForgetSecret(void* memory, size_t size) noexcept;
 
 /// A copy of a PIN, as UTF-8 bytes.
 class SecretBytes {
@@ -27,13 +27,13 @@ public:
 
     /// Valid as long as this object. (Implicit: it is read like any other text.)
     operator std::string_view() const { return {m_bytes.get(), m_size}; }
-    std::size_t Size() const { return m_size; }
+    size_t Size() const { return m_size; }
     /// The same with a terminating zero, for what takes no length.
     const char* CString() const { return m_bytes ? m_bytes.get() : ""; }
 
 private:
     std::unique_ptr<char[]> m_bytes;
-    std::size_t m_size = 0;
+    size_t m_size = 0;
 };
 
 }  // namespace zeldlg::platform

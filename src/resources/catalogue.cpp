@@ -38,7 +38,7 @@ bool ReadFile(const wxString& path, std::string& bytes) {
 class Folder {
 public:
     explicit Folder(const wxString& path) : m_entries(opendir(path.fn_str())) {}
-    /// The next name in it, "." and ".." as well; null at the end, and where it cannot be read.
+    // The next name in it, "." and ".." as well; null at the end, and where it cannot be read.
     const char* Next() {
         const dirent* const entry = m_entries != nullptr ? readdir(m_entries.get()) : nullptr;
         return entry != nullptr ? entry->d_name : nullptr;

@@ -21,8 +21,8 @@ namespace {
 constexpr int kFieldHeight = 24;
 constexpr int kAtCaret = -1;
 
-/// The toolkit's filter for typed characters. Its validation at OK would open a box that quotes
-/// the text. There is nothing left to find then.
+// The toolkit's filter for typed characters. Its validation at OK would open a box that quotes
+// the text. There is nothing left to find then.
 class AsciiValidator : public wxTextValidator {
 public:
     AsciiValidator() : wxTextValidator(wxFILTER_ASCII) {}

@@ -12,10 +12,10 @@ constexpr wchar_t kFirstPrintable = 32;
 constexpr wchar_t kFirstNonAscii = 127;
 
 constexpr wxUint32 kLastCodePoint = 0x10FFFF;
-constexpr std::size_t kLeastRoom = 64;
+constexpr size_t kLeastRoom = 64;
 
 // A text that grows by itself leaves a copy behind.
-void MakeRoom(wxString& text, std::size_t length) {
+void MakeRoom(wxString& text, size_t length) {
     if (length <= text.capacity()) {
         return;
     }
@@ -26,19 +26,19 @@ void MakeRoom(wxString& text, std::size_t length) {
     Forget(roomy);
 }
 
-std::size_t Index(long position) { return position < 0 ? 0 : static_cast<std::size_t>(position); }
+size_t Index(long position) { return position < 0 ? 0 : static_cast<size_t>(position); }
 
 }  // namespace
 
-wxString MakeMask(std::size_t length) { return {kMaskCharacter, length}; }
+wxString MakeMask(size_t length) { return {kMaskCharacter, length}; }
 
 bool IsAcceptedCharacter(wchar_t character, bool allowNonAscii) {
     return character >= kFirstPrintable && (character < kFirstNonAscii || allowNonAscii);
 }
 
 // Without a conversion: that would be one more copy of the secret.
-std::size_t Utf8Length(const wxString& text) {
-    std::size_t length = 0;
+size_t Utf8Length(const wxString& text) {
+    size_t length = 0;
     for (const wxUniChar character : text) {
         const wxUint32 code = character.GetValue();
         if (code > kLastCodePoint) {
@@ -72,30 +72,30 @@ bool IsLimitReached(const wxString& text, int maxBytes) {
 }
 
 DeleteOutcome DeleteAtCaret(wxString& text, const TextCaret& caret, DeleteKey key) {
-    if (caret.position == 0 && key == DeleteKey::kBack) {
-        return DeleteOutcome::kIgnored;
+    if (caret.position == 0 && key == DeleteKey::Back) {
+        return DeleteOutcome::Ignored;
     }
-    const std::size_t position = Index(caret.position);
+    const size_t position = Index(caret.position);
     if (caret.to > caret.from) {
         // kept: the removal starts at the caret, not at the start of the selection. A caret at
         // the far end of a selection would remove the wrong characters or run past the end.
-        const std::size_t count = Index(caret.to - caret.from);
+        const size_t count = Index(caret.to - caret.from);
         if (position + count > text.length()) {
-            return DeleteOutcome::kPastEnd;
+            return DeleteOutcome::PastEnd;
         }
         text.erase(position, count);
-        return DeleteOutcome::kDone;
+        return DeleteOutcome::Done;
     }
-    const std::size_t doomed = key == DeleteKey::kBack ? position - 1 : position;
+    const size_t doomed = key == DeleteKey::Back ? position - 1 : position;
     if (doomed > text.length()) {
-        return DeleteOutcome::kPastEnd;
+        return DeleteOutcome::PastEnd;
     }
     text.erase(doomed, 1);
-    return DeleteOutcome::kDone;
+    return DeleteOutcome::Done;
 }
 
 void DeleteSelection(wxString& text, const TextCaret& caret) {
-    const std::size_t from = std::min(Index(caret.from), text.length());
+    const size_t from = std::min(Index(caret.from), text.length());
     text.erase(from, Index(caret.to) - from);
 }
 
@@ -104,8 +104,8 @@ void InsertCharacter(wxString& text, long position, wchar_t character) {
     text.insert(std::min(Index(position), text.length()), 1, character);
 }
 
-void DropWhatIsNotShown(wxString& text, std::size_t shownLength, long caret) {
-    const std::size_t length = text.length();
+void DropWhatIsNotShown(wxString& text, size_t shownLength, long caret) {
+    const size_t length = text.length();
     if (shownLength >= length) {
         return;
     }

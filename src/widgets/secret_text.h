@@ -18,16 +18,16 @@ struct TextCaret {
     long to = 0;
 };
 
-enum class DeleteKey { kBack, kDelete };
+enum class DeleteKey { Back, Delete };
 
 enum class DeleteOutcome {
-    kIgnored,  ///< Back at the start of the text: the key is to have no effect at all.
-    kDone,     ///< The secret is up to date (Delete at its very end has nothing to remove).
-    kPastEnd,  ///< The caret does not belong to this text; nothing was removed.
+    Ignored,  ///< Back at the start of the text: the key is to have no effect at all.
+    Done,     ///< The secret is up to date (Delete at its very end has nothing to remove).
+    PastEnd,  ///< The caret does not belong to this text; nothing was removed.
 };
 
 /// `length` mask characters.
-wxString MakeMask(std::size_t length);
+wxString MakeMask(size_t length);
 
 /// Printable ASCII always may be typed; from U+007F on only with `allowNonAscii`.
 bool IsAcceptedCharacter(wchar_t character, bool allowNonAscii);
@@ -42,7 +42,7 @@ void Assign(wxString& text, const wxString& value);
 void Append(wxString& text, const wxString& value);
 
 /// Length of `text` in UTF-8, in bytes; 0 when it cannot be converted.
-std::size_t Utf8Length(const wxString& text);
+size_t Utf8Length(const wxString& text);
 
 /// True when `text` already has `maxBytes` bytes of UTF-8 or more. 0 means no limit.
 bool IsLimitReached(const wxString& text, int maxBytes);
@@ -58,6 +58,6 @@ void InsertCharacter(wxString& text, long position, wchar_t character);
 
 /// Follows a deletion that only the field knows of: when the field shows fewer characters than
 /// `text` has, the difference is taken out of `text` from the caret onwards.
-void DropWhatIsNotShown(wxString& text, std::size_t shownLength, long caret);
+void DropWhatIsNotShown(wxString& text, size_t shownLength, long caret);
 
 }  // namespace zeldlg

@@ -16,7 +16,7 @@ namespace {
 constexpr long kStyle = wxBORDER_SIMPLE | wxTE_RICH2 | wxTE_PASSWORD | wxTE_RICH;
 static_assert(kStyle == 0x2008880);
 
-constexpr std::size_t kFieldWidthCharacters = 18;
+constexpr size_t kFieldWidthCharacters = 18;
 
 // Pixels. Written by MeasureFieldWidth() and read by the constructors of the PIN dialogs, both
 // on the GUI thread only; a plain number, so it needs no destruction.
@@ -262,13 +262,13 @@ void CSecureTextControl::OnKeyDown(wxKeyEvent& event) {
 }
 
 void CSecureTextControl::DeleteAtCaret(wxKeyEvent& event) {
-    const DeleteKey key = event.GetKeyCode() == WXK_BACK ? DeleteKey::kBack : DeleteKey::kDelete;
+    const DeleteKey key = event.GetKeyCode() == WXK_BACK ? DeleteKey::Back : DeleteKey::Delete;
     switch (zeldlg::DeleteAtCaret(m_realText, GetCaret(), key)) {
-        case DeleteOutcome::kIgnored:
+        case DeleteOutcome::Ignored:
             return;
-        case DeleteOutcome::kPastEnd:
+        case DeleteOutcome::PastEnd:
             AbortOnRemovalPastEnd();
-        case DeleteOutcome::kDone:
+        case DeleteOutcome::Done:
             event.Skip();
             NotifyParent();
             return;

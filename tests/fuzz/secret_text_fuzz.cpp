@@ -62,7 +62,7 @@ private:
     void Step() {
         switch (m_input.Below(6)) {
             case 0:
-                return Delete(m_input.Flag() ? DeleteKey::kBack : DeleteKey::kDelete);
+                return Delete(m_input.Flag() ? DeleteKey::Back : DeleteKey::Delete);
             case 1:
                 return DeleteMarked();
             case 2:
@@ -86,17 +86,17 @@ private:
         const TextCaret caret = Caret(m_input, m_plain.size());
         const Characters before = m_plain;
         const DeleteOutcome outcome = DeleteAtCaret(m_text, caret, key);
-        if (key == DeleteKey::kBack && caret.position == 0) {
-            REQUIRE(outcome == DeleteOutcome::kIgnored);
+        if (key == DeleteKey::Back && caret.position == 0) {
+            REQUIRE(outcome == DeleteOutcome::Ignored);
             return;
         }
         const bool marked = caret.to > caret.from;
         const long count = marked ? caret.to - caret.from : 1;
-        const long from = std::max(caret.position, 0L) - (!marked && key == DeleteKey::kBack);
+        const long from = std::max(caret.position, 0L) - (!marked && key == DeleteKey::Back);
         const auto length = static_cast<long>(m_plain.size());
         // One past the end is where Delete has nothing to remove.
         const bool outside = from < 0 || from > length || (marked && from + count > length);
-        REQUIRE_EQ(outcome == DeleteOutcome::kPastEnd, outside);
+        REQUIRE_EQ(outcome == DeleteOutcome::PastEnd, outside);
         if (!outside) {
             m_plain.erase(static_cast<std::size_t>(from), static_cast<std::size_t>(count));
         }

@@ -22,20 +22,20 @@ void PrintTo(const Deleted& deleted, std::ostream* out) {
 }
 
 Deleted Delete(const wxString& text, const TextCaret& caret, DeleteKey key) {
-    Deleted result{DeleteOutcome::kIgnored, text};
+    Deleted result{DeleteOutcome::Ignored, text};
     result.outcome = DeleteAtCaret(result.text, caret, key);
     return result;
 }
 
 Deleted Back(const wxString& text, const TextCaret& caret) {
-    return Delete(text, caret, DeleteKey::kBack);
+    return Delete(text, caret, DeleteKey::Back);
 }
 
 Deleted Del(const wxString& text, const TextCaret& caret) {
-    return Delete(text, caret, DeleteKey::kDelete);
+    return Delete(text, caret, DeleteKey::Delete);
 }
 
-Deleted Done(const wxString& text) { return {DeleteOutcome::kDone, text}; }
+Deleted Done(const wxString& text) { return {DeleteOutcome::Done, text}; }
 
 TEST(SecretTextMask, HasOneAsteriskPerCharacter) {
     EXPECT_EQ(MakeMask(0), "");
@@ -114,7 +114,7 @@ TEST(SecretTextDelete, DeleteTakesTheCharacterAtTheCaret) {
 }
 
 TEST(SecretTextDelete, BackAtTheStartIsIgnored) {
-    const Deleted untouched{DeleteOutcome::kIgnored, "1234"};
+    const Deleted untouched{DeleteOutcome::Ignored, "1234"};
     EXPECT_EQ(Back("1234", At(0)), untouched);
     EXPECT_EQ(Back("1234", Selected(0, 2, 0)), untouched);
 }
@@ -132,14 +132,14 @@ TEST(SecretTextDelete, SelectionIsTakenFromTheCaretOnwards) {
 }
 
 TEST(SecretTextDelete, SelectionThatEndsPastTheTextIsLeftAlone) {
-    const Deleted untouched{DeleteOutcome::kPastEnd, "1234"};
+    const Deleted untouched{DeleteOutcome::PastEnd, "1234"};
     EXPECT_EQ(Del("1234", Selected(0, 4, 4)), untouched);
     EXPECT_EQ(Back("1234", Selected(0, 4, 4)), untouched);
     EXPECT_EQ(Del("1234", Selected(2, 4, 3)), untouched);
 }
 
 TEST(SecretTextDelete, CaretPastTheTextIsFoundOut) {
-    const Deleted untouched{DeleteOutcome::kPastEnd, "12"};
+    const Deleted untouched{DeleteOutcome::PastEnd, "12"};
     EXPECT_EQ(Del("12", At(3)), untouched);
     EXPECT_EQ(Back("12", At(4)), untouched);
 }

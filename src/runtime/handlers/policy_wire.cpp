@@ -10,11 +10,11 @@ namespace zeldlg {
 namespace {
 
 struct ByteField {
-    std::uint8_t PinPolicyWire::*wire;
-    std::uint8_t PinPolicy::*policy;
+    uint8_t PinPolicyWire::*wire;
+    uint8_t PinPolicy::*policy;
 };
 
-/// Everything that is one byte on both sides, in the order of the block.
+// Everything that is one byte on both sides, in the order of the block.
 constexpr ByteField kByteFields[] = {
     {&PinPolicyWire::headerByte, &PinPolicy::headerByte},
     {&PinPolicyWire::enabledMask, &PinPolicy::enabledMask},
@@ -51,11 +51,11 @@ std::string ReadCharList(const PinPolicyWire& block) {
     return list->length == 0 ? std::string() : std::string(list->characters, list->length);
 }
 
-std::uint32_t WireLength(const std::string& charList) {
-    if (charList.size() > std::numeric_limits<std::uint32_t>::max()) {
+uint32_t WireLength(const std::string& charList) {
+    if (charList.size() > std::numeric_limits<uint32_t>::max()) {
         throw std::length_error("character list too long for the wire form");
     }
-    return static_cast<std::uint32_t>(charList.size());
+    return static_cast<uint32_t>(charList.size());
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ PinPolicyFlatCopy::PinPolicyFlatCopy(const PinPolicy& policy)
         (*m_block).*field.wire = policy.*field.policy;
     }
     m_block->charList = m_charList.get();
-    m_block->source = static_cast<std::int32_t>(policy.source);
+    m_block->source = static_cast<int32_t>(policy.source);
 }
 
 PinPolicyDescriptor PinPolicyFlatCopy::Descriptor() const {

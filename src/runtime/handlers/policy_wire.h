@@ -10,7 +10,7 @@
 namespace zeldlg {
 
 /// Newest format of the wire form; blocks with a greater tag are not read.
-inline constexpr std::uint32_t kNewestPolicyTag = 3;
+inline constexpr uint32_t kNewestPolicyTag = 3;
 
 /// The wire form of a policy. Releases its list descriptor, then its block, and nothing else: the
 /// characters stay the policy's, which must outlive this and must not be changed meanwhile.
@@ -23,7 +23,7 @@ public:
     PinPolicyDescriptor Descriptor() const;
 
 private:
-    std::uint32_t m_tag;
+    uint32_t m_tag;
     std::unique_ptr<PinPolicyWire> m_block;
     std::unique_ptr<PinPolicyCharList> m_charList;
 };
