@@ -2,12 +2,10 @@
 
 import re
 
-from stage import CANCELLED, StageTestCase, wait_until
+from stage import CANCELLED, StageTestCase, registry, wait_until
+from stage.dialogs import NO_HINT
 
 HINT = "Fingerprint enrolment information"
-NO_HINT = ("REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0]\r\n"
-           "\"ShowEnrolmentHint\"=dword:00000000\r\n\r\n")
-
 
 def plain(text):
     """A text without the line breaks that it got for want of room."""
@@ -17,7 +15,7 @@ def plain(text):
 class ModelessCase(StageTestCase):
     def setUp(self):
         super().setUp()
-        self.host = self.start_host(registry=NO_HINT)
+        self.host = self.start_host(registry=registry(*NO_HINT))
 
     def expect_titles(self, *titles, host=None):
         host = host or self.host

@@ -3,7 +3,7 @@
 
 import unittest
 
-from stage import CANCELLED, FAILED, OK, WAYS_OUT, StageTestCase, wait_until
+from stage import CANCELLED, FAILED, OK, WAYS_OUT, StageTestCase, registry, wait_until
 
 UNLOCK = "DLG_ShowUnblockThroughCR"
 DIGITS = "0123456789abcdef"
@@ -12,11 +12,6 @@ RULE = "Response is 8 bytes long"
 PIN_RULES = ["Minimum PIN length 4 bytes", "Maximum PIN length 8 bytes",
              "PIN equal to Confirmed PIN"]
 WIDTH, HEIGHT = 1024, 768
-
-
-def registry(limit):
-    return ("REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0]\r\n"
-            f'"LimitPinToAscii"=dword:{limit:08x}\r\n\r\n')
 
 
 class UnlockCase(StageTestCase):
@@ -508,11 +503,11 @@ class AsciiOnly(UnlockCase):
 
 
 class AsciiOnlyBySetting(AsciiOnly):
-    registry = registry(1)
+    registry = registry(("", "LimitPinToAscii", 1))
 
 
 class AllCharacters(UnlockCase):
-    registry = registry(0)
+    registry = registry(("", "LimitPinToAscii", 0))
 
     def test_lengths_are_bytes(self):
         self.open(askNewPin=1)

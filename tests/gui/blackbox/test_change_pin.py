@@ -3,7 +3,7 @@
 
 import unittest
 
-from stage import CANCELLED, FAILED, OK, StageTestCase, policy, wait_until
+from stage import CANCELLED, FAILED, OK, StageTestCase, policy, registry, wait_until
 
 PUK = "DLG_ShowUnblockThroughPUK"
 TRANSPORT = "DLG_ShowChangeTransportPIN"
@@ -339,8 +339,7 @@ class AsciiOnly(ChangeCase):
 
 
 class AllCharacters(ChangeCase):
-    registry = ('REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0]\r\n'
-                '"LimitPinToAscii"=dword:00000000\r\n\r\n')
+    registry = registry(("", "LimitPinToAscii", 0))
 
     def test_lengths_are_bytes(self):
         self.open(min=4, max=8)

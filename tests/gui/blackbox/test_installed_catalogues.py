@@ -8,15 +8,13 @@ import subprocess
 import tempfile
 import unittest
 
-from stage import StageTestCase, library_path, make_locales, require_private_mounts
+from stage import (StageTestCase, library_path, make_locales, registry,
+                   require_private_mounts)
 
 BUILD = os.path.dirname(library_path())
 SHIPPED_SETTINGS = os.path.join(os.path.dirname(__file__), "..", "..", "..", "packaging",
                                 "registry")
 NO_SETTINGS = "REGEDIT4\r\n\r\n"
-PATH_SETTING = (r"REGEDIT4" "\r\n\r\n"
-                r"[HKEY_LOCAL_MACHINE\SOFTWARE\Corvenna\Tessaly\2.0\Locales]" "\r\n"
-                r'"Path"="{}"' "\r\n")
 USUAL_PLACE = "/usr/share/locale"
 TITLES = {"de_DE": "PIN eingeben", "es_MX": "Introducir PIN", "fr_CA": "Saisie du code PIN",
           "it_CH": "Inserimento PIN", "nl_BE": "Pincode invoeren", "pt_BR": "Enter PIN"}
@@ -44,7 +42,7 @@ class InstalledCatalogues(StageTestCase):
 
     def test_elsewhere_each_language_is_found_with_the_setting(self):
         for locale, title in TITLES.items():
-            self.expect_title(locale, title, PATH_SETTING.format(self.folder))
+            self.expect_title(locale, title, registry(("Locales", "Path", f'"{self.folder}"')))
 
     @staticmethod
     def at_usual_place(folder):

@@ -13,9 +13,9 @@ import re
 import unittest
 
 from layout import Layout
-from stage import (OK, StageTestCase, library_path, make_locales, policy, take_snapshot,
+from stage import (OK, StageTestCase, library_path, make_locales, policy, registry, take_snapshot,
                    wait_until)
-from stage.dialogs import DIALOGS, find_dialog, registry, remove_dialog, show_dialog
+from stage.dialogs import DIALOGS, find_dialog, remove_dialog, show_dialog
 
 LOCALES = {"de": "de_DE", "es": "es_ES", "fr": "fr_FR", "it": "it_IT", "nl": "nl_NL", "eo": "eo",
            "he": "he_IL"}
@@ -67,9 +67,9 @@ class LanguageCase(StageTestCase):
         with open(os.path.join(folder, language, "LC_MESSAGES", "tokenutils.mo"), "rb") as file:
             self.translate = gettext.GNUTranslations(file).gettext
         self.language = language
-        self.folder = folder
+        self.settings = (*COUNT_DOWNS, ("Locales", "Path", f'"{folder}"'))
         return self.start_host(
-            registry=registry(COUNT_DOWNS, folder),
+            registry=registry(*self.settings),
             environment={"LANG": LOCALES[language] + ".UTF-8", "LC_ALL": None, "LANGUAGE": None,
                          "LOCPATH": make_locales(LOCALES[language])})
 
@@ -94,7 +94,7 @@ class LanguageCase(StageTestCase):
         title = self.translate(re.sub(r"\d+", "%d", dialog.title))
         title %= tuple(map(int, re.findall(r"\d+", dialog.title)))
         return show_dialog(self.screen, host, shown, title,
-                           registry((*dialog.settings, *COUNT_DOWNS), self.folder))
+                           registry(*dialog.settings, *self.settings))
 
     def keep_picture(self, window, name):
         directory = os.environ.get("ZELDLG_PICTURES")

@@ -4,7 +4,7 @@
 import time
 import unittest
 
-from stage import CANCELLED, OK, Events, StageTestCase, wait_until
+from stage import CANCELLED, OK, Events, StageTestCase, registry, wait_until
 
 LOCKED = "DLG_ShowLockedDialog"
 BIOMETRIC = "DLG_ShowSupertokenError"
@@ -18,10 +18,8 @@ NO_ANSWER = 1  # of the three exports of the biometric token
 SCREEN = (1024, 768)
 
 
-def registry(seconds):
-    return ("REGEDIT4\r\n\r\n"
-            "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0\\Biometrics]\r\n"
-            f'"Automatic retry timeout"={seconds}\r\n')
+def timeout(value):
+    return registry(("Biometrics", "Automatic retry timeout", value))
 
 
 class BoxCase(StageTestCase):
@@ -30,7 +28,7 @@ class BoxCase(StageTestCase):
     def setUp(self):
         super().setUp()
         self.host = self.start_host(
-            registry=None if self.timeout is None else registry(self.timeout))
+            registry=None if self.timeout is None else timeout(self.timeout))
 
     def open(self, export, title, **arguments):
         self.call, self.window = self.show(self.host, export, title, **arguments)
@@ -334,7 +332,7 @@ class CountDown(BoxCase):
         self.open(AUTHENTICATION, "Authentication failed")
         self.assertIn(self.buttons()[0], self.LABELS)
         self.end(NO_ANSWER)
-        self.host.write_registry(registry("dword:00000064"))
+        self.host.write_registry(timeout(100))
         self.host.run("DLG_Finalize")
         self.open(AUTHENTICATION, "Authentication failed")
         self.assertIn(self.buttons()[0], self.LABELS)
@@ -343,7 +341,7 @@ class CountDown(BoxCase):
 
 class NoCountDown(BoxCase):
     def expect_none(self, value):
-        self.host = self.start_host(registry=None if value is None else registry(value))
+        self.host = self.start_host(registry=None if value is None else timeout(value))
         self.open(AUTHENTICATION, "Authentication failed")
         self.assertEqual(["Yes", "No"], self.buttons())
         self.end(NO_ANSWER)
@@ -360,7 +358,7 @@ class NoCountDown(BoxCase):
     def test_a_first_answer_of_none_is_kept(self):
         self.open(AUTHENTICATION, "Authentication failed")
         self.end(NO_ANSWER)
-        self.host.write_registry(registry("dword:00000003"))
+        self.host.write_registry(timeout(3))
         self.open(AUTHENTICATION, "Authentication failed")
         self.assertEqual(["Yes", "No"], self.buttons())
         self.end(NO_ANSWER)

@@ -5,7 +5,7 @@ import re
 import time
 import unittest
 
-from stage import CANCELLED, FAILED, OK, Events, StageTestCase, wait_until
+from stage import CANCELLED, FAILED, OK, Events, StageTestCase, registry, wait_until
 
 TOKENS = "DLG_ShowTokenSelectionDialog"
 DIGITAL_IDS = "DLG_ShowDigitalIDSelection"
@@ -19,10 +19,8 @@ ALWAYS = "Always use this Digital ID (this dialog will not be displayed again)"
 DIRECTORY = "This computer is a member of the following Active Directory:"
 
 
-def registry(value):
-    return ("REGEDIT4\r\n\r\n"
-            "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0\\CSP]\r\n"
-            f'"Automatic default selection timeout"={value}\r\n')
+def timeout(value):
+    return registry(("CSP", "Automatic default selection timeout", value))
 
 
 class SelectionCase(StageTestCase):
@@ -379,7 +377,7 @@ class CountDown(SelectionCase):
 class LongCountDown(SelectionCase):
     """One that nobody waits for."""
 
-    registry = registry("dword:00000258")
+    registry = timeout(600)
 
     def wait_second(self):
         """Waits until the count-down goes on."""
@@ -431,7 +429,7 @@ class LongCountDown(SelectionCase):
 
 class Touching(SelectionCase):
     """What ends a count-down, which would take ten minutes here, and what lets it run on."""
-    registry = registry("dword:00000258")
+    registry = timeout(600)
 
     def open_counting(self, **arguments):
         self.open_ids(autoSelect=1, **{"count": 30, "name": "wide " * 60, **arguments})
@@ -524,7 +522,7 @@ class Touching(SelectionCase):
 
 
 class AtOnce(SelectionCase):
-    registry = registry("dword:00000000")
+    registry = timeout(0)
 
     def test_a_timeout_of_0_confirms_almost_at_once(self):
         with Events(self.screen.bus) as events:
@@ -541,7 +539,7 @@ class AtOnce(SelectionCase):
 
 
 class Setting(SelectionCase):
-    registry = registry("dword:00000258")
+    registry = timeout(600)
 
     def expect_counts_from(self, seconds):
         """Some of them may have passed."""
@@ -552,25 +550,25 @@ class Setting(SelectionCase):
 
     def test_it_is_read_once_in_the_life_of_the_process(self):
         self.expect_counts_from(600)
-        self.host.write_registry(registry("dword:00000384"))
+        self.host.write_registry(timeout(900))
         self.host.run("DLG_Finalize")
         self.expect_counts_from(600)
 
     def test_a_dialog_without_the_flag_does_not_read_it(self):
         self.open_ids(count=2)
         self.close()
-        self.host.write_registry(registry("dword:00000384"))
+        self.host.write_registry(timeout(900))
         self.expect_counts_from(900)
 
     def test_a_value_of_another_type_counts_as_absent(self):
-        host = self.start_host(registry=registry('"3"'))
+        host = self.start_host(registry=timeout('"3"'))
         with Events(self.screen.bus) as events:
             call = host.call(DIGITAL_IDS, count=2, autoSelect=1)
             self.assertEqual(OK, call.result())
             self.assertEqual("OK (4s)", events.names("OK (")[0])
 
     def test_a_large_value_has_its_room(self):
-        host = self.start_host(registry=registry("dword:ffffffff"))
+        host = self.start_host(registry=timeout(0xFFFFFFFF))
         call, window = self.show(host, DIGITAL_IDS, ID_TITLE, count=2, autoSelect=1)
         button = next(node for node in window.find_all("push button") if "OK" in node.name)
         self.assertEqual("OK (2147483647s)", button.name)

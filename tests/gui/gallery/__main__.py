@@ -11,8 +11,8 @@ import tempfile
 import traceback
 
 from stage import (Gone, Host, Key, Press, Screen, StageError, library_path, make_locales,
-                   wait_until)
-from stage.dialogs import registry, remove_dialog, show_dialog
+                   registry, wait_until)
+from stage.dialogs import remove_dialog, show_dialog
 
 from . import page
 from .states import STATES, Enabled, Fill, Run
@@ -43,6 +43,11 @@ def translate(text, language):
     return gettext.translation("tokenutils", catalogues(language), [language]).gettext(text)
 
 
+def folder(language):
+    """The setting of the folder of catalogues, for another language than English."""
+    return [("Locales", "Path", f'"{catalogues(language)}"')] if language else []
+
+
 def environment(surroundings):
     extra = {"GTK_THEME": surroundings.theme or None,
              "GDK_SCALE": str(surroundings.scale) if surroundings.scale != 1 else None}
@@ -57,8 +62,7 @@ class Photographer:
 
     def __init__(self, screen, surroundings):
         self._screen = screen
-        self._settings = registry(surroundings.settings,
-                                  surroundings.language and catalogues(surroundings.language))
+        self._settings = registry(*surroundings.settings, *folder(surroundings.language))
         self._host = Host(registry=self._settings, environment=environment(surroundings))
 
     def close(self, failed):

@@ -1,6 +1,6 @@
 """Plays a plan on the stage: makes the calls, does what the user does, and compares."""
 
-from stage import Gone, Key, Press, wait_until
+from stage import Gone, Key, Press, registry, wait_until
 
 from .acts import Click, Close, CloseAll, Configure, Fork, PressAbort, Read, ReadPads, Type
 from .dialogs import is_shown, squeezed
@@ -9,14 +9,6 @@ from .rules import ANY, FAILED
 from .waiting_threads import WaitingThreads
 
 PATIENCE = 20  # seconds, for everything that the library does by itself
-
-SETTINGS = ("REGEDIT4\r\n\r\n"
-            "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0]\r\n"
-            '"LimitPinToAscii"=dword:{:08x}\r\n"ShowEnrolmentHint"=dword:{:08x}\r\n\r\n'
-            "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0\\Biometrics]\r\n"
-            '"Automatic retry timeout"=dword:00000003\r\n\r\n'
-            "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0\\CSP]\r\n"
-            '"Automatic default selection timeout"=dword:00000000\r\n\r\n')
 
 
 class Mismatch(AssertionError):
@@ -33,7 +25,10 @@ class Player:
         self.waiting = WaitingThreads(host.pid, THREADS)
 
     def configure(self, settings):
-        self.host.write_registry(SETTINGS.format(settings.ascii_only, settings.hint))
+        self.host.write_registry(registry(
+            ("", "LimitPinToAscii", settings.ascii_only), ("", "ShowEnrolmentHint", settings.hint),
+            ("Biometrics", "Automatic retry timeout", 3),
+            ("CSP", "Automatic default selection timeout", 0)))
 
     def play(self, step):
         if len(step.calls) == 1 or step.measure:

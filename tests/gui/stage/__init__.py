@@ -14,6 +14,7 @@ from .node import Node
 from .private_mounts import folder_with, require_private_mounts
 from .screen import Screen
 from .servers import Stage
+from .settings import registry
 from .snapshot import take_snapshot
 from .testcase import StageTestCase
 from .wait import Gone, StageError, scaled, wait_until
@@ -21,5 +22,5 @@ from .wait import Gone, StageError, scaled, wait_until
 __all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
            "Gone", "Host", "HostError", "Key", "Letters", "Node", "Press", "Screen", "Stage",
            "StageError", "StageTestCase", "WAYS_OUT", "folder_with", "library_path",
-           "make_locales", "policy", "require_private_mounts", "scaled", "take_snapshot",
+           "make_locales", "policy", "registry", "require_private_mounts", "scaled", "take_snapshot",
            "wait_until"]

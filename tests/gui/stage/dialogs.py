@@ -3,8 +3,8 @@
 import dataclasses
 
 from .host import CANCELLED, OK, policy
+from .settings import registry
 
-KEY = r"HKEY_LOCAL_MACHINE\SOFTWARE\Corvenna\Tessaly\2.0"
 LABEL = "Identity card"
 # Under the policy below it is in order; nothing that is shown has these letters in a row.
 LETTERS = "zvpk"
@@ -138,18 +138,9 @@ def find_dialog(name):
     return next(dialog for dialog in DIALOGS if dialog.name == name)
 
 
-def registry(settings=(), catalogues=""):
-    """The text of a settings file: numbers (sub-key, value name, number), a folder of catalogues."""
-    values = [(key, f'"{name}"=dword:{number:08x}') for key, name, number in settings]
-    if catalogues:
-        values.append(("Locales", f'"Path"="{catalogues}"'))
-    return "REGEDIT4\r\n" + "".join(
-        f"\r\n[{KEY}{key and chr(92)}{key}]\r\n{line}\r\n" for key, line in values)
-
-
 def show_dialog(screen, host, dialog, title="", settings=None):
     """Shows a dialog with its settings, or with the text of others; its call and its window."""
-    host.write_registry(registry(dialog.settings) if settings is None else settings)
+    host.write_registry(registry(*dialog.settings) if settings is None else settings)
     call = host.call(dialog.export, **dialog.arguments)
     return call, screen.find_window(title or dialog.title, host)
 
