@@ -1,5 +1,6 @@
 #include "apart.h"
 
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -9,7 +10,8 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
-#include <memory>
+#include <fstream>
+#include <iterator>
 
 namespace admin {
 
@@ -17,13 +19,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using File = std::unique_ptr<FILE, int (*)(FILE*)>;
+void WriteTo(const std::string& file, int descriptor) {
+    dup2(open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600), descriptor);
+}
+
+std::string Read(const std::string& file) {
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 [[noreturn]] void RunInChild(const std::string& home, unsigned seconds,
                              const std::function<int()>& action) {
     alarm(seconds);
     setenv("ZEL_HOME", home.c_str(), 1);
     setenv("XDG_CACHE_HOME", home.c_str(), 1);
+    WriteTo(home + "/output", STDOUT_FILENO);
+    WriteTo(home + "/errors", STDERR_FILENO);
     int code = 1;
     try {
         code = action();
@@ -34,39 +45,16 @@ using File = std::unique_ptr<FILE, int (*)(FILE*)>;
     _exit(code);
 }
 
-std::string ReadAll(FILE* file) {
-    std::string text;
-    rewind(file);
-    for (int character = fgetc(file); character != EOF; character = fgetc(file)) {
-        text += static_cast<char>(character);
-    }
-    return text;
-}
-
-Ending::How Judge(int status) {
-    return WIFEXITED(status)             ? Ending::How::Exited
-           : WTERMSIG(status) == SIGALRM ? Ending::How::TooLong
-                                         : Ending::How::Died;
-}
-
-Ending RunIn(const std::string& home, unsigned seconds, const std::function<int()>& action) {
-    const File output(tmpfile(), fclose);
-    const File errors(tmpfile(), fclose);
-    fflush(stdout);
-    const pid_t child = output && errors ? fork() : -1;
-    if (child < 0) {
-        return {};
-    }
-    if (child == 0) {
-        dup2(fileno(output.get()), STDOUT_FILENO);
-        dup2(fileno(errors.get()), STDERR_FILENO);
-        RunInChild(home, seconds, action);
-    }
+Ending WaitFor(pid_t child, const std::string& home) {
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
-    return {Judge(status), WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status),
-            ReadAll(output.get()), ReadAll(errors.get())};
+    const bool died = WIFSIGNALED(status);
+    const int code = died ? WTERMSIG(status) : WEXITSTATUS(status);
+    return {!died             ? Ending::How::Exited
+            : code == SIGALRM ? Ending::How::TooLong
+                              : Ending::How::Died,
+            code, Read(home + "/output"), Read(home + "/errors")};
 }
 
 }  // namespace
@@ -79,7 +67,12 @@ Ending RunApart(const std::string& settings, unsigned seconds, const std::functi
     std::error_code error;  // a start that lacks the file says so itself
     fs::create_directory(home + "/.tessaly", error);
     fs::copy_file(settings, home + "/.tessaly/registry", error);
-    Ending ending = RunIn(home, seconds, action);
+    fflush(stdout);
+    const pid_t child = fork();
+    if (child == 0) {
+        RunInChild(home, seconds, action);
+    }
+    Ending ending = child < 0 ? Ending{} : WaitFor(child, home);
     fs::remove_all(home, error);
     return ending;
 }

@@ -1,9 +1,9 @@
 // The doctor command: what a help desk asks first, answered without touching anything.
 #include "doctor.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <sstream>
 
 #include "command.h"
 
@@ -35,6 +35,18 @@ void Report::Line(const std::string& what, const std::string& value) {
     printf("  %-*s  %s\n", kLabelWidth, what.c_str(), Printable(value).c_str());
 }
 
+void Report::Lines(const std::string& text, const char* what) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const size_t colon = what == nullptr ? line.find(": ") : std::string::npos;
+        if (colon == std::string::npos) {
+            Line(what == nullptr ? "" : what, line);
+        } else {
+            Line(line.substr(0, colon), line.substr(colon + 2));
+        }
+    }
+}
+
 void Report::Problem(const std::string& what, const std::string& advice) {
     printf("  problem: %s\n           %s\n", Printable(what).c_str(), Printable(advice).c_str());
     m_sectionIsFine = false;
@@ -52,22 +64,6 @@ int Report::Finish() {
     Conclude();
     printf("\n%d problem%s found\n", m_problems, m_problems == 1 ? "" : "s");
     return m_problems;
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    for (size_t from = 0; from < text.size();) {
-        const size_t end = std::min(text.find('\n', from), text.size());
-        lines.push_back(text.substr(from, end - from));
-        from = end + 1;
-    }
-    return lines;
-}
-
-std::pair<std::string, std::string> Split(const std::string& line) {
-    const size_t colon = line.find(": ");
-    return colon == std::string::npos ? std::pair(std::string(), line)
-                                      : std::pair(line.substr(0, colon), line.substr(colon + 2));
 }
 
 std::string Variable(const char* name) {

@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "registry/registry_places.h"
@@ -22,6 +21,9 @@ public:
 
     void Line(const std::string& what, const std::string& value);
 
+    // The same for each line "WHAT: VALUE" of a text; with `what`, for each line as it is.
+    void Lines(const std::string& text, const char* what = nullptr);
+
     // Says what is wrong and, in a line of its own, what can be done.
     void Problem(const std::string& what, const std::string& advice);
 
@@ -35,12 +37,6 @@ private:
     bool m_sectionIsFine = true;
     int m_problems = 0;
 };
-
-// The lines of a text, without line ends.
-std::vector<std::string> Lines(const std::string& text);
-
-// A line "WHAT: VALUE" in its two parts; the first is empty for another one.
-std::pair<std::string, std::string> Split(const std::string& line);
 
 // An environment variable's value, or that it is not set.
 std::string Variable(const char* name);

@@ -162,9 +162,7 @@ void ReportUnreachable(Report& report, const Ending& probe) {
                        "Is it the right one, may this user use it (XAUTHORITY, xhost), and does "
                        "GDK_BACKEND fit?");
     }
-    for (const std::string& line : Lines(probe.errors)) {
-        report.Line("message", line);
-    }
+    report.Lines(probe.errors, "message");
 }
 
 // The version is part of the file's name: the toolkit's own answer would need its windows.
@@ -187,12 +185,8 @@ bool ReportDisplay(Report& report) {
     ReportSocket(report, "WAYLAND_DISPLAY", WaylandSocket);
     report.Line("wxWidgets", WxVersion());
     const Ending probe = RunApart({}, kProbeSeconds, ProbeDisplay);
-    bool opened = false;
-    for (const std::string& line : Lines(probe.output)) {
-        const auto [what, value] = Split(line);
-        report.Line(what, value);
-        opened = opened || what == "opened";
-    }
+    report.Lines(probe.output);
+    const bool opened = probe.output.find("\nopened: ") != std::string::npos;
     if (!opened) {
         ReportUnreachable(report, probe);
     }

@@ -94,10 +94,7 @@ void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay)
     const auto first = std::ranges::find(looked, 0, &SettingsPlace::error);
     const Ending probe = RunApart(first == looked.end() ? std::string() : first->file,
                                   kStartSeconds, hasDisplay ? Start : Load);
-    for (const std::string& line : Lines(probe.output)) {
-        const auto [what, value] = Split(line);
-        report.Line(what, value);
-    }
+    report.Lines(probe.output);
     if (probe.how == Ending::How::Exited && probe.code == kDone) {
         if (!hasDisplay) {
             report.Line("started", "not tried: there is no display");
@@ -105,9 +102,7 @@ void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay)
         return;
     }
     ReportFailure(report, probe);
-    for (const std::string& line : Lines(probe.errors)) {
-        report.Line("message", line);
-    }
+    report.Lines(probe.errors, "message");
 }
 
 }  // namespace admin
