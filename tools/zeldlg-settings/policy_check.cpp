@@ -1,6 +1,8 @@
 // The policy-check command: judges candidate PINs without any window.
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -30,11 +32,6 @@ constexpr NumberOption kNumbers[] = {
     {"--p2-population", &PinPolicy::p2PopMin},
     {"--p2-min-length", &PinPolicy::p2MinLen},
     {"--p2-class-mask", &PinPolicy::p2ClassMask},
-    {"--p3-threshold", &PinPolicy::p3Threshold},
-    {"--p3-history-size", &PinPolicy::p3HistorySize},
-    {"--p3-case-insensitive", &PinPolicy::p3CaseInsensitive},
-    {"--p3-length-normalize", &PinPolicy::p3LengthNormalize},
-    {"--p3-strict-only", &PinPolicy::p3StrictOnly},
     {"--p4-white-list", &PinPolicy::p4IsWhiteList},
 };
 
@@ -48,30 +45,13 @@ bool Apply(PinPolicy& policy, const std::string& option, const std::string& valu
         policy.p4CharList = value;
         return true;
     }
-    for (const NumberOption& number : kNumbers) {
-        if (option == number.name) {
-            policy.*number.field = static_cast<uint8_t>(ParseNumber(number.name, value, UINT8_MAX));
-            return true;
-        }
+    const auto* const number = std::ranges::find(kNumbers, option, &NumberOption::name);
+    if (number == std::end(kNumbers)) {
+        return false;
     }
-    return false;
+    policy.*number->field = static_cast<uint8_t>(ParseNumber(number->name, value, UINT8_MAX));
+    return true;
 }
-
-constexpr const char* kPolicyHelp =
-    "  --policy NAME              a policy of the configuration store; what follows changes it\n"
-    "  --enabled MASK             1 distance, 2 classes, 4 history, 8 characters\n"
-    "  --p1-threshold N           largest distance of neighbours that is refused\n"
-    "  --p1-case-sensitive 0|1    0: the PIN is lower-cased first\n"
-    "  --p1-full-pin-check 0|1    1: refuse only one single arithmetic run\n"
-    "  --p2-classes N             minimum number of character classes\n"
-    "  --p2-population N          minimum number of characters in each used class\n"
-    "  --p2-min-length N          minimum length in bytes\n"
-    "  --p2-class-mask MASK       1 lower, 2 upper, 4 digits, 8 punctuation, 16 other\n"
-    "  --p3-threshold N, --p3-history-size N, --p3-case-insensitive 0|1,\n"
-    "  --p3-length-normalize 0|1, --p3-strict-only 0|1\n"
-    "                             what the token's history check is described with\n"
-    "  --p4-characters TEXT       characters of the restriction\n"
-    "  --p4-white-list 0|1        1: only these characters are allowed\n";
 
 // Ends the program with a message for a word that is wrong.
 PinPolicy ParsePolicy(const Words& words) {
@@ -123,12 +103,23 @@ const Command& PolicyCheckCommand() {
         .synopsis = "policy-check [OPTION...] < PINS",
         .summary = "Judge PINs against a policy, without any window",
         .help =
-            std::string(
-                "Reads candidate PINs from standard input, one a line (LF or CR LF), and prints\n"
-                "for each line its number, the status of the three local policies (9000 =\n"
-                "accepted) and their messages. The exit code is 0 when all were accepted, else\n"
-                "1.\n\n") +
-            kPolicyHelp,
+            "Reads candidate PINs from standard input, one a line (LF or CR LF), and prints\n"
+            "for each line its number, the status of the three local policies (9000 =\n"
+            "accepted) and their messages. The exit code is 0 when all were accepted, else\n"
+            "1.\n"
+            "\n"
+            "  --policy NAME              a policy of the configuration store; what follows "
+            "changes it\n"
+            "  --enabled MASK             1 distance, 2 classes, 4 history, 8 characters\n"
+            "  --p1-threshold N           largest distance of neighbours that is refused\n"
+            "  --p1-case-sensitive 0|1    0: the PIN is lower-cased first\n"
+            "  --p1-full-pin-check 0|1    1: refuse only one single arithmetic run\n"
+            "  --p2-classes N             minimum number of character classes\n"
+            "  --p2-population N          minimum number of characters in each used class\n"
+            "  --p2-min-length N          minimum length in bytes\n"
+            "  --p2-class-mask MASK       1 lower, 2 upper, 4 digits, 8 punctuation, 16 other\n"
+            "  --p4-characters TEXT       characters of the restriction\n"
+            "  --p4-white-list 0|1        1: only these characters are allowed\n",
         .run = RunPolicyCheck,
     };
     return kCommand;
