@@ -130,9 +130,8 @@ ExitCode List(const Words& words) {
         return Fail(error);
     }
     PrintSettings(kGeneralKey, KnownSettings());
-    const std::wstring policies = kGeneralKey + L"\\Policies";
-    for (const std::wstring& name : SubKeys(policies)) {
-        PrintSettings(policies + L"\\" + name, PolicySettings());
+    for (const std::wstring& name : SubKeys(kGeneralKey + L"\\Policies")) {
+        PrintSettings((kGeneralKey + L"\\Policies\\").append(name), PolicySettings());
     }
     return kDone;
 }
