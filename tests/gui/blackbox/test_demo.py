@@ -76,11 +76,8 @@ class Dialogs(DemoCase):
         self.addCleanup(screen.close)
         process = self.start(*words)
         window = screen.find_window("Enter PIN", process)
-        field = window.find("password text")
-        if keys:
-            screen.type_text(keys, field)
-            wait_until(lambda: field.length == len(keys))
-        screen.key(end, field)
+        screen.fill(window, [keys])
+        screen.key(end, window.find("password text"))
         out, err = process.communicate(timeout=scaled(60))
         return process.returncode, out, err
 
@@ -104,23 +101,18 @@ class Dialogs(DemoCase):
 
 class Changes(DemoCase):
     def type(self, *words, title="Change transport PIN", values=("1234", "183729", "183729")):
-        """Types into the dialog of a command. Returns its window and its last field, too."""
+        """Types into the dialog of a command."""
         screen = Screen()
         self.addCleanup(screen.close)
         process = self.start(*words)
         window = screen.find_window(title, process)
-        fields = wait_until(lambda: (found := window.find_all("password text"))
-                            and len(found) == 3 and found)
-        for field, value in zip(fields, values):
-            field.focus()
-            screen.type_text(value, field)
-            wait_until(lambda: field.length == len(value))
-        return screen, process, window, fields[2]
+        screen.fill(window, values)
+        return screen, process, window
 
     def change(self, *words, **options):
-        screen, process, window, last = self.type(*words, **options)
+        screen, process, window = self.type(*words, **options)
         wait_until(lambda: window.find("push button", "OK").enabled)
-        screen.key("Return", last)
+        screen.key("Return")
         out, err = process.communicate(timeout=scaled(60))
         return process.returncode, out
 
@@ -141,11 +133,11 @@ class Changes(DemoCase):
         self.assertEqual(0, code, out)
         for value, met, unmet in (("18372", "Restriction", "Diversification"),
                                   ("183725", "Diversification", "Restriction")):
-            screen, process, window, last = self.type("change-policed-pin", *policy,
-                                                      values=["1234", value, value])
+            screen, process, window = self.type("change-policed-pin", *policy,
+                                                values=["1234", value, value])
             wait_until(lambda: {f"Met: {met}", f"Not met: {unmet}"} <=
                        {button.name for button in window.find_all("push button")})
-            screen.key("Escape", last)
+            screen.key("Escape")
             process.communicate(timeout=scaled(60))
 
 
@@ -193,13 +185,9 @@ class Unblocking(DemoCase):
 
     def unlock(self, *words, values):
         screen, process, window = self.start_unlock("unblock-cr", *words)
-        fields = [window.find("text", "Response"), *window.find_all("password text")]
-        for field, value in zip(fields, values, strict=True):
-            field.focus()
-            screen.type_text(value, field)
-            wait_until(lambda: field.length == len(value))
+        screen.fill(window, values)
         wait_until(lambda: window.find("push button", "OK").enabled)
-        screen.key("Return", fields[-1])
+        screen.key("Return")
         out, err = process.communicate(timeout=scaled(60))
         return process.returncode, out
 

@@ -47,15 +47,10 @@ class Walk(StageTestCase):
     def fill(self, *values):
         """An answer that types into the password fields and confirms."""
         def answer(window):
-            fields = wait_until(lambda: (found := window.find_all("password text"))
-                                and len(found) == len(values) and found)
-            for field, value in zip(fields, values):
-                field.focus()
-                self.screen.type_text(value, field)
-                wait_until(lambda: field.length == len(value), what="the typed characters")
+            self.screen.fill(window, values)
             wait_until(lambda: self.confirm_button(window).enabled, what="OK enabled",
                        seen=window.dump)
-            self.screen.key("Return", fields[-1])
+            self.screen.key("Return")
         return answer
 
     @staticmethod

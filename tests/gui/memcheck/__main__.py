@@ -9,7 +9,7 @@ import os
 import sys
 import time
 
-from stage import OK, Host, Screen, wait_until
+from stage import OK, Host, Screen
 from stage.dialogs import DIALOGS, show_dialog, wait_ready
 
 
@@ -34,21 +34,10 @@ class Tour:
         self._screen.wait_gone(window)
 
     def _type(self, dialog, window):
-        if dialog.typed:
-            fields = window.find_all("password text")
-            for field, value in zip(fields, dialog.typed, strict=True):
-                self._fill(field, value)
-        if dialog.answer:
-            self._fill(next(node for node in window.walk() if node.role == "text"
-                            and "editable" in node.states), dialog.answer)
+        self._screen.fill(window, [*filter(None, [dialog.answer]), *dialog.typed])
         if dialog.order and not dialog.typed:
             for key in ("Tab", "shift+Tab"):
                 self._screen.key(key)
-
-    def _fill(self, field, value):
-        field.focus()
-        self._screen.type_text(value, field)
-        wait_until(lambda: field.length == len(value), what="the typed characters")
 
     def _answer(self, dialog, window, call):
         if not dialog.modal:
