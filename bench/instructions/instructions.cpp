@@ -9,7 +9,7 @@
 #include "dialogs/challenge_response.h"
 #include "full_policy.h"
 #include "platform/event.h"
-#include "policy/policy_pages.h"
+#include "policy/change_pin_checks.h"
 #include "registry/registry_store.h"
 #include "registry_files.h"
 #include "resources/format_conversions.h"
@@ -52,12 +52,15 @@ void CountTyping() {
     const std::string pin = bench::Pin(64);
     const std::string longer = pin + '0';
     PinPolicy policy = bench::FullPolicy();
-    Count("check 64 bytes", [&] { Require(CheckLocalPolicies(policy, pin).AllAccepted()); });
-    PolicyPages pages(policy);
-    Count("revalidate 64 bytes", [&] { pages.Update(pin); });
+    Count("check 64 bytes", [&] { Require(bench::Accepts(policy, pin)); });
+    ChangePinChecks checks(ChangePinMode::ChangePin, {}, true, policy);
+    const auto type = [&checks](std::string_view newValue) {
+        checks.Update({.oldValue = {}, .newValue = newValue, .confirmation = {}});
+    };
+    Count("revalidate 64 bytes", [&] { type(pin); });
     Count("change a page and back", [&] {
-        pages.Update(longer);
-        pages.Update(pin);
+        type(longer);
+        type(pin);
     });
     Count("decode a response",
           [] { Require(DecodeResponse(L"0123 4567 89ab cdef 0123 4567 89AB CDEF").size() == 16); });

@@ -1,10 +1,11 @@
 // A policy that is checked in full, and PINs that every check has to read to their end.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
-#include "policy/policy_checker.h"
+#include "policy/change_pin_checks.h"
 
 namespace bench {
 
@@ -35,6 +36,14 @@ inline std::string Pin(int64_t length) {
     }
     pin.push_back(pin.back());
     return pin;
+}
+
+// Whether all local policies accept it.
+inline bool Accepts(zeldlg::PinPolicy& policy, const std::string& pin) {
+    using namespace zeldlg;
+    return std::all_of(Policies().begin(), Policies().end(), [&](const Policy& each) {
+        return each.StatusOf(policy, pin) == kPolicyAccepted;
+    });
 }
 
 }  // namespace bench

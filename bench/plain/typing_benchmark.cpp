@@ -6,7 +6,7 @@
 #include <string>
 
 #include "full_policy.h"
-#include "policy/policy_pages.h"
+#include "policy/change_pin_checks.h"
 
 namespace {
 
@@ -17,34 +17,34 @@ using bench::Pin;
 void CheckPolicies(benchmark::State& state) {
     PinPolicy policy = FullPolicy();
     const std::string pin = Pin(state.range(0));
-    if (!CheckLocalPolicies(policy, pin).AllAccepted()) {
+    if (!bench::Accepts(policy, pin)) {
         throw std::runtime_error("the PIN is refused");
     }
     for (auto _ : state) {
-        benchmark::DoNotOptimize(CheckLocalPolicies(policy, pin));
+        benchmark::DoNotOptimize(bench::Accepts(policy, pin));
     }
     state.SetComplexityN(state.range(0));
 }
 
 // Checks, and the pages that explain them while nothing changes.
 void UpdatePagesUnchanged(benchmark::State& state) {
-    PolicyPages pages(FullPolicy());
+    ChangePinChecks checks(ChangePinMode::ChangePin, {}, true, FullPolicy());
     const std::string pin = Pin(state.range(0));
     for (auto _ : state) {
-        pages.Update(pin);
-        benchmark::DoNotOptimize(pages.AllMet());
+        checks.Update({.oldValue = {}, .newValue = pin, .confirmation = {}});
+        benchmark::DoNotOptimize(checks.AllMet());
     }
     state.SetComplexityN(state.range(0));
 }
 
 // The same with a status that changes every time: a page is composed anew.
 void UpdatePagesChanging(benchmark::State& state) {
-    PolicyPages pages(FullPolicy());
+    ChangePinChecks checks(ChangePinMode::ChangePin, {}, true, FullPolicy());
     const std::string pins[] = {Pin(state.range(0)), Pin(state.range(0)) + '0'};
     for (bool refused = false; auto _ : state) {
-        pages.Update(pins[refused ? 1 : 0]);
+        checks.Update({.oldValue = {}, .newValue = pins[refused ? 1 : 0], .confirmation = {}});
         refused = !refused;
-        benchmark::DoNotOptimize(pages.AllMet());
+        benchmark::DoNotOptimize(checks.AllMet());
     }
     state.SetComplexityN(state.range(0));
 }

@@ -49,10 +49,6 @@ wxString WarningText(const ChangePinFailure& failure) {
     return text.Trim(false);  // the line break before the tries: the header stands by itself
 }
 
-wxString FormatBound(const char* format, uint32_t bound) {
-    return FormatTranslated(format, ShownNumber(bound));
-}
-
 }  // namespace
 
 CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prompt)
@@ -60,23 +56,21 @@ CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prom
                wxDefaultSize, kDialogStyle),
       m_prompt(prompt),
       m_texts(TextsOf(prompt.mode)),
+      m_checks(prompt.mode, prompt.bounds, prompt.policed, prompt.policy),
       m_accepts(AcceptedInNewPin()),
-      m_rows(new wxBoxSizer(wxVERTICAL)) {
-    if (prompt.policed) {
-        m_pages.emplace(prompt.policy);
-    }
+      m_rows(new wxBoxSizer(wxVERTICAL)),
+      m_chosen(prompt.policed ? ChangePinChecks::kRuleCount : 0) {
     CSecureTextControl::MeasureFieldWidth(this);
     wxToolTip::SetDelay(kToolTipDelayMs);  // where the toolkit heeds it: GTK 3 has its own delay
     AddHeading(prompt.tokenLabel);
     AddFailure(prompt.attempts);
     AddFields();
     AddRules();
-    AddPolicyPages();
+    AddPages();
     AddExplanation();
     AddSummary();
     AddButtons();
     Revalidate();
-    Choose(prompt.policed ? m_states.size() - kPolicyPageCount - 2 : 0);
     layout::Finish(*this, m_rows);
     CancelOnClose(*this);
     m_oldField->SetFocus();
@@ -88,15 +82,15 @@ SecretBytes CChangePinDialog::NewValue() const { return m_confirmField->Pin(); }
 
 void CChangePinDialog::AddHeading(const wxString& tokenLabel) {
     m_rows->Add(layout::NewHeading(this, FormatHostTexts(m_texts.heading, tokenLabel),
-                                   m_pages ? kPolicedHeadingLines : kHeadingLines));
+                                   m_prompt.policed ? kPolicedHeadingLines : kHeadingLines));
 }
 
 int CChangePinDialog::SectionGap() const {
-    return m_pages ? kPolicedSectionGap : layout::kSectionGap;
+    return m_prompt.policed ? kPolicedSectionGap : layout::kSectionGap;
 }
 
 int CChangePinDialog::MessageWidth() const {
-    return m_pages ? kPolicedMessageWidth : layout::kTextWidth;
+    return m_prompt.policed ? kPolicedMessageWidth : layout::kTextWidth;
 }
 
 void CChangePinDialog::AddFailure(const ChangePinAttempts& attempts) {
@@ -131,89 +125,41 @@ PinField* CChangePinDialog::AddField(wxFlexGridSizer* grid, const char* label) {
 }
 
 void CChangePinDialog::AddRules() {
-    auto* const rules = new wxBoxSizer(wxVERTICAL);
-    for (const auto flag : {&ChangePinRules::oldOk, &ChangePinRules::minOk, &ChangePinRules::maxOk,
-                            &ChangePinRules::equal}) {
-        AddRule(rules, RuleText(flag), flag);
-    }
-    m_rows->Add(rules, wxSizerFlags().Border(wxTOP, SectionGap()));
+    m_rows->Add(NewChecks(ChangePinChecks::kRuleCount), wxSizerFlags().Border(wxTOP, SectionGap()));
 }
 
-void CChangePinDialog::AddRule(wxSizer* sizer, const wxString& rule, bool ChangePinRules::*flag) {
-    m_states.push_back(NewRow(
-        rule, [this, flag] { return m_rules.*flag; }, [rule] { return rule; }));
-    auto* const line = new wxBoxSizer(wxHORIZONTAL);
-    line->Add(m_states.back().indicator, wxSizerFlags().CentreVertical());
-    line->AddSpacer(layout::kLineGap);
-    line->Add(layout::NewText(this, rule), wxSizerFlags().CentreVertical());
-    sizer->Add(line);
-}
-
-CChangePinDialog::Row CChangePinDialog::NewRow(const wxString& rule, std::function<bool()> isMet,
-                                               std::function<wxString()> explain) {
-    auto* const indicator = new Indicator(this, rule, isMet());
-    indicator->Bind(wxEVT_BUTTON, [this, row = m_states.size()](wxCommandEvent&) { Choose(row); });
-    return {indicator, std::move(isMet), std::move(explain)};
-}
-
-wxString CChangePinDialog::RuleText(bool ChangePinRules::*flag) const {
-    const ChangePinBounds& bounds = m_prompt.bounds;
-    if (flag == &ChangePinRules::oldOk) {
-        return FormatTranslated(m_texts.oldRule, ShownNumber(bounds.oldValue.min),
-                                ShownNumber(bounds.oldValue.max));
-    }
-    if (flag == &ChangePinRules::minOk) {
-        return FormatBound(m_texts.minRule, bounds.newValue.min);
-    }
-    return flag == &ChangePinRules::maxOk ? FormatBound(m_texts.maxRule, bounds.newValue.max)
-                                          : Translate(m_texts.equalRule);
-}
-
-wxString CChangePinDialog::LengthPageText() const {
-    return RuleText(&ChangePinRules::oldOk) + "\n" + RuleText(&ChangePinRules::minOk) + "\n" +
-           RuleText(&ChangePinRules::maxOk);
-}
-
-void CChangePinDialog::AddPolicyPages() {
+void CChangePinDialog::AddPages() {
     m_rows->Add(new wxStaticLine(this),
                 wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, SectionGap()));
     m_pageArea = new wxBoxSizer(wxHORIZONTAL);
     m_rows->Add(m_pageArea, wxSizerFlags().Expand());
-    if (!m_pages) {
-        return;
+    if (m_prompt.policed) {
+        m_pageArea->Add(NewChecks(m_checks.List().size()),
+                        wxSizerFlags().Border(wxRIGHT, layout::kSectionGap));
     }
-    auto* const grid = new wxFlexGridSizer(2, 0, layout::kLineGap);
-    AddPolicyPage(grid, CATALOGUE_KEY("Length"),
-                  {nullptr, [this] { return m_rules.oldOk && m_rules.minOk && m_rules.maxOk; },
-                   [this] { return LengthPageText(); }});
-    AddPolicyPage(grid, CATALOGUE_KEY("Equality"),
-                  {nullptr, [this] { return m_rules.equal; },
-                   [this] { return RuleText(&ChangePinRules::equal); }});
-    static constexpr std::pair<const char*, PolicyPage> kPages[] = {
-        {CATALOGUE_KEY("Distance"), PolicyPage::Distance},
-        {CATALOGUE_KEY("Diversification"), PolicyPage::Diversification},
-        {CATALOGUE_KEY("Similarity"), PolicyPage::Similarity},
-        {CATALOGUE_KEY("Restriction"), PolicyPage::Restriction}};
-    for (const auto& [title, page] : kPages) {
-        AddPolicyPage(grid, title,
-                      {nullptr, [this, page = page] { return m_pages->IsMet(page); },
-                       [this, page = page] { return m_pages->TextOf(page); }});
-    }
-    m_pageArea->Add(grid, wxSizerFlags().Border(wxRIGHT, layout::kSectionGap));
 }
 
-void CChangePinDialog::AddPolicyPage(wxFlexGridSizer* grid, const char* title, Row row) {
-    const wxString text = Translate(title);
-    m_states.push_back(NewRow(text, std::move(row.isMet), std::move(row.explain)));
-    grid->Add(m_states.back().indicator, wxSizerFlags().CentreVertical());
-    grid->Add(layout::NewText(this, text), wxSizerFlags().CentreVertical());
+// Those of the list that have no ball yet, up to `end`.
+wxSizer* CChangePinDialog::NewChecks(size_t end) {
+    auto* const grid = new wxFlexGridSizer(2, 0, layout::kLineGap);
+    for (size_t place = m_indicators.size(); place < end; ++place) {
+        const ChangePinCheck& check = m_checks.List()[place];
+        m_indicators.push_back(new Indicator(this, check.title, check.met));
+        m_indicators.back()->Bind(wxEVT_BUTTON, [this, place](wxCommandEvent&) {
+            m_chosen = place;
+            ShowExplanation();
+        });
+        grid->Add(m_indicators.back(), wxSizerFlags().CentreVertical());
+        grid->Add(layout::NewText(this, check.title), wxSizerFlags().CentreVertical());
+    }
+    return grid;
 }
 
 void CChangePinDialog::AddExplanation() {
-    m_explanation =
-        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                       wxSize(kExplanationWidth, m_pages ? kPageTextHeight : kRuleTextHeight),
-                       wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
+    m_explanation = new wxTextCtrl(
+        this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+        wxSize(kExplanationWidth, m_prompt.policed ? kPageTextHeight : kRuleTextHeight),
+        wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
     layout::PadText(*m_explanation, kTextPadding);
     SetAccessibleName(*m_explanation, Translate(CATALOGUE_KEY("Explanation")));
     m_pageArea->Add(m_explanation, wxSizerFlags(1).Expand());
@@ -240,21 +186,12 @@ void CChangePinDialog::Revalidate() {
     const SecretBytes oldValue = m_oldField->Pin();
     const SecretBytes newValue = m_newField->Pin();
     const SecretBytes confirmation = m_confirmField->Pin();
-    m_rules =
-        CheckRules(m_prompt.bounds,
-                   {.oldValue = oldValue, .newValue = newValue, .confirmation = confirmation});
-    if (m_pages) {
-        m_pages->Update(newValue);
-    }
-    ShowStates();
-}
-
-void CChangePinDialog::ShowStates() {
-    for (const Row& row : m_states) {
-        row.indicator->SetMet(row.isMet());
+    m_checks.Update({.oldValue = oldValue, .newValue = newValue, .confirmation = confirmation});
+    for (size_t i = 0; i < m_indicators.size(); ++i) {
+        m_indicators[i]->SetMet(m_checks.List()[i].met);
     }
     ShowExplanation();
-    ShowSummary(m_rules.AllMet() && (!m_pages || m_pages->AllMet()));
+    ShowSummary(m_checks.AllMet());
 }
 
 void CChangePinDialog::ShowSummary(bool allMet) {
@@ -271,19 +208,14 @@ void CChangePinDialog::ShowSummary(bool allMet) {
     }
 }
 
-void CChangePinDialog::Choose(size_t row) {
-    m_chosen = row;
-    ShowExplanation();
-}
-
 void CChangePinDialog::ShowExplanation() {
-    const wxString text = m_states[m_chosen].explain();
-    if (text == m_explanation->GetValue()) {
+    const ChangePinCheck& chosen = m_checks.List()[m_chosen];
+    if (chosen.text == m_explanation->GetValue()) {
         return;
     }
-    m_explanation->ChangeValue(text);
+    m_explanation->ChangeValue(chosen.text);
     // What is wrong stands behind what is asked for.
-    m_explanation->ShowPosition(m_states[m_chosen].isMet() ? 0 : m_explanation->GetLastPosition());
+    m_explanation->ShowPosition(chosen.met ? 0 : m_explanation->GetLastPosition());
 }
 
 }  // namespace zeldlg

@@ -1,5 +1,5 @@
 // Changes, initialises or unlocks a PIN or PUK: the old value, a new one twice, and which rules
-// the new one meets while it is typed. Logic is in ChangePinRules and PolicyPages.
+// the new one meets while it is typed. Logic is in ChangePinChecks.
 #pragma once
 
 #include <wx/dialog.h>
@@ -7,14 +7,11 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
-#include <array>
-#include <functional>
 #include <optional>
 #include <vector>
 
+#include "policy/change_pin_checks.h"
 #include "policy/change_pin_mode.h"
-#include "policy/change_pin_rules.h"
-#include "policy/policy_pages.h"
 #include "widgets/coloured_text.h"
 #include "widgets/pin_field.h"
 #include "widgets/rule_marks.h"
@@ -42,13 +39,6 @@ public:
     platform::SecretBytes NewValue() const;
 
 private:
-    // A rule or page with the ball that stands for it.
-    struct Row {
-        Indicator* indicator;
-        std::function<bool()> isMet;
-        std::function<wxString()> explain;
-    };
-
     int SectionGap() const;
     int MessageWidth() const;
     void AddHeading(const wxString& tokenLabel);
@@ -56,28 +46,19 @@ private:
     void AddFields();
     PinField* AddField(wxFlexGridSizer* grid, const char* label);
     void AddRules();
-    void AddRule(wxSizer* sizer, const wxString& rule, bool ChangePinRules::*flag);
-    void AddPolicyPages();
-    void AddPolicyPage(wxFlexGridSizer* grid, const char* title, Row row);
+    void AddPages();
+    wxSizer* NewChecks(size_t end);
     void AddExplanation();
     void AddSummary();
     void AddButtons();
 
-    Row NewRow(const wxString& rule, std::function<bool()> isMet,
-               std::function<wxString()> explain);
-    wxString RuleText(bool ChangePinRules::*flag) const;
-    wxString LengthPageText() const;
-
     void Revalidate();
-    void ShowStates();
     void ShowSummary(bool allMet);
-    void Choose(size_t row);
     void ShowExplanation();
 
     ChangePinPrompt m_prompt;
     const ChangePinTexts& m_texts;
-    std::optional<PolicyPages> m_pages;
-    ChangePinRules m_rules;
+    ChangePinChecks m_checks;
     Accepts m_accepts;
 
     wxBoxSizer* m_rows;
@@ -89,8 +70,8 @@ private:
     ColouredTexts* m_summaryBox = nullptr;
     wxStaticText* m_summary = nullptr;
     wxButton* m_okButton = nullptr;
-    std::vector<Row> m_states;
-    size_t m_chosen = 0;
+    std::vector<Indicator*> m_indicators;  // of the checks
+    size_t m_chosen;
     std::optional<bool> m_shownSummary;
 };
 

@@ -176,18 +176,4 @@ PolicyStatus CheckCharacterRestriction(PinPolicy& policy, std::string_view pin) 
     return kPolicyAccepted;
 }
 
-LocalPolicyStatuses CheckLocalPolicies(PinPolicy& policy, std::string_view pin) {
-    LocalPolicyStatuses statuses;
-    if (policy.IsEnabled(kPolicyElementaryDistance)) {
-        statuses.distance = CheckElementaryDistance(policy, pin);
-    }
-    if (policy.IsEnabled(kPolicyCharacterClassification)) {
-        statuses.classes = CheckCharacterClasses(policy, pin);
-    }
-    if (policy.IsEnabled(kPolicyCharacterRestriction) && !policy.p4CharList.empty()) {
-        statuses.restriction = CheckCharacterRestriction(policy, pin);
-    }
-    return statuses;
-}
-
 }  // namespace zeldlg

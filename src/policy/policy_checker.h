@@ -21,8 +21,8 @@ inline constexpr PolicyStatus kPinTooShort = 0x64A0;       ///< P2, + the minimu
 inline constexpr PolicyStatus kClassTooSmall = 0x64B0;     ///< P2, + its members modulo 16
 inline constexpr PolicyStatus kHistoryRefused = 0x64C0;    ///< P3, from the token only
 
-// The checks apply their policy whether or not it is enabled. They keep no state and neither
-// allocate memory nor copy the PIN.
+// The checks apply their policy whether or not it is enabled (see Policies() for those that are).
+// They keep no state and neither allocate memory nor copy the PIN.
 
 /// P1: the distance between the codes of neighbours. Lower-casing follows the C locale that is
 /// set, byte by byte.
@@ -34,18 +34,5 @@ PolicyStatus CheckCharacterClasses(const PinPolicy& policy, std::string_view pin
 
 /// P4: allowed or disallowed characters. Stores a refused one in `policy`.
 PolicyStatus CheckCharacterRestriction(PinPolicy& policy, std::string_view pin);
-
-/// What the three checks say; a policy that is not run accepts.
-struct LocalPolicyStatuses {
-    PolicyStatus distance = kPolicyAccepted;     ///< P1
-    PolicyStatus classes = kPolicyAccepted;      ///< P2
-    PolicyStatus restriction = kPolicyAccepted;  ///< P4
-
-    bool operator==(const LocalPolicyStatuses&) const = default;
-    bool AllAccepted() const { return *this == LocalPolicyStatuses(); }
-};
-
-/// Runs the policies that are enabled; P4 only with a character list that is not empty.
-LocalPolicyStatuses CheckLocalPolicies(PinPolicy& policy, std::string_view pin);
 
 }  // namespace zeldlg

@@ -6,7 +6,7 @@
 #include "dialogs/challenge_response.h"
 #include "fuzz_target.h"
 #include "pin/pin_rules.h"
-#include "policy/change_pin_rules.h"
+#include "policy/change_pin_checks.h"
 #include "runtime/handlers/delivery.h"
 
 namespace zeldlg::fuzz {
@@ -60,13 +60,15 @@ void RequireChangeRules(FuzzInput& input) {
     const std::string oldValue = input.Text(30);
     const std::string newValue = input.Text(30);
     const std::string confirmation = input.Flag() ? newValue : input.Text(30);
-    const ChangePinRules rules = CheckRules(bounds, {oldValue, newValue, confirmation});
+    ChangePinChecks checks(ChangePinMode::ChangePin, bounds);
+    checks.Update({oldValue, newValue, confirmation});
+    const std::vector<ChangePinCheck>& rules = checks.List();
     const auto oldLength = static_cast<Wide>(oldValue.size());
     const auto newLength = static_cast<Wide>(newValue.size());
-    REQUIRE_EQ(rules.oldOk, oldLength >= bounds.oldValue.min && oldLength <= bounds.oldValue.max);
-    REQUIRE_EQ(rules.minOk, newLength >= bounds.newValue.min);
-    REQUIRE_EQ(rules.maxOk, newLength <= bounds.newValue.max);
-    REQUIRE_EQ(rules.equal, newValue == confirmation);
+    REQUIRE_EQ(rules[0].met, oldLength >= bounds.oldValue.min && oldLength <= bounds.oldValue.max);
+    REQUIRE_EQ(rules[1].met, newLength >= bounds.newValue.min);
+    REQUIRE_EQ(rules[2].met, newLength <= bounds.newValue.max);
+    REQUIRE_EQ(rules[3].met, newValue == confirmation);
 }
 
 /// A buffer has what it says or less, a host's claim may be larger.

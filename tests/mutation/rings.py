@@ -35,7 +35,7 @@ NEAR = (
     (r"src/pin/pin_pad", "PinPad", "OfThePinPad", "pin_pad"),
     (r"src/pin/legal", "", "OfTheSignatureDialog OfThePinPad", "legal_pin"),
     (r"src/pin/", "FailureOf PinLengthRule", "OfThePinDialog OfTheSignatureDialog", "pin_entry"),
-    (r"src/policy/(change|policy_pages)", "Change Mode Texts PolicyPages",
+    (r"src/policy/change", "Change Mode Texts PolicyPages LocalPolicies",
      "OfTheChangeDialogs OfThePolicedChangeDialog", "change_pin"),
     (r"src/policy/", "Polic Character Elementary", "", "change_pin"),
     (r"src/registry/registry_encoding", "RegistryEncoding RegistryText", "", ""),

@@ -1,12 +1,14 @@
 // What a change dialog decides without a window.
 #include <gtest/gtest.h>
 
-#include <string>
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
 
+#include "policy/change_pin_checks.h"
 #include "policy/change_pin_mode.h"
-#include "policy/change_pin_rules.h"
 #include "policy/policy_descriptions.h"
-#include "policy/policy_pages.h"
 #include "support/attempt_warnings.h"
 
 namespace zeldlg {
@@ -110,35 +112,61 @@ INSTANTIATE_TEST_SUITE_P(
         FailureRow{
             ChangePinMode::InitialisePin, {false, false, {}}, "PIN incorrect", kMayLock, {}}));
 
-ChangePinRules Rules(const char* oldValue, const char* newValue, const char* confirmation) {
-    return CheckRules({.newValue = {4, 8}, .oldValue = {3, 5}},
-                      {.oldValue = oldValue, .newValue = newValue, .confirmation = confirmation});
+// Which of the four rules are met: old length, minimum, maximum, equal.
+std::vector<bool> Rules(const char* oldValue, const char* newValue, const char* confirmation) {
+    ChangePinChecks checks(kTransport, {.newValue = {4, 8}, .oldValue = {3, 5}});
+    checks.Update({.oldValue = oldValue, .newValue = newValue, .confirmation = confirmation});
+    std::vector<bool> met;
+    for (const ChangePinCheck& rule : checks.List()) {
+        met.push_back(rule.met);
+    }
+    EXPECT_EQ(checks.AllMet(), met == std::vector(4, true));
+    return met;
 }
+
+using Met = std::vector<bool>;
 
 TEST(ChangeRules, OldAndNewValueHaveTheirOwnBounds) {
-    EXPECT_EQ(Rules("123", "1234", "1234"), (ChangePinRules{true, true, true, true}));
-    EXPECT_EQ(Rules("12", "1234", "1234"), (ChangePinRules{false, true, true, true}));
-    EXPECT_EQ(Rules("123456", "1234", "1234"), (ChangePinRules{false, true, true, true}));
-    EXPECT_EQ(Rules("123", "123", "123"), (ChangePinRules{true, false, true, true}));
-    EXPECT_EQ(Rules("123", "123456789", "123456789"), (ChangePinRules{true, true, false, true}));
-}
-
-TEST(ChangeRules, AConfirmedValueOneByteTooShortIsRefused) {
-    const ChangePinRules rules = Rules("123", "123", "123");
-    EXPECT_FALSE(rules.minOk);
-    EXPECT_TRUE(rules.equal);
-    EXPECT_FALSE(rules.AllMet());
+    EXPECT_EQ(Rules("123", "1234", "1234"), (Met{true, true, true, true}));
+    EXPECT_EQ(Rules("12", "1234", "1234"), (Met{false, true, true, true}));
+    EXPECT_EQ(Rules("123456", "1234", "1234"), (Met{false, true, true, true}));
+    EXPECT_EQ(Rules("123", "123", "123"), (Met{true, false, true, true}));
+    EXPECT_EQ(Rules("123", "123456789", "123456789"), (Met{true, true, false, true}));
 }
 
 TEST(ChangeRules, ConfirmationMustBeEqualInLengthAndContent) {
-    EXPECT_FALSE(Rules("123", "1234", "12345").equal);
-    EXPECT_FALSE(Rules("123", "1234", "1235").equal);
-    EXPECT_TRUE(Rules("123", "", "").equal);
+    EXPECT_FALSE(Rules("123", "1234", "12345")[3]);
+    EXPECT_FALSE(Rules("123", "1234", "1235")[3]);
+    EXPECT_TRUE(Rules("123", "", "")[3]);
 }
 
 TEST(ChangeRules, LengthsAreBytes) {
-    EXPECT_TRUE(Rules("123", "\xC3\xA9\xC3\xA9", "\xC3\xA9\xC3\xA9").minOk);
-    EXPECT_FALSE(Rules("123", "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9", "").maxOk);
+    EXPECT_TRUE(Rules("123", "\xC3\xA9\xC3\xA9", "\xC3\xA9\xC3\xA9")[1]);
+    EXPECT_FALSE(Rules("123", "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9", "")[2]);
+}
+
+std::vector<wxString> Titles(const ChangePinChecks& checks) {
+    std::vector<wxString> titles;
+    for (const ChangePinCheck& each : checks.List()) {
+        titles.push_back(each.title);
+    }
+    return titles;
+}
+
+TEST(ChangeRules, AreTitledAfterTheMode) {
+    const ChangePinBounds bounds{.newValue = {4, 8}, .oldValue = {3, 5}};
+    EXPECT_EQ(Titles({kTransport, bounds}),
+              (std::vector<wxString>{"PIN length between 3 and 5 bytes",
+                                     "Minimum PIN length 4 bytes", "Maximum PIN length 8 bytes",
+                                     "New PIN equal to confirmed new PIN"}));
+    EXPECT_EQ(Titles({ChangePinMode::ChangePuk, bounds}),
+              (std::vector<wxString>{"PUK length between 3 and 5 bytes",
+                                     "Minimum PUK length 4 bytes", "Maximum PUK length 8 bytes",
+                                     "New PUK equal to confirmed new PUK"}));
+    const ChangePinChecks checks(kTransport, bounds);
+    for (const ChangePinCheck& rule : checks.List()) {
+        EXPECT_EQ(rule.text, rule.title);
+    }
 }
 
 PinPolicy SomePolicy() {
@@ -154,67 +182,111 @@ PinPolicy SomePolicy() {
     return policy;
 }
 
+// The pages of a policed dialog, by their titles.
+class Pages {
+public:
+    explicit Pages(std::optional<PinPolicy> policy)
+        : m_checks(kTransport, {.newValue = {4, 8}, .oldValue = {0, 5}}, true, std::move(policy)) {}
+
+    const ChangePinCheck& operator[](const wxString& title) const {
+        const auto page = std::find_if(m_checks.List().begin() + ChangePinChecks::kRuleCount,
+                                       m_checks.List().end(),
+                                       [&title](const auto& each) { return each.title == title; });
+        EXPECT_NE(page, m_checks.List().end()) << title;
+        return *page;
+    }
+    void Type(const char* pin, const char* confirmation = "") {
+        m_checks.Update({.oldValue = {}, .newValue = pin, .confirmation = confirmation});
+    }
+    const ChangePinChecks& Checks() const { return m_checks; }
+
+private:
+    ChangePinChecks m_checks;
+};
+
+TEST(PolicyPages, StandBehindTheRulesInTheirOrder) {
+    const std::vector<wxString> titles = Titles(Pages(SomePolicy()).Checks());
+    EXPECT_EQ(std::vector(titles.begin() + ChangePinChecks::kRuleCount, titles.end()),
+              (std::vector<wxString>{"Length", "Equality", "Distance", "Diversification",
+                                     "Similarity", "Restriction"}));
+}
+
+TEST(PolicyPages, OfLengthAndEqualityRepeatTheRules) {
+    Pages pages(SomePolicy());
+    EXPECT_EQ(pages["Length"].text,
+              "PIN length between 0 and 5 bytes\nMinimum PIN length 4 bytes\n"
+              "Maximum PIN length 8 bytes");
+    EXPECT_EQ(pages["Equality"].text, "New PIN equal to confirmed new PIN");
+    EXPECT_FALSE(pages["Length"].met);
+    EXPECT_TRUE(pages["Equality"].met);
+    pages.Type("97531!", "97531");
+    EXPECT_TRUE(pages["Length"].met);
+    EXPECT_FALSE(pages["Equality"].met);
+    EXPECT_FALSE(pages.Checks().AllMet());
+    pages.Type("97531!", "97531!");
+    EXPECT_TRUE(pages.Checks().AllMet());
+    pages.Type("97531!ceg", "97531!ceg");
+    EXPECT_FALSE(pages["Length"].met);
+}
+
 TEST(PolicyPages, DescribeThePolicyFirst) {
     const PinPolicy policy = SomePolicy();
-    const PolicyPages pages(policy);
-    EXPECT_EQ(pages.TextOf(PolicyPage::Distance), DescribeElementaryDistance(policy));
-    EXPECT_EQ(pages.TextOf(PolicyPage::Diversification), DescribeCharacterClassification(policy));
-    EXPECT_EQ(pages.TextOf(PolicyPage::Similarity), DescribeHistoryChecking(policy));
-    EXPECT_EQ(pages.TextOf(PolicyPage::Restriction), DescribeCharacterRestriction(policy));
-    EXPECT_TRUE(pages.AllMet());
+    Pages pages(policy);
+    EXPECT_EQ(pages["Distance"].text, DescribeElementaryDistance(policy));
+    EXPECT_TRUE(pages["Diversification"].text.StartsWith(DescribeCharacterClassification(policy)));
+    EXPECT_EQ(pages["Similarity"].text, DescribeHistoryChecking(policy));
+    EXPECT_EQ(pages["Restriction"].text, DescribeCharacterRestriction(policy));
+    pages.Type("97531a");
+    EXPECT_EQ(pages["Diversification"].text, DescribeCharacterClassification(policy));
 }
 
 TEST(PolicyPages, AddWhatIsWrongAndTakeItBack) {
     const PinPolicy policy = SomePolicy();
-    PolicyPages pages(policy);
-    pages.Update("9800");
-    EXPECT_FALSE(pages.AllMet());
-    EXPECT_FALSE(pages.IsMet(PolicyPage::Distance));
-    EXPECT_FALSE(pages.IsMet(PolicyPage::Diversification));
-    EXPECT_TRUE(pages.IsMet(PolicyPage::Similarity));
-    EXPECT_FALSE(pages.IsMet(PolicyPage::Restriction));
-    EXPECT_TRUE(pages.TextOf(PolicyPage::Diversification)
-                    .EndsWith("The policy expects a length of 6 characters minimum"));
-    EXPECT_TRUE(pages.TextOf(PolicyPage::Restriction).EndsWith("\"0\""));
-    pages.Update("975318642");
-    pages.Update("974");
-    pages.Update("97531a");
-    EXPECT_EQ(pages.TextOf(PolicyPage::Restriction), DescribeCharacterRestriction(policy));
-    EXPECT_TRUE(pages.IsMet(PolicyPage::Restriction));
+    Pages pages(policy);
+    pages.Type("9800");
+    EXPECT_FALSE(pages["Distance"].met);
+    EXPECT_FALSE(pages["Diversification"].met);
+    EXPECT_TRUE(pages["Similarity"].met);
+    EXPECT_FALSE(pages["Restriction"].met);
+    EXPECT_TRUE(pages["Diversification"].text.EndsWith(
+        "The policy expects a length of 6 characters minimum"));
+    EXPECT_TRUE(pages["Restriction"].text.EndsWith("\"0\""));
+    pages.Type("975318642");
+    pages.Type("974");
+    pages.Type("97531a");
+    EXPECT_EQ(pages["Restriction"].text, DescribeCharacterRestriction(policy));
+    EXPECT_TRUE(pages["Restriction"].met);
 }
 
 TEST(PolicyPages, AStatusThatStaysTheSameKeepsItsText) {
     PinPolicy policy = SomePolicy();
     policy.enabledMask = kPolicyCharacterRestriction;
     policy.p4CharList = "0a";
-    PolicyPages pages(policy);
-    pages.Update("0");
-    const wxString text = pages.TextOf(PolicyPage::Restriction);
+    Pages pages(policy);
+    pages.Type("0");
+    const wxString text = pages["Restriction"].text;
     EXPECT_TRUE(text.EndsWith("\"0\""));
-    pages.Update("a");
-    EXPECT_EQ(pages.TextOf(PolicyPage::Restriction), text);
+    pages.Type("a");
+    EXPECT_EQ(pages["Restriction"].text, text);
 }
 
 TEST(PolicyPages, OfSwitchedOffPoliciesSaySo) {
     for (const auto& policy : {std::optional<PinPolicy>(), std::optional(PinPolicy())}) {
-        PolicyPages pages(policy);
-        pages.Update("aaaa");
-        EXPECT_TRUE(pages.AllMet());
-        EXPECT_EQ(pages.TextOf(PolicyPage::Distance),
-                  "Elementary distance:\nThis policy is disabled");
-        EXPECT_EQ(pages.TextOf(PolicyPage::Diversification),
+        Pages pages(policy);
+        pages.Type("aaaa", "aaaa");
+        EXPECT_TRUE(pages.Checks().AllMet());
+        EXPECT_EQ(pages["Distance"].text, "Elementary distance:\nThis policy is disabled");
+        EXPECT_EQ(pages["Diversification"].text,
                   "Character classification:\nThis policy is disabled");
-        EXPECT_EQ(pages.TextOf(PolicyPage::Similarity), "Pin History checking policy is disabled.");
-        EXPECT_EQ(pages.TextOf(PolicyPage::Restriction),
-                  "Character restriction policy is disabled.");
+        EXPECT_EQ(pages["Similarity"].text, "Pin History checking policy is disabled.");
+        EXPECT_EQ(pages["Restriction"].text, "Character restriction policy is disabled.");
     }
 }
 
 TEST(PolicyPages, AHistoryOfNoneIsEmpty) {
     PinPolicy policy = SomePolicy();
     policy.p3HistorySize = 0;
-    EXPECT_EQ(PolicyPages(policy).TextOf(PolicyPage::Similarity),
-              "History checking policy log is empty.");
+    EXPECT_EQ(Pages(policy)["Similarity"].text, "History checking policy log is empty.");
 }
 
 }  // namespace

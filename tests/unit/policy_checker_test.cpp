@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
+#include "policy/change_pin_checks.h"
 #include "policy/policy_messages.h"
 
 namespace zeldlg {
@@ -116,14 +118,25 @@ PinPolicy PolicyThatRefusesAll(std::uint8_t enabledMask) {
     return policy;
 }
 
+/// What P1 to P4 say to a PIN.
+std::vector<PolicyStatus> Statuses(PinPolicy& policy, std::string_view pin) {
+    std::vector<PolicyStatus> statuses;
+    for (const Policy& each : Policies()) {
+        statuses.push_back(each.StatusOf(policy, pin));
+    }
+    return statuses;
+}
+
+using Expected = std::vector<PolicyStatus>;
+
 TEST(LocalPolicies, OnlyThoseThatAreEnabledAreRun) {
     for (unsigned mask = 0; mask <= 255; ++mask) {
         PinPolicy policy = PolicyThatRefusesAll(static_cast<std::uint8_t>(mask));
-        const LocalPolicyStatuses statuses = CheckLocalPolicies(policy, "bb");
-        EXPECT_EQ(statuses.distance, (mask & 1) != 0 ? 0x6440 : 0x9000) << mask;
-        EXPECT_EQ(statuses.classes, (mask & 2) != 0 ? 0x6491 : 0x9000) << mask;
-        EXPECT_EQ(statuses.restriction, (mask & 8) != 0 ? 0x6400 : 0x9000) << mask;
-        EXPECT_EQ(statuses.AllAccepted(), (mask & 11) == 0) << mask;
+        const std::vector<PolicyStatus> statuses = Statuses(policy, "bb");
+        EXPECT_EQ(statuses[0], (mask & 1) != 0 ? 0x6440 : 0x9000) << mask;
+        EXPECT_EQ(statuses[1], (mask & 2) != 0 ? 0x6491 : 0x9000) << mask;
+        EXPECT_EQ(statuses[2], 0x9000) << "history is for the token to check: " << mask;
+        EXPECT_EQ(statuses[3], (mask & 8) != 0 ? 0x6400 : 0x9000) << mask;
         EXPECT_EQ(policy.lastRefusedCharacter, (mask & 8) != 0 ? 'b' : 0) << mask;
     }
 }
@@ -133,7 +146,7 @@ TEST(LocalPolicies, RestrictionWithoutAListIsNotRun) {
         PinPolicy policy;
         policy.enabledMask = kPolicyCharacterRestriction;
         policy.p4IsWhiteList = whiteList ? 1 : 0;
-        EXPECT_TRUE(CheckLocalPolicies(policy, "1234").AllAccepted());
+        EXPECT_EQ(Statuses(policy, "1234"), Expected(4, kPolicyAccepted));
         EXPECT_EQ(policy.lastRefusedCharacter, 0);
     }
 }
@@ -143,17 +156,14 @@ TEST(LocalPolicies, FoldingForTheDistanceLeavesThePinToTheOthers) {
     policy.enabledMask = 0xFF;
     policy.p4CharList = "a";
     std::string pin = "AaA";
-    const LocalPolicyStatuses statuses = CheckLocalPolicies(policy, pin);
-    EXPECT_EQ(statuses.distance, 0x6440);
-    EXPECT_EQ(statuses.classes, 0x9000);
-    EXPECT_EQ(statuses.restriction, 0x6401);
+    EXPECT_EQ(Statuses(policy, pin), (Expected{0x6440, 0x9000, 0x9000, 0x6401}));
     EXPECT_EQ(pin, "AaA");
 }
 
 TEST(LocalPolicies, EmptyPinIsRefusedOnlyForClassesAndLength) {
     PinPolicy policy = PolicyThatRefusesAll(0xFF);
-    EXPECT_EQ(CheckLocalPolicies(policy, ""), (LocalPolicyStatuses{0x9000, 0x6490, 0x9000}));
-    EXPECT_EQ(CheckLocalPolicies(policy, {}), (LocalPolicyStatuses{0x9000, 0x6490, 0x9000}));
+    EXPECT_EQ(Statuses(policy, ""), (Expected{0x9000, 0x6490, 0x9000, 0x9000}));
+    EXPECT_EQ(Statuses(policy, {}), (Expected{0x9000, 0x6490, 0x9000, 0x9000}));
 }
 
 }  // namespace

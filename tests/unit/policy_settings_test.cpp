@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "policy/policy_checker.h"
+#include "policy/change_pin_checks.h"
 #include "policy/policy_descriptions.h"
 #include "support/registry_fixture.h"
 
@@ -183,7 +183,7 @@ TEST_F(PolicySettings, ReadPolicyIsTheOneThatIsChecked) {
     PinPolicy policy = Read(
         "\"PoliciesEnabled\"=dword:00000008\r\n\"P4CharList\"=\"0123456789\"\r\n"
         "\"P4IsWhiteList\"=dword:00000001\r\n");
-    EXPECT_EQ(CheckLocalPolicies(policy, "12a4").restriction, 0x6402);
+    EXPECT_EQ(Policies()[3].StatusOf(policy, "12a4"), 0x6402);
 }
 
 /// Sets an environment variable for as long as it lives.

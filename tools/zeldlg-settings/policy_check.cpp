@@ -8,8 +8,8 @@
 
 #include "command.h"
 #include "platform/utf8.h"
+#include "policy/change_pin_checks.h"
 #include "policy/pin_policy_settings.h"
-#include "policy/policy_checker.h"
 #include "policy/policy_messages.h"
 
 namespace admin {
@@ -73,13 +73,16 @@ void PrintMessage(const char* name, const PinPolicy& policy, PolicyStatus status
 
 // The PIN itself is not printed.
 bool Judge(PinPolicy& policy, size_t line, const std::string& pin) {
-    const LocalPolicyStatuses statuses = CheckLocalPolicies(policy, pin);
-    printf("%zu: P1 %04X  P2 %04X  P4 %04X\n", line, statuses.distance, statuses.classes,
-           statuses.restriction);
-    PrintMessage("P1", policy, statuses.distance, {});
-    PrintMessage("P2", policy, statuses.classes, pin);
-    PrintMessage("P4", policy, statuses.restriction, {});
-    return statuses.AllAccepted();
+    const auto status = [&](size_t place) { return Policies()[place].StatusOf(policy, pin); };
+    const PolicyStatus distance = status(0);
+    const PolicyStatus classes = status(1);
+    const PolicyStatus restriction = status(3);
+    printf("%zu: P1 %04X  P2 %04X  P4 %04X\n", line, distance, classes, restriction);
+    PrintMessage("P1", policy, distance, {});
+    PrintMessage("P2", policy, classes, pin);
+    PrintMessage("P4", policy, restriction, {});
+    return distance == kPolicyAccepted && classes == kPolicyAccepted &&
+           restriction == kPolicyAccepted;
 }
 
 ExitCode RunPolicyCheck(const Words& words) {
