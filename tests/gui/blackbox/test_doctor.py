@@ -375,6 +375,10 @@ class DisplayAndLibrary(DoctorCase):
         self.assert_problems(found, "The library cannot be loaded")
         self.assertRegex(found.section("Library"), "message +zeldlg-settings: .*none.so")
 
+    def test_a_library_that_dies_at_its_start(self):
+        found = self.run_doctor(library=os.environ["ZELDLG_DYING_LIBRARY"])
+        self.assert_problems(found, "It dies at its start: Aborted")
+
 
 class Usage(DoctorCase):
     def test_an_unknown_option_is_refused(self):
