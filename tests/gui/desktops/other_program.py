@@ -33,7 +33,7 @@ class Editor:
 
     def type_into(self, type_text, text="ab"):
         """Has the user type into it, once it has the keyboard, and forgets the keys."""
-        wait_until(lambda: self.active, 20, "the keyboard in the other program")
+        wait_until(lambda: self.active, 8, "the keyboard in the other program")
         type_text(text)
         wait_until(lambda: "".join(self.keys) == text, 10, "the keys in the other program",
                    seen=lambda: self.keys)

@@ -15,7 +15,12 @@ from stage.servers import dying_with_parent
 from stage.x11 import X11
 
 WIDTH, HEIGHT = 1000, 700
-SWAY_CONFIG = "xwayland enable\noutput * mode --custom {size}\noutput * scale {scale}\nexec {tell}\n"
+SWAY_CONFIG = """
+xwayland enable
+output * mode --custom {size}
+output * scale {scale}
+exec {tell}
+"""
 REMOTE = "org.gnome.Mutter.RemoteDesktop"
 
 
@@ -27,6 +32,7 @@ class Place:
     def __init__(self, environment, eyes, x11, process=None):
         self.environment, self.eyes, self.x11, self.compositor = environment, eyes, x11, process
         self.type = eyes.type_text if eyes else None
+        self.editor = None  # the other program, where it is open
 
     def monitors(self):
         """Where they are to be seen, from left to right: (x, y, width, height)."""
@@ -103,6 +109,26 @@ def _headless_mutter(directory, tell, scale, monitors):
             *["--virtual-monitor", _size(scale)] * monitors, "--", tell]
 
 
+# It has its programs started by others, and begins with a view of all windows.
+GNOME_SHELL = r"""
+exec >"$0.log" 2>&1
+setpriv --pdeathsig KILL -- gnome-shell --nested --wayland --wayland-display gnome-shell-0 &
+until grep -q "GNOME Shell started" "$0.log"; do sleep 0.1; done
+gdbus call --session -d org.gnome.Shell -o /org/gnome/Shell -m org.freedesktop.DBus.Properties.Set \
+    org.gnome.Shell OverviewActive "<false>"
+WAYLAND_DISPLAY=gnome-shell-0
+DISPLAY=$(sed -n "s/.*public X11 display \(:[0-9]*\).*/\1/p" "$0.log")
+XAUTHORITY=$(echo "$XDG_RUNTIME_DIR"/.mutter-Xwaylandauth.*)
+export WAYLAND_DISPLAY DISPLAY XAUTHORITY
+"$0" &
+wait
+"""
+
+
+def _gnome_shell(directory, tell, scale, monitors):
+    return ["sh", "-c", GNOME_SHELL, tell]
+
+
 def _kwin(directory, tell, scale, monitors):
     # A copy: the program's capability is not granted everywhere, and it does not start then.
     program = os.path.join(directory, "kwin_wayland")
@@ -145,6 +171,8 @@ def _compositor(command, for_x, scale, monitors):
                        "MUTTER_DEBUG_DUMMY_MODE_SPECS": _size(scale),
                        "MUTTER_DEBUG_NUM_DUMMY_MONITORS": str(monitors),
                        "MUTTER_DEBUG_DUMMY_MONITOR_SCALES": ",".join([str(scale)] * monitors)}
+        # gnome-shell asks it for much that it can do without.
+        environment["DBUS_SYSTEM_BUS_ADDRESS"] = environment["DBUS_SESSION_BUS_ADDRESS"]
         headless = command is _headless_mutter
         if headless:
             del environment["DISPLAY"]
@@ -161,9 +189,19 @@ def _compositor(command, for_x, scale, monitors):
             wait_until(lambda: any(eyes.holds_focus(number) for number, _, _ in eyes.windows()), 20,
                        "the compositor's window", seen=eyes.windows)
         place = Place({**stage.environment, **inner}, eyes, x11, process)
+        if monitors > 1 and eyes:
+            wait_until(lambda: _stand_apart(place, monitors), 10, "the monitors", eyes.windows)
         if headless:
             place.type = RemoteKeyboard(stage.environment["DBUS_SESSION_BUS_ADDRESS"]).type
         yield place
+
+
+def _stand_apart(place, monitors):
+    """Whether as many monitors can be seen beside each other; puts those in windows there."""
+    for step, (number, _, _) in enumerate(place.eyes.windows()):
+        place.eyes.move(number, step * (WIDTH + 20), 0)
+    places = place.monitors()
+    return len(places) == monitors and places[1][0] >= places[0][0] + WIDTH
 
 
 @contextlib.contextmanager
@@ -190,6 +228,8 @@ PLACES = {
     **{f"{name} ({kind})": (lambda scale, monitors, command=command, for_x=for_x:
                             _compositor(command, for_x, scale, monitors))
        for name, command in {"mutter": _mutter, "mutter, headless": _headless_mutter,
-                             "KWin": _kwin, "sway": _sway}.items()
+                             "gnome-shell": _gnome_shell, "KWin": _kwin, "sway": _sway}.items()
        for kind, for_x in {"Wayland": False, "Xwayland": True}.items()},
 }
+# It brings a whole desktop with it, so it is not installed for this.
+UNUSED = {name for name in PLACES if "gnome-shell" in name and not shutil.which("gnome-shell")}

@@ -10,7 +10,7 @@ from desktops.programs import PIN
 from stage import scaled, wait_until
 
 # What is seen and who has the keyboard is settled when neither has changed for so long.
-STILL_SECONDS = 0.25
+STILL_SECONDS = 0.1
 # A cursor may blink meanwhile.
 CURSOR_PIXELS = 20
 # Another window is there when so many of the pixels that are looked at have changed.
@@ -27,37 +27,39 @@ class Run:
         self.visible = True
 
     def open_editor(self, *options):
-        self.editor = Editor(self.place.environment, options)
+        self.editor = None if options else self.place.editor
+        if self.editor is None:
+            self.editor = Editor(self.place.environment, options)
+        if not options:
+            self.place.editor = self.editor
         self.type_elsewhere()
 
     def type_elsewhere(self):
-        self.settle()
         self.editor.type_into(self.place.type)
 
-    def pixels(self, area=None):
+    def picture(self, area=None):
         """Every sixteenth row of the screen or of a part of it; none where nothing can be seen."""
         eyes = self.place.eyes
         if eyes is None:
             return []
         x, y, width, height = area or eyes.geometry(eyes.root)
-        return [pixel for row in range(y, y + height, 16)
-                for pixel in eyes.pixels((x, row, width, 1))]
+        return [eyes.bytes((x, row, width, 1)) for row in range(y, y + height, 16)]
 
     def look(self):
         """What is to be seen, and what the desktop says of windows and the keyboard."""
         x11, editor = self.place.x11, self.editor
-        return (self.pixels(), x11 and (x11.windows(), x11.focus()), editor and editor.active)
+        return (self.picture(), x11 and (x11.windows(), x11.focus()), editor and editor.active)
 
     def settle(self, before=None):
         """Waits until what there is differs from `before` by a window, and changes no more; whether
         it did so.
         """
-        deadline = time.monotonic() + scaled(4)
+        deadline = time.monotonic() + scaled(2)
         last, since = self.look(), time.monotonic()
         while time.monotonic() < deadline:
-            time.sleep(0.02)
+            time.sleep(0.04)
             now = self.look()
-            if now[1:] != last[1:] or different(now[0], last[0]) > CURSOR_PIXELS:
+            if now != last and (now[1:] != last[1:] or different(now[0], last[0]) > CURSOR_PIXELS):
                 last, since = now, time.monotonic()
             elif (time.monotonic() - since > scaled(STILL_SECONDS)
                   and (before is None or appeared(before, now))):
@@ -81,16 +83,18 @@ class Run:
     def where(self, question):
         """Types the PIN; where it arrives."""
         self.place.type(PIN + "\n")
+
+        def keys():
+            return list(self.editor.keys) if self.editor else []
         with contextlib.suppress(AssertionError):
-            wait_until(lambda: question.answer() is not None or self.editor and self.editor.keys,
-                       4)
-        self.settle()
-        answer = question.answer()
-        keys = list(self.editor.keys) if self.editor else []
+            wait_until(lambda: question.answer() == PIN or len(keys()) > len(PIN), 2)
+        answer, keys = question.answer(), keys()
         if answer == PIN and not keys:
-            return ARRIVED
-        self.keep_evidence()
-        return ELSEWHERE if keys else LOST
+            found = ARRIVED
+        else:
+            self.keep_evidence()
+            found = ELSEWHERE if keys else LOST
+        return found if self.visible or self.place.eyes is None else found + ", **not seen**"
 
     def keep_evidence(self):
         directory = os.environ.get("ZELDLG_ARTIFACTS")
@@ -99,14 +103,24 @@ class Run:
             self.place.eyes.screenshot(os.path.join(directory, f"{time.time():.0f}.png"))
 
     def close(self):
-        if self.editor:
-            self.editor.close()
+        """An editor that is still good is left to the next run."""
         self.subject.close()
+        if self.editor:
+            with contextlib.suppress(AssertionError):
+                wait_until(lambda: self.editor.active, 0.5)
+            if not self.editor.active and self.editor is self.place.editor:
+                self.place.editor = None
+            if self.editor is not self.place.editor:
+                self.editor.close()
+            self.editor.keys.clear()
 
 
 def different(one, other):
-    """In how many pixels two pictures differ clearly: windows without the keyboard are paler."""
-    return sum(a != b and max(abs(x - y) for x, y in zip(a, b)) > 60 for a, b in zip(one, other))
+    """In how many pixels two pictures differ clearly, in green: windows without the keyboard are
+    only paler.
+    """
+    return sum(abs(x - y) > 60 for a, b in zip(one, other) if a != b
+               for x, y in zip(a[1::3], b[1::3]))
 
 
 def appeared(before, now):
@@ -158,22 +172,22 @@ def pad_and_space(run):
 
 
 def over_fullscreen(run):
+    run.where(run.open())  # what comes next is a later dialog
     run.open_editor("--fullscreen")
-    found = run.where(run.open())
-    return found if run.visible else f"{found}, **not seen**"
+    return run.where(run.open())
 
 
 def click_elsewhere(run):
     """Whether a dialog is still to be seen after a click on a large window beside it."""
     run.open_editor("--maximized")
     run.settle()
-    before = run.pixels()
+    before = run.picture()
     run.open()
-    shown = run.pixels()
+    shown = run.picture()
     x, y, width, height = run.place.monitors()[0]
     run.place.eyes.click(x + width // 2, y + height - 60)
     run.settle()
-    covered = different(shown, run.pixels())
+    covered = different(shown, run.picture())
     return "stays" if covered < different(before, shown) / 2 else "**behind**"
 
 
@@ -181,6 +195,7 @@ def goes_back(run):
     """Whether the keyboard is back in the other program when a dialog has been answered."""
     run.open_editor()
     run.where(run.open())
+    run.settle()
     run.editor.keys.clear()
     run.place.type("cd")
     with contextlib.suppress(AssertionError):
@@ -194,24 +209,26 @@ def at_pointer(run):
     x, y, width, height = monitors[1]
     run.place.eyes.point(x + width // 2, y + height - 60)
     run.settle()
-    before = [run.pixels(monitor) for monitor in monitors]
+    before = [run.picture(monitor) for monitor in monitors]
     run.open()
-    there = [different(*pair) for pair in zip(before, map(run.pixels, monitors))]
+    there = [different(*pair) for pair in zip(before, map(run.picture, monitors))]
     return "there" if there[1] > there[0] else "**on the other one**"
 
 
 def two_pads(run):
     """Whether two pads can be told apart."""
     run.show_pad("one")
-    one = run.pixels()
+    one = run.picture()
     run.show_pad("two")
-    return "apart" if different(one, run.pixels()) > WINDOW_PIXELS else "**on each other**"
+    return "apart" if different(one, run.picture()) > WINDOW_PIXELS else "**on each other**"
 
 
 def compositor_dies(run, with_dialog):
     question = run.open()
     if not with_dialog:
         run.where(question)
+    if run.place.x11:
+        run.place.x11.close()  # Xlib ends the process that uses a connection to what is gone
     run.place.compositor.kill()
     with contextlib.suppress(AssertionError):
         wait_until(lambda: not run.subject.host.running, 2)
@@ -223,7 +240,7 @@ def compositor_dies(run, with_dialog):
 Scenario = collections.namedtuple("Scenario", "play library_only sees scale monitors ends_it",
                                   defaults=(False, False, 1, 1, False))
 SCENARIOS = {
-    "alone": Scenario(alone),
+    "alone": Scenario(alone, sees=True),
     "beside a program that is typed into": Scenario(beside),
     "a later dialog of the host": Scenario(later, library_only=True),
     "after a PIN pad": Scenario(after_pad, library_only=True),

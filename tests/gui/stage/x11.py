@@ -336,8 +336,12 @@ class X11:
 
     def pixels(self, area):
         """The (red, green, blue) of every pixel of the screen in the area, row by row."""
-        pixels = self._read(area)[2]
+        pixels = self.bytes(area)
         return list(zip(pixels[0::3], pixels[1::3], pixels[2::3]))
+
+    def bytes(self, area):
+        """The same without a tuple for each: red, green, blue, red ..."""
+        return self._read(area)[2]
 
     def _read(self, area):
         """(width, height, three bytes for each pixel) of what the area has on the screen.
