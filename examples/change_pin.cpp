@@ -1,82 +1,29 @@
 // A host in C++: has a PIN changed under a policy. The dialog waits on a thread of its own, so that
 // the main thread goes on serving whatever else the host does.
-#include <string.h>
-#include <zeldlg/zeldlg.h>
+#include <zeldlg/zeldlg.hpp>
 
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <future>
 
 namespace {
 
-// The user interface ends with this object, before the static objects of the program do.
-class Dialogs {
-public:
-    Dialogs() = default;
-    ~Dialogs() { DLG_Finalize(); }
-    Dialogs(const Dialogs&) = delete;
-    Dialogs& operator=(const Dialogs&) = delete;
-};
-
-// Bytes that are overwritten before they are released.
-struct Secret {
-    static constexpr size_t kCapacity = 64;
-
-    std::array<uint8_t, kCapacity> bytes{};
-    size_t length = 0;
-
-    Secret() = default;
-    ~Secret() { explicit_bzero(bytes.data(), bytes.size()); }
-    Secret(const Secret&) = delete;
-    Secret& operator=(const Secret&) = delete;
-};
-
-// At least six bytes, of two classes of characters, and no run such as 123456.
-PinPolicyWire MakePolicy(const PinPolicyCharList& characters) {
-    PinPolicyWire policy{};
-    policy.enabledMask = 1 | 2;
-    policy.p1Threshold = 1;
-    policy.p1FullPinCheck = 1;
-    policy.p2NbClass = 2;
-    policy.p2PopMin = 1;
-    policy.p2MinLen = 6;
-    policy.p2ClassMask = 0x1f;
-    policy.charList = &characters;
-    policy.source = -4;
-    return policy;
+zeldlg::ChangeRequest BadgeRequest() {
+    zeldlg::ChangeRequest request;
+    request.label = "Company badge";
+    request.new_pin = {6, 16};
+    request.old_pin = {4, 16};
+    // At least six bytes, of two classes of characters, and no run such as 123456.
+    request.policy = zeldlg::Policy().min_length(6).classes(2).no_run();
+    return request;
 }
 
-uint32_t AskForChange(Secret& oldPin, Secret& newPin) {
-    const PinPolicyCharList noCharacters{};
-    const PinPolicyWire policy = MakePolicy(noCharacters);
-    const PinPolicyDescriptor descriptor{.tag = 0, .size = sizeof policy, .block = &policy};
-    PolicedPinChangeRequest request{};
-    request.tokenLabel = "Company badge";
-    request.minLength = 6;
-    request.maxLength = 16;
-    request.noFailure = 1;
-    request.policy = &descriptor;
-    request.oldMinLength = 4;
-    request.oldMaxLength = 16;
-    PinChangeBuffers buffers{.oldValue = oldPin.bytes.data(),
-                             .oldLength = oldPin.bytes.size(),
-                             .newValue = newPin.bytes.data(),
-                             .newLength = newPin.bytes.size()};
-    const uint32_t result = DLG_ShowChangePolicedPinDialog_func(&request, &buffers);
-    if (result == ZELDLG_OK) {
-        oldPin.length = buffers.oldLength;
-        newPin.length = buffers.newLength;
-    }
-    return result;
-}
-
-int Report(uint32_t result, const Secret& oldPin, const Secret& newPin) {
+int Report(zeldlg::Result result, const zeldlg::Secret& oldPin, const zeldlg::Secret& newPin) {
     switch (result) {
-        case ZELDLG_OK:
-            std::printf("to be changed: %zu bytes to %zu bytes\n", oldPin.length, newPin.length);
+        case zeldlg::Result::Ok:
+            std::printf("to be changed: %zu bytes to %zu bytes\n", oldPin.size(), newPin.size());
             return 0;
-        case ZELDLG_CANCELLED:
+        case zeldlg::Result::Cancelled:
             std::puts("cancelled");
             return 1;
         default:
@@ -89,11 +36,11 @@ int Report(uint32_t result, const Secret& oldPin, const Secret& newPin) {
 
 int main() {
     using namespace std::chrono_literals;
-    const Dialogs dialogs;
-    Secret oldPin;
-    Secret newPin;
-    std::future<uint32_t> answer =
-        std::async(std::launch::async, [&] { return AskForChange(oldPin, newPin); });
+    const zeldlg::Session dialogs;
+    zeldlg::Secret oldPin;
+    zeldlg::Secret newPin;
+    auto answer = std::async(std::launch::async,
+                             [&] { return dialogs.change_pin(BadgeRequest(), oldPin, newPin); });
     size_t turns = 0;
     while (answer.wait_for(50ms) != std::future_status::ready) {
         ++turns;  // here the host does its own work

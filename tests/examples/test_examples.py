@@ -172,7 +172,7 @@ class FoundByPkgConfig(Installed):
                             PKG_CONFIG_PATH=configs).split()
         cls.library_path = next(flag[2:] for flag in flags if flag.startswith("-L"))
         for compiler, source, name in (("cc -std=c11", "login.c", "login"),
-                                       ("c++ -std=c++20", "change_pin.cpp", "change_pin")):
+                                       ("c++ -std=c++17", "change_pin.cpp", "change_pin")):
             cls.command(*compiler.split(), *WARNINGS, os.path.join(EXAMPLES, source), "-o",
                         os.path.join(cls.directory, name), *flags)
         cls.build_as_the_readme_says(configs)

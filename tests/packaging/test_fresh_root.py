@@ -120,7 +120,7 @@ class Developer(InFreshRoot):
         self.root.run_as_user("cmake", "--build", f"{HOME}/found-by-cmake")
         flags = self.root.run("pkg-config", "--cflags", "--libs", "zeldlg").split()
         self.root.run_as_user("gcc", f"{HOME}/examples/login.c", *flags, "-o", f"{HOME}/login")
-        self.root.run_as_user("g++", "-std=c++20", f"{HOME}/examples/change_pin.cpp", *flags, "-o",
+        self.root.run_as_user("g++", "-std=c++17", f"{HOME}/examples/change_pin.cpp", *flags, "-o",
                               f"{HOME}/change_pin")
 
     def test_hosts_are_built_and_work_and_nothing_is_left_behind(self):

@@ -41,6 +41,7 @@ CONTENTS = {
               "usr/share/tessaly/registry", f"usr/share/doc/{LIBRARY}/hosting.md",
               f"usr/share/doc/{LIBRARY}/settings.md"},
     DEVELOPMENT: {f"{LIB}/libzeldlglib.so", "usr/include/zeldlg/zeldlg.h",
+                  "usr/include/zeldlg/zeldlg.hpp",
                   f"{LIB}/cmake/zeldlg/zeldlgConfig.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgConfigVersion.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgTargets-relwithdebinfo.cmake",
