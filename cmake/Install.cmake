@@ -34,3 +34,7 @@ string(REGEX REPLACE "/$" "" PC_TO_PREFIX "${PC_TO_PREFIX}")
 configure_file(cmake/zeldlg.pc.in ${PROJECT_BINARY_DIR}/zeldlg.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zeldlg.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+# The package for hosts in Python goes where Debian's interpreter looks, whatever the prefix.
+install(DIRECTORY python/zeldlg DESTINATION lib/python3/dist-packages COMPONENT python
+        PATTERN __pycache__ EXCLUDE)

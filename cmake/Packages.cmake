@@ -1,13 +1,14 @@
-# Debian packages, one for each component: library, development files, demonstration, settings.
-# script/package makes them.
+# Debian packages, one for each component: library, development files, package for Python,
+# demonstration, settings. script/package makes them.
 set(ZELDLG_MAINTAINER "libzeldlglib maintainers <maintainers@zeldlg.example>" CACHE STRING
     "Maintainer of the Debian packages")
 
 set(package_runtime libzeldlglib${PROJECT_VERSION_MAJOR})
 set(package_development libzeldlglib-dev)
+set(package_python python3-zeldlg)
 set(package_demo zeldlg-demo)
 set(package_settings zeldlg-settings)
-set(components runtime development)
+set(components runtime development python)
 if(ZELDLG_BUILD_PROGRAMS)
     list(APPEND components demo settings)
 endif()
@@ -106,6 +107,16 @@ ${common_description}
 .
 This package has what a host is built with: header, CMake package, pkg-config
 file, and examples of hosts.")
+
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME ${package_python})
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${package_runtime} (>= ${PROJECT_VERSION}), python3")
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION
+    "dialogs of a smart-card middleware (package for Python)
+${common_description}
+.
+This package has the module zeldlg, with which hosts in Python show them.")
 
 # The programs load the library at run time, which shlibdeps cannot see.
 foreach(program IN ITEMS DEMO SETTINGS)

@@ -8,7 +8,7 @@ import sys
 import tempfile
 import unittest
 
-from stage import Screen, scaled, wait_until
+from stage import ProgramTestCase
 
 BUILD = os.environ["ZELDLG_BUILD"]
 LIBRARY = os.environ["ZELDLG_LIBRARY"]
@@ -17,41 +17,7 @@ EXAMPLES = os.path.join(ROOT, "examples")
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Werror"]
 
 
-class ExampleCase(unittest.TestCase):
-    def setUp(self):
-        self.screen = Screen()
-        self.addCleanup(self.screen.close)
-
-    def start(self, *command, **environment):
-        variables = {name: value for name, value in {**os.environ, **environment}.items() if value}
-        process = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                   text=True, env=variables)
-        self.addCleanup(process.communicate)
-        self.addCleanup(process.kill)
-        return process
-
-    def answer(self, process, title, *values, key="Return"):
-        """Types the values into the fields of the window, and presses the key."""
-        window = self.screen.find_window(title, process)
-        self.screen.fill(window, values)
-        if key == "Return":
-            wait_until(lambda: any("default" in button.states and button.enabled
-                                   for button in window.find_all("push button")),
-                       what="a default button that can be pressed", seen=window.dump)
-        texts = window.texts()
-        self.screen.key(key)
-        self.screen.wait_gone(window)
-        return texts
-
-    def ends(self, process, code, *said):
-        out, err = process.communicate(timeout=scaled(60))
-        self.assertEqual(code, process.returncode, out + err)
-        for text in said:
-            self.assertIn(text, out + err)
-        return out + err
-
-
-class Linked(ExampleCase):
+class Linked(ProgramTestCase):
     """What holds for the C and the C++ host however they were built."""
 
     directory = os.path.join(BUILD, "bin", "examples")
@@ -100,10 +66,10 @@ class BuiltHere(Linked):
             self.ends(self.start_host(name, DISPLAY=""), 2, "Is there a display?")
 
 
-class Python(ExampleCase):
+class Python(ProgramTestCase):
     def start_host(self, **environment):
         return self.start(sys.executable, os.path.join(EXAMPLES, "sign.py"), LIBRARY,
-                          **environment)
+                          PYTHONPATH=os.path.join(ROOT, "python"), **environment)
 
     def test_it_signs_with_the_pin(self):
         process = self.start_host()

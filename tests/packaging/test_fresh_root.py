@@ -18,6 +18,7 @@ PACKAGES = os.environ["ZELDLG_PACKAGES"]
 CACHE = os.environ["ZELDLG_FRESH_CACHE"]
 LIBRARY, DEVELOPMENT = "libzeldlglib3", "libzeldlglib-dev"
 DEMO, SETTINGS = "zeldlg-demo", "zeldlg-settings"
+PYTHON = "python3-zeldlg"
 COMPILERS = ["gcc", "g++", "libc6-dev", "cmake", "make", "pkg-config", "python3"]
 HOME = "/tmp/home"
 
@@ -124,7 +125,7 @@ class Developer(InFreshRoot):
                               f"{HOME}/change_pin")
 
     def test_hosts_are_built_and_work_and_nothing_is_left_behind(self):
-        packages = [LIBRARY, DEVELOPMENT]
+        packages = [LIBRARY, DEVELOPMENT, PYTHON]
         before = self.make_root("developer", packages, COMPILERS)
         say("building the examples with find_package and pkg-config")
         self.build()

@@ -13,6 +13,7 @@ BUILD = os.environ["ZELDLG_BUILD"]
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
 LIBRARY, DEVELOPMENT = "libzeldlglib3", "libzeldlglib-dev"
 PROGRAMS = DEMO, SETTINGS = "zeldlg-demo", "zeldlg-settings"
+PYTHON = "python3-zeldlg"
 
 
 def run(*command, code=0):
@@ -50,11 +51,13 @@ CONTENTS = {
                   f"usr/share/doc/{DEVELOPMENT}/docs/settings.md",
                   *(f"usr/share/doc/{DEVELOPMENT}/examples/{name}"
                     for name in os.listdir(f"{ROOT}/examples"))},
+    PYTHON: {f"usr/lib/python3/dist-packages/zeldlg/{name}"
+             for name in ("__init__.py", "_records.py", "py.typed")},
     **{program: {f"usr/bin/{program}", f"usr/share/man/man1/{program}.1.gz"}
        for program in PROGRAMS},
 }
 CONTROL = {LIBRARY: {"control", "md5sums", "shlibs", "symbols", "triggers"},
-           **{package: {"control", "md5sums"} for package in (DEVELOPMENT, *PROGRAMS)}}
+           **{package: {"control", "md5sums"} for package in (DEVELOPMENT, PYTHON, *PROGRAMS)}}
 # Their number grows with every language.
 LINK = re.compile(r"\]\(([^)#\s]+)[^)]*\)")
 CATALOGUE = re.compile(r"usr/share/locale/[\w@]+/LC_MESSAGES/tokenutils\.mo")
@@ -70,7 +73,8 @@ class Packages(unittest.TestCase):
 
     @staticmethod
     def path_of(package):
-        return os.path.join(PACKAGES, f"{package}_{VERSION}_{ARCHITECTURE}.deb")
+        architecture = "all" if package == PYTHON else ARCHITECTURE
+        return os.path.join(PACKAGES, f"{package}_{VERSION}_{architecture}.deb")
 
     @classmethod
     def tree(cls, package):
@@ -93,7 +97,7 @@ class Packages(unittest.TestCase):
                                   for name in self.files(package))
                 if not os.path.islink(path) and "ELF" in run("file", "--brief", path)]
 
-    def test_there_are_four_of_the_version_that_the_changelog_names(self):
+    def test_they_are_all_of_the_version_that_the_changelog_names(self):
         self.assertEqual(sorted(map(self.path_of, CONTENTS)),
                          sorted(glob.glob(os.path.join(PACKAGES, "*.deb"))))
         for package in CONTENTS:
@@ -174,6 +178,9 @@ class Packages(unittest.TestCase):
 
     def test_the_library_comes_with_the_administrator_s_program_but_does_without(self):
         self.assertEqual(f"{SETTINGS} (= {VERSION})", self.field(LIBRARY, "Recommends"))
+
+    def test_the_package_for_python_needs_no_more_than_python_and_a_library(self):
+        self.assertEqual({LIBRARY: f">= {UPSTREAM}", "python3": None}, self.dependencies(PYTHON))
 
     def test_binaries_are_stripped_and_know_no_folder_of_the_build(self):
         for package, count in ((LIBRARY, 1), (DEVELOPMENT, 0), (DEMO, 1), (SETTINGS, 1)):

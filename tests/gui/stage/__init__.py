@@ -12,6 +12,7 @@ from .host import (BUFFER_TOO_SMALL, CANCELLED, FAILED, NOT_SUPPORTED, OK, Call,
 from .locales import make_locales
 from .node import Node
 from .private_mounts import folder_with, require_private_mounts
+from .programs import ProgramTestCase
 from .screen import Screen
 from .servers import Stage
 from .settings import registry
@@ -20,7 +21,7 @@ from .testcase import StageTestCase
 from .wait import Gone, StageError, scaled, wait_until
 
 __all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
-           "Gone", "Host", "HostError", "Key", "Letters", "Node", "Press", "Screen", "Stage",
-           "StageError", "StageTestCase", "WAYS_OUT", "folder_with", "library_path",
-           "make_locales", "policy", "registry", "require_private_mounts", "scaled", "take_snapshot",
-           "wait_until"]
+           "Gone", "Host", "HostError", "Key", "Letters", "Node", "Press", "ProgramTestCase",
+           "Screen", "Stage", "StageError", "StageTestCase", "WAYS_OUT", "folder_with",
+           "library_path", "make_locales", "policy", "registry", "require_private_mounts", "scaled",
+           "take_snapshot", "wait_until"]
