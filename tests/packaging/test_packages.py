@@ -42,15 +42,16 @@ CONTENTS = {
               "usr/share/tessaly/registry", f"usr/share/doc/{LIBRARY}/hosting.md",
               f"usr/share/doc/{LIBRARY}/settings.md"},
     DEVELOPMENT: {f"{LIB}/libzeldlglib.so", "usr/include/zeldlg/zeldlg.h",
-                  "usr/include/zeldlg/zeldlg.hpp",
+                  "usr/include/zeldlg/zeldlg.hpp", "usr/include/zeldlg/probe.hpp",
                   f"{LIB}/cmake/zeldlg/zeldlgConfig.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgConfigVersion.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgTargets-relwithdebinfo.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgTargets.cmake", f"{LIB}/pkgconfig/zeldlg.pc",
                   f"usr/share/doc/{DEVELOPMENT}/docs/hosting.md",
                   f"usr/share/doc/{DEVELOPMENT}/docs/settings.md",
-                  *(f"usr/share/doc/{DEVELOPMENT}/examples/{name}"
-                    for name in os.listdir(f"{ROOT}/examples"))},
+                  *(f"usr/share/doc/{DEVELOPMENT}/{name}" for name in run(
+                      "git", "-C", ROOT, "ls-files", "--cached", "--others",
+                      "--exclude-standard", "examples").splitlines())},
     PYTHON: {f"usr/lib/python3/dist-packages/zeldlg/{name}"
              for name in ("__init__.py", "_records.py", "py.typed")},
     **{program: {f"usr/bin/{program}", f"usr/share/man/man1/{program}.1.gz"}
