@@ -38,3 +38,12 @@ install(FILES ${PROJECT_BINARY_DIR}/zeldlg.pc
 # The package for hosts in Python goes where Debian's interpreter looks, whatever the prefix.
 install(DIRECTORY python/zeldlg DESTINATION lib/python3/dist-packages COMPONENT python
         PATTERN __pycache__ EXCLUDE)
+
+# The host over PKCS#11, and the module that p11-kit finds beside all others.
+if(TARGET zeldlg-p11)
+    install(TARGETS zeldlg-p11 DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT pkcs11)
+    install(TARGETS zeldlg-p11-module
+            DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkcs11 COMPONENT pkcs11)
+    install(FILES examples/pkcs11/zeldlg-p11.module
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/p11-kit/modules COMPONENT pkcs11)
+endif()

@@ -1,5 +1,5 @@
 # Debian packages, one for each component: library, development files, package for Python,
-# demonstration, settings. script/package makes them.
+# demonstration, settings, host over PKCS#11. script/package makes them.
 set(ZELDLG_MAINTAINER "libzeldlglib maintainers <maintainers@zeldlg.example>" CACHE STRING
     "Maintainer of the Debian packages")
 
@@ -8,9 +8,13 @@ set(package_development libzeldlglib-dev)
 set(package_python python3-zeldlg)
 set(package_demo zeldlg-demo)
 set(package_settings zeldlg-settings)
+set(package_pkcs11 zeldlg-p11)
 set(components runtime development python)
 if(ZELDLG_BUILD_PROGRAMS)
     list(APPEND components demo settings)
+endif()
+if(TARGET zeldlg-p11)
+    list(APPEND components pkcs11)
 endif()
 set(packaging_dir ${PROJECT_SOURCE_DIR}/packaging)
 set(generated_dir ${PROJECT_BINARY_DIR}/packaging)
@@ -24,8 +28,13 @@ function(compress input output)
 endfunction()
 compress(${packaging_dir}/changelog changelog.Debian)
 compress(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog)
+compress(${PROJECT_SOURCE_DIR}/examples/pkcs11/zeldlg-p11.1 zeldlg-p11.1)
 set(changelogs ${generated_dir}/changelog.Debian.gz ${generated_dir}/changelog.gz)
-add_custom_target(zeldlg-changelogs ALL DEPENDS ${changelogs})
+add_custom_target(zeldlg-compressed ALL DEPENDS ${changelogs} ${generated_dir}/zeldlg-p11.1.gz)
+if(TARGET zeldlg-p11)
+    install(FILES ${generated_dir}/zeldlg-p11.1.gz
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT pkcs11)
+endif()
 foreach(component IN LISTS components)
     install(FILES ${packaging_dir}/copyright ${changelogs}
             DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package_${component}}
@@ -37,13 +46,17 @@ endforeach()
 
 # Pages for hosts and administrators. Links that leave their folder lead to what is installed; what
 # another package has, or none, is named.
-foreach(page hosting settings)
+foreach(page hosting pkcs11 settings)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS docs/${page}.md)
     file(READ docs/${page}.md text)
     string(REPLACE "[`zeldlg.h`](../include/zeldlg/zeldlg.h)"
            "`${CMAKE_INSTALL_FULL_INCLUDEDIR}/zeldlg/zeldlg.h`" text "${text}")
     string(REPLACE "[`examples/`](../examples)"
            "`${CMAKE_INSTALL_FULL_DATADIR}/doc/${package_development}/examples`" text "${text}")
+    string(REPLACE "[`examples/pkcs11/`](../examples/pkcs11)"
+           "`${CMAKE_INSTALL_FULL_DATADIR}/doc/${package_development}/examples/pkcs11`"
+           text "${text}")
+    string(REGEX REPLACE "\\| !\\[\\]\\([^)]*\\) \\| " "| | " text "${text}")  # pictures
     string(REPLACE "[the gallery](gallery.md)" "the gallery in the sources" text "${text}")
     string(REPLACE "](../packaging/registry)"
            "](${CMAKE_INSTALL_FULL_DATADIR}/tessaly/registry)" text "${text}")
@@ -119,7 +132,7 @@ ${common_description}
 This package has the module zeldlg, with which hosts in Python show them.")
 
 # The programs load the library at run time, which shlibdeps cannot see.
-foreach(program IN ITEMS DEMO SETTINGS)
+foreach(program IN ITEMS DEMO SETTINGS PKCS11)
     string(TOLOWER ${program} component)
     set(CPACK_DEBIAN_${program}_PACKAGE_NAME ${package_${component}})
     set(CPACK_DEBIAN_${program}_PACKAGE_DEPENDS "${package_runtime} ${same_version}")
@@ -138,6 +151,14 @@ ${common_description}
 .
 This package has zeldlg-settings, which reads and changes the settings, judges
 PINs against a policy, and says what keeps dialogs from working.")
+set(CPACK_DEBIAN_PKCS11_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PKCS11_DESCRIPTION
+    "dialogs of a smart-card middleware (PKCS#11)
+${common_description}
+.
+This package has zeldlg-p11, which works with the tokens of a PKCS#11 module,
+and a module in front of another, which asks for the PINs that programs leave
+out.")
 
 include(CPack)
 

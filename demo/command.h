@@ -101,6 +101,6 @@ Run RunPinPad, RunBiometric, RunKeyGeneration;
 Run RunSelectToken, RunSelectId, RunUnblockMethod, RunUnblockCr;
 Run RunMessage, RunLocked, RunConfirmDelete, RunAskUnlock, RunAskTransportPin, RunAskExpiry;
 Run RunCrFailed, RunPukLocked, RunBiometricError, RunRetry;
-Run RunTranslate, RunLocale, RunAll;
+Run RunTranslate, RunLocale, RunAll, RunProbe;
 
 #endif

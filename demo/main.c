@@ -72,6 +72,10 @@ static const Command kCommands[] = {
     {"keygen", RunKeyGeneration, NULL, "seconds", "Show that a key pair is being generated", ""},
     {"translate", RunTranslate, "TEXT", "", "Print a text of the library in the user's language",
      "A text without translation is printed as it is.\n"},
+    {"probe", RunProbe, NULL, "", "Say whether a dialog could be shown now",
+     "Looks at the display, the fonts and the place of the user's settings, and starts nothing. "
+     "The\n"
+     "exit code is 0 when a dialog could be shown, else 1.\n"},
     {"locale", RunLocale, NULL, "", "Print the name of the dialogs' locale", ""},
     {"all", RunAll, NULL, "", "A guided tour through every dialog",
      "Shows one dialog after the other, with the command that shows it alone. Answer, or close\n"

@@ -40,7 +40,8 @@ FrontSettings ReadFrontSettings(const char* reserved) {
     ReadWords(file, settings);
     std::istringstream words(reserved != nullptr ? reserved : "");
     ReadWords(words, settings);
-    if (const char* const module = secure_getenv("ZELDLG_P11_MODULE")) {
+    const char* const module = secure_getenv("ZELDLG_P11_MODULE");
+    if (module != nullptr && *module != '\0') {
         settings.module = module;
     }
     return settings;

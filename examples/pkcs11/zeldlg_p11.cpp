@@ -116,7 +116,7 @@ int main(int argc, char** argv) {
     }
     try {
         const p11::Module module(options.module);
-        const zeldlg::Session dialogs;
+        const zeldlg::Session dialogs = zeldlg::Session::load();
         if (command.run != p11::List) {
             p11::RequireDisplay();
         }

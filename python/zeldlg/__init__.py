@@ -29,9 +29,11 @@ from types import TracebackType
 from typing import NamedTuple
 
 from . import _records as records
+from ._probe import Probe, probe
 
 __all__ = ["Attempts", "Bounds", "Certificate", "ChangeRequest", "Choice", "Failure", "PinPad",
-           "PinRequest", "Policy", "Progress", "Result", "Secret", "Session", "UnblockRequest"]
+           "PinRequest", "Policy", "Probe", "Progress", "Result", "Secret", "Session", "UnblockRequest",
+           "probe"]
 
 _FUNCTION_LIST_VERSION = 14
 

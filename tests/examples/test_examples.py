@@ -10,6 +10,10 @@ import unittest
 
 from stage import ProgramTestCase
 
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "pkcs11"))
+
+from soft_token import PIN, TokenTestCase  # noqa: E402
+
 BUILD = os.environ["ZELDLG_BUILD"]
 LIBRARY = os.environ["ZELDLG_LIBRARY"]
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
@@ -94,7 +98,7 @@ class Installed(Linked):
         cls.addClassCleanup(scratch.cleanup)
         cls.directory = os.path.join(scratch.name, "build")
         cls.prefix = os.path.join(scratch.name, "prefix")
-        for component in ("runtime", "development"):
+        for component in ("runtime", "development", "python"):
             cls.command("cmake", "--install", BUILD, "--prefix", cls.prefix, "--component",
                         component)
         cls.build()
@@ -127,7 +131,7 @@ class FoundByCMake(Installed):
         cls.command("cmake", "--build", cls.directory)
 
 
-class FoundByPkgConfig(Installed):
+class FoundByPkgConfig(Installed, TokenTestCase):
     @classmethod
     def build(cls):
         os.mkdir(cls.directory)
@@ -147,20 +151,44 @@ class FoundByPkgConfig(Installed):
     def build_as_the_readme_says(cls, configs):
         with open(os.path.join(ROOT, "README.md"), encoding="utf-8") as file:
             text = file.read()
-        program, = re.findall(r"^```c\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
-        command, = re.findall(r"^`(cc host\.c .*?)`", text, re.MULTILINE)
-        with open(os.path.join(cls.directory, "host.c"), "w", encoding="utf-8") as file:
-            file.write(program)
-        cls.command("sh", "-c", f"cd '{cls.directory}' && {command} -std=c11 {' '.join(WARNINGS)}",
-                    PKG_CONFIG_PATH=configs)
+        for language, name, standard in (("c", "host.c", "-std=c11"), ("cpp", "host.cpp", "")):
+            program, = re.findall(rf"^```{language}\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+            command, = re.findall(rf"^`(c.* {re.escape(name)} .*?)`", text, re.MULTILINE)
+            with open(os.path.join(cls.directory, name), "w", encoding="utf-8") as file:
+                file.write(program)
+            warnings = " ".join([standard, *WARNINGS])
+            cls.command("sh", "-c", f"cd '{cls.directory}' && {command} -o {name}.out {warnings}",
+                        PKG_CONFIG_PATH=configs)
+        cls.python, = re.findall(r"^```python\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+
+    def test_the_hosts_of_the_readme_log_in_to_a_token_and_are_short(self):
+        self.make_token("Identity card")
+        with open(os.path.join(ROOT, "README.md"), encoding="utf-8") as file:
+            for program in re.findall(r"^```(?:cpp|python)\n(.*?)^```$", file.read(),
+                                      re.MULTILINE | re.DOTALL):
+                self.assertLessEqual(len(program.splitlines()), 25)
+        modules, = (directory for directory, _, _ in os.walk(self.prefix)
+                    if directory.endswith("dist-packages"))
+        for start in (
+                lambda: self.start_host("host.cpp.out", **self.softhsm),
+                lambda: self.start(sys.executable, "-c", self.python, PYTHONPATH=modules,
+                                   LD_LIBRARY_PATH=self.library_path, **self.softhsm)):
+            process = start()
+            self.answer(process, "Enter PIN", "1357")
+            self.assertIn("PIN incorrect", self.answer(process, "Enter PIN", PIN))
+            self.ends(process, 0, "logged in")
+            process = start()
+            self.answer(process, "Enter PIN", key="Escape")
+            self.assertNotEqual(0, process.wait())
+            self.ends(process, process.returncode, "not logged in")
 
     def test_the_program_of_the_readme_tells_how_long_the_pin_is(self):
-        process = self.start_host("a.out")
+        process = self.start_host("host.c.out")
         self.answer(process, "Enter PIN", "975310")
         self.assertNotIn("975310", self.ends(process, 0, "a PIN of 6 bytes"))
 
     def test_the_program_of_the_readme_can_be_cancelled(self):
-        process = self.start_host("a.out")
+        process = self.start_host("host.c.out")
         self.answer(process, "Enter PIN", key="Escape")
         self.assertEqual("", self.ends(process, 1))
 

@@ -12,7 +12,7 @@ PACKAGES = os.environ["ZELDLG_PACKAGES"]
 BUILD = os.environ["ZELDLG_BUILD"]
 ROOT = os.path.abspath(os.path.join(os.path.dirname(__file__), "..", ".."))
 LIBRARY, DEVELOPMENT = "libzeldlglib3", "libzeldlglib-dev"
-PROGRAMS = DEMO, SETTINGS = "zeldlg-demo", "zeldlg-settings"
+PROGRAMS = DEMO, SETTINGS, PKCS11 = "zeldlg-demo", "zeldlg-settings", "zeldlg-p11"
 PYTHON = "python3-zeldlg"
 
 
@@ -40,7 +40,7 @@ def documents(package):
 CONTENTS = {
     LIBRARY: {f"{LIB}/libzeldlglib.so.3", f"{LIB}/libzeldlglib.so.{UPSTREAM}",
               "usr/share/tessaly/registry", f"usr/share/doc/{LIBRARY}/hosting.md",
-              f"usr/share/doc/{LIBRARY}/settings.md"},
+              f"usr/share/doc/{LIBRARY}/pkcs11.md", f"usr/share/doc/{LIBRARY}/settings.md"},
     DEVELOPMENT: {f"{LIB}/libzeldlglib.so", "usr/include/zeldlg/zeldlg.h",
                   "usr/include/zeldlg/zeldlg.hpp", "usr/include/zeldlg/probe.hpp",
                   f"{LIB}/cmake/zeldlg/zeldlgConfig.cmake",
@@ -48,15 +48,18 @@ CONTENTS = {
                   f"{LIB}/cmake/zeldlg/zeldlgTargets-relwithdebinfo.cmake",
                   f"{LIB}/cmake/zeldlg/zeldlgTargets.cmake", f"{LIB}/pkgconfig/zeldlg.pc",
                   f"usr/share/doc/{DEVELOPMENT}/docs/hosting.md",
+                  f"usr/share/doc/{DEVELOPMENT}/docs/pkcs11.md",
                   f"usr/share/doc/{DEVELOPMENT}/docs/settings.md",
                   *(f"usr/share/doc/{DEVELOPMENT}/{name}" for name in run(
                       "git", "-C", ROOT, "ls-files", "--cached", "--others",
                       "--exclude-standard", "examples").splitlines())},
     PYTHON: {f"usr/lib/python3/dist-packages/zeldlg/{name}"
-             for name in ("__init__.py", "_records.py", "py.typed")},
+             for name in ("__init__.py", "_probe.py", "_records.py", "py.typed")},
     **{program: {f"usr/bin/{program}", f"usr/share/man/man1/{program}.1.gz"}
        for program in PROGRAMS},
 }
+CONTENTS[PKCS11] |= {f"{LIB}/pkcs11/zeldlg-p11-module.so",
+                     "usr/share/p11-kit/modules/zeldlg-p11.module"}
 CONTROL = {LIBRARY: {"control", "md5sums", "shlibs", "symbols", "triggers"},
            **{package: {"control", "md5sums"} for package in (DEVELOPMENT, PYTHON, *PROGRAMS)}}
 # Their number grows with every language.
@@ -184,7 +187,8 @@ class Packages(unittest.TestCase):
         self.assertEqual({LIBRARY: f">= {UPSTREAM}", "python3": None}, self.dependencies(PYTHON))
 
     def test_binaries_are_stripped_and_know_no_folder_of_the_build(self):
-        for package, count in ((LIBRARY, 1), (DEVELOPMENT, 0), (DEMO, 1), (SETTINGS, 1)):
+        for package, count in ((LIBRARY, 1), (DEVELOPMENT, 0), (PYTHON, 0), (DEMO, 1), (SETTINGS, 1),
+                               (PKCS11, 2)):
             binaries = self.binaries(package)
             self.assertEqual(count, len(binaries))
             for binary in binaries:

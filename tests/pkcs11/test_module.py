@@ -34,7 +34,9 @@ class Client:
 
     def _end(self):
         self.process.kill()
-        self.process.communicate()
+        self.process.wait()
+        self.process.stdin.close()
+        self.process.stdout.close()
 
     def ask(self, *words):
         self.process.stdin.write(" ".join(map(str, words)) + "\n")
@@ -229,11 +231,20 @@ class Caching(FrontCase):
     def has_answered(client):
         return bool(select.select([client.process.stdout], [], [], 0)[0])
 
-    def test_a_pin_that_was_changed_elsewhere_is_asked_for(self):
+    def test_a_pin_that_was_changed_is_asked_for(self):
         client = self.client("--cache 1000")
         self.log_in(client, PIN)
-        self.tool("--change-pin", "--new-pin", "97135")
+        client.ask("setpin")
+        self.answer(client, CHANGE, PIN, "97135", "97135")
+        self.assertEqual(OK, client.answered())
         self.log_in(client, "97135")
+        self.log_in(client)
+
+    def test_a_cached_pin_that_is_wrong_by_now_is_tried_once(self):
+        client = self.client("--cache 1000", module=TEST_TOKEN, **self.token_settings(TRIES=3))
+        self.log_in(client, PIN)
+        self.path("refuse", b"")
+        self.log_in(client, PIN)
         self.log_in(client)
 
 

@@ -4,7 +4,8 @@
 //   TEST_TOKEN_BEHIND         file of the module behind
 //   TEST_TOKEN_STATE          a folder: "tries" has the number of tries that are left, of the
 //   user's
-//                             PIN; "go", once it is there, lets go of what is held
+//                             PIN; "go", once it is there, lets go of what is held; "refuse", once
+//                             it is there, makes the next PIN a wrong one
 //   TEST_TOKEN_TRIES          the PIN locks after so many wrong ones
 //   TEST_TOKEN_MAX_PIN        longest PIN
 //   TEST_TOKEN_FLAGS          more flags of the token, a number
@@ -15,6 +16,7 @@
 #include <p11-kit/pkcs11.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -107,6 +109,9 @@ CK_RV Login(CK_SESSION_HANDLE session, CK_USER_TYPE user, CK_UTF8CHAR* pin, CK_U
     }
     if (user == CKU_USER && IsLocked()) {
         return CKR_PIN_LOCKED;
+    }
+    if (std::remove(StateFile("refuse").c_str()) == 0) {
+        return CKR_PIN_INCORRECT;
     }
     std::string entry;
     if (pin == nullptr) {
