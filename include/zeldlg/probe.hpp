@@ -251,15 +251,18 @@ inline std::string display(Clock::time_point deadline) {
         return backends.empty() || backends.find('*') != std::string::npos ||
                backends.find(backend) != std::string::npos;
     };
-    std::string why = "GDK_BACKEND leaves neither wayland nor x11";
+    std::string why;
     if (is_allowed("wayland") && (why = wayland(deadline)).empty()) {
         return {};
     }
     if (is_allowed("x11")) {
         const std::string other = x11(deadline);
-        why = other.empty() || variable("WAYLAND_DISPLAY").empty() ? other : why + "; " + other;
+        if (other.empty()) {
+            return {};
+        }
+        why = why.empty() || variable("WAYLAND_DISPLAY").empty() ? other : why + "; " + other;
     }
-    return why;
+    return why.empty() ? "GDK_BACKEND leaves neither wayland nor x11" : why;
 }
 
 inline std::string fonts() {

@@ -141,15 +141,17 @@ def _wayland(deadline: float) -> str:
 def _display(deadline: float) -> str:
     """As the toolkit does: Wayland, then X, of those that GDK_BACKEND leaves."""
     backends = _variable("GDK_BACKEND") or "*"
-    why = "GDK_BACKEND leaves neither wayland nor x11"
+    why = ""
     if "wayland" in backends or "*" in backends:
         why = _wayland(deadline)
         if not why:
             return ""
     if "x11" in backends or "*" in backends:
         other = _x11(deadline)
-        why = f"{why}; {other}" if other and _variable("WAYLAND_DISPLAY") else other
-    return why
+        if not other:
+            return ""
+        why = f"{why}; {other}" if why and _variable("WAYLAND_DISPLAY") else other
+    return why or "GDK_BACKEND leaves neither wayland nor x11"
 
 
 class _FontSet(ctypes.Structure):

@@ -18,7 +18,7 @@ PACKAGES = os.environ["ZELDLG_PACKAGES"]
 CACHE = os.environ["ZELDLG_FRESH_CACHE"]
 LIBRARY, DEVELOPMENT = "libzeldlglib3", "libzeldlglib-dev"
 DEMO, SETTINGS = "zeldlg-demo", "zeldlg-settings"
-PYTHON = "python3-zeldlg"
+PYTHON, PKCS11 = "python3-zeldlg", "zeldlg-p11"
 COMPILERS = ["gcc", "g++", "libc6-dev", "cmake", "make", "pkg-config", "python3"]
 HOME = "/tmp/home"
 
@@ -139,6 +139,38 @@ class Developer(InFreshRoot):
         self.assertEqual("signing with a PIN of 6 bytes\n",
                          self.use("python3", f"{HOME}/examples/sign.py", title="Enter PIN",
                                   keys="975310\n"))
+        self.end(before, packages)
+
+
+class Tokens(InFreshRoot):
+    """What knows nothing of the dialogs, on a token behind the module in front."""
+
+    MODULE, SOFTHSM = "zeldlg-p11-module.so", "/usr/lib/softhsm/libsofthsm2.so"
+
+    def test_p11_kit_loads_the_module_and_nothing_is_left_behind(self):
+        packages = [LIBRARY, PKCS11]
+        before = self.make_root("token", packages, ["softhsm2", "opensc", "gnutls-bin", "p11-kit"])
+        say("a token, and the module in front of it")
+        self.root.run_as_user("mkdir", f"{HOME}/tokens")
+        self.root.run_as_user("sh", "-c", f"echo directories.tokendir = {HOME}/tokens >{HOME}/conf")
+        token = {"SOFTHSM2_CONF": f"{HOME}/conf"}
+        self.root.run_as_user("softhsm2-util", "--init-token", "--free", "--label", "Card", "--pin",
+                              "2468", "--so-pin", "87654321", **token)
+        # It is there, and has no token as long as nothing is behind it.
+        self.assertIn("path: zeldlg-p11-module.so",
+                      self.root.run_as_user("p11-kit", "list-modules", **token))
+        self.root.run("mkdir", "/etc/zeldlg")
+        self.root.run("sh", "-c", f"echo --module {self.SOFTHSM} >/etc/zeldlg/p11-module.conf")
+        listed = self.root.run_as_user("p11-kit", "list-modules", **token)
+        self.assertIn("token: Card", listed[listed.index("zeldlg-p11-module.so"):])
+        say("p11tool, pkcs11-tool and zeldlg-p11 log in")
+        for command in (("p11tool", "--provider", self.MODULE, "--list-all", "--login",
+                         "pkcs11:token=Card"),
+                        ("pkcs11-tool", "--module", self.MODULE, "--login", "--list-objects"),
+                        ("zeldlg-p11", "--module", self.SOFTHSM, "login")):
+            self.use(*command, title="Enter PIN", keys="2468\n", **token)
+        self.assertTrue(os.path.exists(f"{self.root.path}/usr/share/man/man1/zeldlg-p11.1.gz"))
+        self.root.run("rm", "-r", "/etc/zeldlg")
         self.end(before, packages)
 
 

@@ -61,7 +61,9 @@ class Pictures(HostCase):
     def test_keys(self):
         process = self.host_of_test_token("keygen", "--label", "key", HOLD="C_GenerateKeyPair")
         self.answer(process, ENTER, PIN)
-        self.take("keygen", process, "Generating key-pair")
+        window = self.take("keygen", process, "Generating key-pair")
+        process.kill()
+        self.screen.wait_gone(window)
         self.take_one("sign", ENTER, "sign", "--input", self.path("data", b"data"), values=(PIN,))
 
     def test_delete(self):
