@@ -2,6 +2,7 @@
 #pragma once
 
 #include <pthread.h>
+#include <unistd.h>
 
 #include <cstdint>
 
@@ -21,6 +22,9 @@ int32_t JoinThread(pthread_t thread);
 
 /// Cancels the thread and joins it. @return As JoinThread.
 int32_t CancelThread(pthread_t thread);
+
+/// Whether this process was forked from the one with that id, directly or not; 0 is none.
+inline bool IsForkedFrom(pid_t process) { return process != 0 && process != getpid(); }
 
 /// Sleeps the calling thread.
 void SleepMilliseconds(uint32_t milliseconds);

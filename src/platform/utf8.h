@@ -1,10 +1,23 @@
-// Texts that cross the library's boundary: UTF-8 and the locale's multibyte encoding.
+// UTF-8, the one codec of the library, and the locale's multibyte encoding of host texts.
 #pragma once
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace zeldlg::platform {
+
+/// What becomes of a byte that is not part of valid UTF-8.
+enum class BadByte {
+    Replaced,  ///< U+FFFD
+    Latin1,    ///< the character of that code
+};
+
+/// Decodes UTF-8, zero bytes too. @param limit In characters.
+std::wstring DecodeUtf8(std::string_view text, BadByte bad, std::size_t limit = std::wstring::npos);
+
+/// Encodes characters, each that is none of Unicode as U+FFFD.
+std::string EncodeUtf8(std::wstring_view text);
 
 /// Decodes a zero-terminated host text. Each byte that is not part of valid UTF-8 becomes U+FFFD.
 /// Throws std::logic_error for null.

@@ -8,11 +8,6 @@
 namespace zeldlg::registry {
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-constexpr char32_t kLastCharacter = 0x10FFFF;
-
-constexpr bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
-
 constexpr char ToLowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
@@ -20,60 +15,6 @@ constexpr char ToLowerAscii(char c) {
 bool IsAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(),
                        [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-struct Decoded {
-    char32_t character;
-    std::size_t bytes;
-};
-
-/// The first character of `text`, which is not empty.
-Decoded DecodeFirst(std::string_view text) {
-    struct Form {
-        unsigned char mask, lead;
-        std::size_t bytes;
-        char32_t smallest;
-    };
-    static constexpr Form kForms[] = {
-        {0xE0, 0xC0, 2, 0x80}, {0xF0, 0xE0, 3, 0x800}, {0xF8, 0xF0, 4, 0x10000}};
-    const auto first = static_cast<unsigned char>(text.front());
-    for (const Form& form : kForms) {
-        if ((first & form.mask) != form.lead || text.size() < form.bytes) {
-            continue;
-        }
-        char32_t character = first & static_cast<unsigned char>(~form.mask);
-        std::size_t i = 1;
-        while (i < form.bytes && (static_cast<unsigned char>(text[i]) & 0xC0U) == 0x80U) {
-            character = (character << 6U) | (static_cast<unsigned char>(text[i]) & 0x3FU);
-            ++i;
-        }
-        if (i == form.bytes && character >= form.smallest && character <= kLastCharacter &&
-            !IsSurrogate(character)) {
-            return {character, form.bytes};
-        }
-    }
-    return {first, 1};  // ASCII, or read as Latin-1
-}
-
-void Append(std::string& out, char32_t c) {
-    const auto byte = [&out](char32_t value) {
-        out.push_back(static_cast<char>(static_cast<unsigned char>(value)));
-    };
-    if (c < 0x80) {
-        byte(c);
-    } else if (c < 0x800) {
-        byte(0xC0 | (c >> 6U));
-        byte(0x80 | (c & 0x3FU));
-    } else if (c < 0x10000) {
-        byte(0xE0 | (c >> 12U));
-        byte(0x80 | ((c >> 6U) & 0x3FU));
-        byte(0x80 | (c & 0x3FU));
-    } else {
-        byte(0xF0 | (c >> 18U));
-        byte(0x80 | ((c >> 12U) & 0x3FU));
-        byte(0x80 | ((c >> 6U) & 0x3FU));
-        byte(0x80 | (c & 0x3FU));
-    }
 }
 
 /// Lower case by Unicode's rules whatever the host's locale is; a system without that locale
@@ -103,27 +44,6 @@ bool EqualsFoldedAscii(std::string_view name, std::string_view folded) {
 }
 
 }  // namespace
-
-std::wstring ToWide(std::string_view text) {
-    std::wstring wide;
-    wide.reserve(text.size());
-    while (!text.empty()) {
-        const Decoded decoded = DecodeFirst(text);
-        wide.push_back(static_cast<wchar_t>(decoded.character));
-        text.remove_prefix(decoded.bytes);
-    }
-    return wide;
-}
-
-std::string ToNarrow(std::wstring_view text) {
-    std::string narrow;
-    narrow.reserve(text.size());
-    for (const wchar_t wide : text) {
-        const auto c = static_cast<char32_t>(wide);
-        Append(narrow, c > kLastCharacter || IsSurrogate(c) ? kReplacement : c);
-    }
-    return narrow;
-}
 
 std::string FoldName(std::string_view name) {
     if (IsAscii(name)) {

@@ -5,14 +5,18 @@
 #include <string>
 #include <string_view>
 
+#include "platform/utf8.h"
+
 namespace zeldlg::registry {
 
 /// Text of the file as wide characters. The text is UTF-8; bytes that are not part of a
 /// well-formed UTF-8 sequence are read as Latin-1, one character a byte. Zero bytes are kept.
-std::wstring ToWide(std::string_view text);
+inline std::wstring ToWide(std::string_view text) {
+    return platform::DecodeUtf8(text, platform::BadByte::Latin1);
+}
 
 /// Wide characters as UTF-8. What is no Unicode character becomes U+FFFD.
-std::string ToNarrow(std::wstring_view text);
+inline std::string ToNarrow(std::wstring_view text) { return platform::EncodeUtf8(text); }
 
 /// The key or value name `name` (file text) as lower-case UTF-8.
 std::string FoldName(std::string_view name);

@@ -7,6 +7,8 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/thread.h"
+
 namespace zeldlg::registry {
 namespace {
 
@@ -67,10 +69,7 @@ RegistryLock::~RegistryLock() {
 
 void RegistryLock::Close(const std::function<void()>& last) {
     ::pthread_once(&g_once, CreateMutex);
-    if (::getpid() != g_process) {
-        return;
-    }
-    if (g_closed || !LockSoon()) {
+    if (platform::IsForkedFrom(g_process) || g_closed || !LockSoon()) {
         return;
     }
     if (g_depth == 0) {

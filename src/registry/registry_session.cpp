@@ -22,11 +22,8 @@ std::string_view RootName(HKEY key) {
 }
 
 RegistryError RegistrySession::Acquire() {
-    if (m_text != nullptr && (m_changed || !m_openKeys.empty())) {
-        return kSuccess;
-    }
-    m_text.reset();
-    return Load();
+    DropUnneeded();
+    return m_text != nullptr ? kSuccess : Load();
 }
 
 RegistryError RegistrySession::Load() {

@@ -69,16 +69,6 @@ bool AppendPath(std::string& name, const wchar_t* subKey) {
     return name.size() <= kMaxKeyName;
 }
 
-/// The full name that handle and path lead to.
-RegistryError FullName(RegistrySession& session, HKEY key, const wchar_t* subKey,
-                       std::uint32_t right, std::string& name) {
-    const RegistryError error = session.ResolveName(key, right, name);
-    if (error != kSuccess) {
-        return error;
-    }
-    return AppendPath(name, subKey) ? kSuccess : kNotFound;
-}
-
 bool IsRootName(std::string_view name) { return name.find('\\') == std::string_view::npos; }
 
 /// The key with this full name, or null. Roots always exist.
@@ -86,19 +76,40 @@ KeyNode* FindKey(RegistrySession& session, const std::string& name) {
     return IsRootName(name) ? &session.Text().Root(name) : session.Text().Find(FoldedName(name));
 }
 
-/// The key that is to be deleted.
-RegistryError FindDoomed(RegistrySession& session, HKEY key, const wchar_t* subKey,
-                         KeyNode*& node) {
-    std::string name;
-    const RegistryError error = FullName(session, key, subKey, kAccessSubKeys, name);
-    if (error != kSuccess) {
-        return error;
-    }
-    if (IsRootName(name)) {
-        return kAccessDenied;
-    }
-    node = FindKey(session, name);
-    return node == nullptr ? kNotFound : kSuccess;
+/// Runs an operation on the key of a handle: `operation(session, key)`.
+template <typename Operation>
+RegistryError RunOnKey(HKEY key, std::uint32_t right, Operation operation) {
+    return Run([&](RegistrySession& session) {
+        KeyNode* node = nullptr;
+        const RegistryError error = session.ResolveKey(key, right, node);
+        return error == kSuccess ? operation(session, *node) : error;
+    });
+}
+
+/// Runs an operation on the key that handle and path lead to:
+/// `operation(session, key, full name)`, with null for one that there is not.
+template <typename Operation>
+RegistryError RunOnKey(HKEY key, const wchar_t* subKey, std::uint32_t right, Operation operation) {
+    return Run([&](RegistrySession& session) -> RegistryError {
+        std::string name;
+        const RegistryError error = session.ResolveName(key, right, name);
+        if (error != kSuccess) {
+            return error;
+        }
+        return AppendPath(name, subKey) ? operation(session, FindKey(session, name), name)
+                                        : kNotFound;
+    });
+}
+
+/// The same for a key that is to be deleted: `operation(session, key)`.
+template <typename Operation>
+RegistryError RunOnDoomed(HKEY key, const wchar_t* subKey, Operation operation) {
+    return RunOnKey(key, subKey, kAccessSubKeys,
+                    [&](RegistrySession& session, KeyNode* node, const std::string& name) {
+                        return IsRootName(name)  ? kAccessDenied
+                               : node == nullptr ? kNotFound
+                                                 : operation(session, *node);
+                    });
 }
 
 /// Bytes of a value as they cross the interface.
@@ -151,19 +162,13 @@ RegistryError RegOpenKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t access
     if (result == nullptr) {
         return kNullPointer;
     }
-    return Run([&](RegistrySession& session) -> RegistryError {
-        std::string name;
-        const RegistryError error = FullName(session, key, subKey, 0, name);
-        if (error != kSuccess) {
-            return error;
-        }
-        KeyNode* node = FindKey(session, name);
-        if (node == nullptr) {
-            return kNotFound;
-        }
-        *result = session.Open(*node, access);
-        return kSuccess;
-    });
+    return RunOnKey(key, subKey, 0,
+                    [&](RegistrySession& session, KeyNode* node, const std::string&) {
+                        if (node != nullptr) {
+                            *result = session.Open(*node, access);
+                        }
+                        return node != nullptr ? kSuccess : kNotFound;
+                    });
 }
 
 RegistryError RegCreateKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t /*options*/,
@@ -171,27 +176,22 @@ RegistryError RegCreateKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t /*op
     if (result == nullptr) {
         return kNullPointer;
     }
-    return Run([&](RegistrySession& session) -> RegistryError {
-        std::string name;
-        const RegistryError error = FullName(session, key, subKey, kAccessSubKeys, name);
-        if (error != kSuccess) {
-            return error;
-        }
-        KeyNode* node = FindKey(session, name);
-        const bool created = node == nullptr;
-        if (created) {
-            if (name.find('\n') != std::string::npos) {
-                return kFileError;
-            }
-            node = &session.Text().Create(name);
-            session.MarkChanged();
-        }
-        *result = session.Open(*node, kAccessDefault);
-        if (disposition != nullptr) {
-            *disposition = created ? kCreatedNewKey : kOpenedExistingKey;
-        }
-        return kSuccess;
-    });
+    return RunOnKey(key, subKey, kAccessSubKeys,
+                    [&](RegistrySession& session, KeyNode* node, const std::string& name) {
+                        const bool created = node == nullptr;
+                        if (created) {
+                            if (name.find('\n') != std::string::npos) {
+                                return kFileError;
+                            }
+                            node = &session.Text().Create(name);
+                            session.MarkChanged();
+                        }
+                        *result = session.Open(*node, kAccessDefault);
+                        if (disposition != nullptr) {
+                            *disposition = created ? kCreatedNewKey : kOpenedExistingKey;
+                        }
+                        return kSuccess;
+                    });
 }
 
 RegistryError RegCloseKey(HKEY key) {
@@ -199,13 +199,8 @@ RegistryError RegCloseKey(HKEY key) {
 }
 
 RegistryError QueryStoredValue(HKEY key, const wchar_t* name, RegistryValue& value) {
-    return Run([&](RegistrySession& session) -> RegistryError {
-        KeyNode* node = nullptr;
-        const RegistryError error = session.ResolveKey(key, kAccessReadValues, node);
-        if (error != kSuccess) {
-            return error;
-        }
-        std::optional<RegistryValue> found = session.Text().Value(*node, ValueName(name));
+    return RunOnKey(key, kAccessReadValues, [&](RegistrySession& session, KeyNode& node) {
+        std::optional<RegistryValue> found = session.Text().Value(node, ValueName(name));
         if (!found) {
             return kNotFound;
         }
@@ -253,14 +248,9 @@ RegistryError RegSetValueEx(HKEY key, const wchar_t* name, std::uint32_t type, c
         return kNullPointer;
     }
     const std::string_view bytes(static_cast<const char*>(data), size);
-    return Run([&](RegistrySession& session) -> RegistryError {
-        KeyNode* node = nullptr;
-        const RegistryError error = session.ResolveKey(key, kAccessWriteValues, node);
-        if (error != kSuccess) {
-            return error;
-        }
+    return RunOnKey(key, kAccessWriteValues, [&](RegistrySession& session, KeyNode& node) {
         const std::optional<RegistryValue> value = FromInterface(type, bytes);
-        if (!value || !session.Text().SetValue(*node, ValueName(name), *value)) {
+        if (!value || !session.Text().SetValue(node, ValueName(name), *value)) {
             return kFileError;
         }
         session.MarkChanged();
@@ -272,13 +262,8 @@ RegistryError RegEnumKey(HKEY key, std::uint32_t index, wchar_t* name, std::uint
     if (name == nullptr || size == nullptr) {
         return kNullPointer;
     }
-    return Run([&](RegistrySession& session) -> RegistryError {
-        KeyNode* node = nullptr;
-        const RegistryError error = session.ResolveKey(key, kAccessSubKeys, node);
-        if (error != kSuccess) {
-            return error;
-        }
-        const std::vector<KeyNode*>& children = session.Text().Children(*node);
+    return RunOnKey(key, kAccessSubKeys, [&](RegistrySession& session, KeyNode& node) {
+        const std::vector<KeyNode*>& children = session.Text().Children(node);
         if (index >= children.size()) {
             return kNotFound;
         }
@@ -295,31 +280,21 @@ RegistryError RegEnumKey(HKEY key, std::uint32_t index, wchar_t* name, std::uint
 }
 
 RegistryError RegDeleteKey(HKEY key, const wchar_t* subKey) {
-    return Run([&](RegistrySession& session) -> RegistryError {
-        KeyNode* node = nullptr;
-        const RegistryError error = FindDoomed(session, key, subKey, node);
-        if (error != kSuccess) {
-            return error;
-        }
-        if (!session.Text().Children(*node).empty()) {
+    return RunOnDoomed(key, subKey, [](RegistrySession& session, KeyNode& node) {
+        if (!session.Text().Children(node).empty()) {
             return kAccessDenied;
         }
-        session.Text().Delete(*node);
+        session.Text().Delete(node);
         session.MarkChanged();
         return kSuccess;
     });
 }
 
 RegistryError RegDeleteTree(HKEY key, const wchar_t* subKey, std::uint32_t /*flag*/) {
-    return Run([&](RegistrySession& session) -> RegistryError {
-        KeyNode* top = nullptr;
-        const RegistryError error = FindDoomed(session, key, subKey, top);
-        if (error != kSuccess) {
-            return error;
-        }
+    return RunOnDoomed(key, subKey, [](RegistrySession& session, KeyNode& top) {
         session.MarkChanged();
-        KeyNode* node = top;
-        while (!top->deleted) {
+        KeyNode* node = &top;
+        while (!top.deleted) {
             const std::vector<KeyNode*>& children = session.Text().Children(*node);
             if (!children.empty()) {
                 node = children.back();
@@ -333,13 +308,8 @@ RegistryError RegDeleteTree(HKEY key, const wchar_t* subKey, std::uint32_t /*fla
 }
 
 RegistryError RegDeleteValue(HKEY key, const wchar_t* name) {
-    return Run([&](RegistrySession& session) -> RegistryError {
-        KeyNode* node = nullptr;
-        const RegistryError error = session.ResolveKey(key, kAccessWriteValues, node);
-        if (error != kSuccess) {
-            return error;
-        }
-        if (!session.Text().DeleteValue(*node, ValueName(name))) {
+    return RunOnKey(key, kAccessWriteValues, [&](RegistrySession& session, KeyNode& node) {
+        if (!session.Text().DeleteValue(node, ValueName(name))) {
             return kNotFound;
         }
         session.MarkChanged();

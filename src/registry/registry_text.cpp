@@ -305,23 +305,27 @@ std::optional<RegistryValue> RegistryText::Value(KeyNode& key, std::string_view 
 }
 
 bool RegistryText::SetValue(KeyNode& key, std::string_view name, const RegistryValue& value) {
-    if (!IsStorable(name, value)) {
+    // Before the key is given a section: what cannot be stored changes nothing.
+    std::optional<std::string> formatted = FormatValueLine(name, value);
+    if (!formatted) {
         return false;
     }
     AddSection(key);
     KeySection& section = key.sections.front();
     const auto line = FindLine(section, FoldedName(name));
     if (line == section.lines.end()) {
-        section.lines.push_back(Keep(FormatValueLine(name, value)));
+        section.lines.push_back(Keep(*std::move(formatted)));
         return true;
     }
     // The old spelling may have more bytes, which a long value leaves no room for.
     const std::string_view spelling = ParseValueLine(*line)->name;
-    if (!IsStorable(spelling, value)) {
-        return false;
+    if (spelling != name) {
+        formatted = FormatValueLine(spelling, value);
     }
-    *line = Keep(FormatValueLine(spelling, value));
-    return true;
+    if (formatted) {
+        *line = Keep(*std::move(formatted));
+    }
+    return formatted.has_value();
 }
 
 bool RegistryText::DeleteValue(KeyNode& key, std::string_view name) {

@@ -1,6 +1,7 @@
 #include "registry/registry_value.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace zeldlg::registry {
 namespace {
@@ -129,33 +130,30 @@ RegistryValue ReadValue(const ValueLine& line) {
     }
 }
 
-std::string FormatValueLine(std::string_view name, const RegistryValue& value) {
-    std::string line;
-    if (name.empty()) {
-        line = "@=";
-    } else {
-        line.append("\"").append(name).append("\"=");
-    }
-    switch (value.type) {
-        case kTypeNumber:
-            return line.append(kNumberMark).append(FormatNumber(value.number));
-        case kTypeBinary:
-            return line.append(kBinaryMark).append(FormatBinary(value.bytes));
-        default:
-            return line.append("\"").append(value.bytes).append("\"");
-    }
-}
-
 // What the file's writer takes in one piece, without the line end.
 constexpr std::size_t kLongestLine = 16381;
 
-bool IsStorable(std::string_view name, const RegistryValue& value) {
-    const std::string line = FormatValueLine(name, value);
+std::optional<std::string> FormatValueLine(std::string_view name, const RegistryValue& value) {
+    std::string line = "@=";
+    if (!name.empty()) {
+        line.assign("\"").append(name).append("\"=");
+    }
+    switch (value.type) {
+        case kTypeNumber:
+            line.append(kNumberMark).append(FormatNumber(value.number));
+            break;
+        case kTypeBinary:
+            line.append(kBinaryMark).append(FormatBinary(value.bytes));
+            break;
+        default:
+            line.append("\"").append(value.bytes).append("\"");
+    }
     if (line.find('\n') != std::string::npos || line.size() > kLongestLine) {
-        return false;
+        return std::nullopt;
     }
     const std::optional<ValueLine> parsed = ParseValueLine(line);
-    return parsed && parsed->name == name && ReadValue(*parsed) == value;
+    const bool isSame = parsed && parsed->name == name && ReadValue(*parsed) == value;
+    return isSame ? std::optional(std::move(line)) : std::nullopt;
 }
 
 }  // namespace zeldlg::registry

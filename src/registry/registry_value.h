@@ -41,11 +41,8 @@ std::optional<ValueLine> ParseValueLine(std::string_view line);
 RegistryValue ReadValue(const ValueLine& line);
 
 /// The line, without a line end, that stores `value` under `name` (UTF-8; empty for the default
-/// value).
-std::string FormatValueLine(std::string_view name, const RegistryValue& value);
-
-/// False when the format cannot hold the value: a line made of it would be several lines or
-/// would read back as something else.
-bool IsStorable(std::string_view name, const RegistryValue& value);
+/// value). @return nothing when the format cannot hold the value: the line would be several lines
+///         or read back as something else
+std::optional<std::string> FormatValueLine(std::string_view name, const RegistryValue& value);
 
 }  // namespace zeldlg::registry

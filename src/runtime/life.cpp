@@ -64,8 +64,7 @@ bool Life::MayChange(State from, State to) {
 
 State Life::Now() const {
     const uint32_t word = m_word;
-    const bool ours = ProcessIn(word) == 0 || ProcessIn(word) == getpid();
-    return ours ? StateIn(word) : State::NotOurs;
+    return platform::IsForkedFrom(ProcessIn(word)) ? State::NotOurs : StateIn(word);
 }
 
 bool Life::Change(State from, State to) {
