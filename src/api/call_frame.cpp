@@ -16,7 +16,7 @@ namespace zeldlg::api {
 namespace {
 
 // Read once, when the library is loaded: calls come on any thread, and in signal handlers.
-const bool g_isTraced = [] {
+const bool kIsTraced = [] {
     const char* const wish = getenv("ZELDLG_TRACE");
     return wish != nullptr && std::string_view(wish) == "1";
 }();
@@ -25,7 +25,7 @@ using Clock = std::chrono::steady_clock;
 
 // In one piece, and without a lock: lines of several threads do not mix.
 void Trace(const char* request, Clock::time_point begin, uint32_t result) {
-    if (!g_isTraced) {
+    if (!kIsTraced) {
         return;
     }
     const std::chrono::duration<double, std::milli> time = Clock::now() - begin;
