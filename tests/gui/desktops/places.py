@@ -82,6 +82,7 @@ class RemoteKeyboard:
         path = "/org/gnome/Mutter/RemoteDesktop"
         self._session = self._call(path, REMOTE, "CreateSession").unpack()[0]
         self._notify("Start")
+        self._press(0xffe1)  # Shift: the first key makes the keyboard, and may get lost by that
 
     def _call(self, path, interface, method, arguments=None):
         return self._bus.call_sync(REMOTE, path, interface, method, arguments, None, 0, 20000, None)
@@ -91,9 +92,11 @@ class RemoteKeyboard:
 
     def type(self, text):
         for character in text:
-            symbol = 0xff0d if character == "\n" else ord(character)
-            for down in (True, False):
-                self._notify("NotifyKeyboardKeysym", GLib.Variant("(ub)", (symbol, down)))
+            self._press(0xff0d if character == "\n" else ord(character))
+
+    def _press(self, symbol):
+        for down in (True, False):
+            self._notify("NotifyKeyboardKeysym", GLib.Variant("(ub)", (symbol, down)))
 
 
 def _size(scale):

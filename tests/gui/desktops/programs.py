@@ -92,10 +92,16 @@ class PeerQuestion:
         self._process.wait()
 
 
-# Nothing starts it on the stage's bus, and it ends when nobody has asked for long.
-PROMPTER = ("setpriv --pdeathsig KILL -- /usr/libexec/gcr-prompter & "
-            "gdbus wait --session --timeout 60 org.gnome.keyring.SystemPrompter; "
-            "exec pinentry-gnome3")
+# Where the desktop has no prompt of its own for it (gnome-shell has one) there is that of its kin,
+# which nothing starts on the stage's bus, and which ends when nobody has asked for long.
+PROMPTER = """
+offered() { gdbus wait --session --timeout $1 org.gnome.keyring.SystemPrompter; }
+if ! offered 1; then
+    setpriv --pdeathsig KILL -- /usr/libexec/gcr-prompter &
+    offered 60
+fi
+exec pinentry-gnome3
+"""
 
 # Each with its own defaults, a grab of the keyboard included.
 PEERS = {
