@@ -1,5 +1,6 @@
 // A host in C++: has a PIN changed under a policy. The dialog waits on a thread of its own, so that
 // the main thread goes on serving whatever else the host does.
+#include <zeldlg/probe.hpp>
 #include <zeldlg/zeldlg.hpp>
 
 #include <chrono>
@@ -39,6 +40,9 @@ int main() {
     const zeldlg::Session dialogs;
     zeldlg::Secret oldPin;
     zeldlg::Secret newPin;
+    if (!zeldlg::probe()) {  // a start without a display may be slow to fail, and never return
+        return Report(zeldlg::Result::Failed, oldPin, newPin);
+    }
     auto answer = std::async(std::launch::async,
                              [&] { return dialogs.change_pin(BadgeRequest(), oldPin, newPin); });
     size_t turns = 0;

@@ -16,6 +16,8 @@ SAID = {Result.CANCELLED: ("cancelled", 1),
 
 def sign(dialogs):
     """What there is to say, and the exit code."""
+    if not zeldlg.probe():  # a start without a display may be slow to fail, and never return
+        return SAID[Result.FAILED]
     result, pin = dialogs.ask_pin(
         zeldlg.PinRequest("Identity card", zeldlg.Bounds(6, 12), legal=True))
     if result is not Result.OK:
