@@ -145,7 +145,7 @@ class Developer(InFreshRoot):
 class Tokens(InFreshRoot):
     """What knows nothing of the dialogs, on a token behind the module in front."""
 
-    MODULE, SOFTHSM = "zeldlg-p11-module.so", "/usr/lib/softhsm/libsofthsm2.so"
+    SOFTHSM = "/usr/lib/softhsm/libsofthsm2.so"
 
     def test_p11_kit_loads_the_module_and_nothing_is_left_behind(self):
         packages = [LIBRARY, PKCS11]
@@ -156,19 +156,26 @@ class Tokens(InFreshRoot):
         token = {"SOFTHSM2_CONF": f"{HOME}/conf"}
         self.root.run_as_user("softhsm2-util", "--init-token", "--free", "--label", "Card", "--pin",
                               "2468", "--so-pin", "87654321", **token)
+        self.root.run_as_user("pkcs11-tool", "--module", self.SOFTHSM, "--login", "--pin", "2468",
+                              "--keypairgen", "--key-type", "EC:prime256v1", **token)
         # It is there, and has no token as long as nothing is behind it.
-        self.assertIn("path: zeldlg-p11-module.so",
-                      self.root.run_as_user("p11-kit", "list-modules", **token))
+        entry = "zeldlg-p11: zeldlg-p11-module.so\n"
+        self.assertNotIn("token:", self.root.run_as_user("p11-kit", "list-modules",
+                                                         **token).split(entry)[1])
         self.root.run("mkdir", "/etc/zeldlg")
-        self.root.run("sh", "-c", f"echo --module {self.SOFTHSM} >/etc/zeldlg/p11-module.conf")
-        listed = self.root.run_as_user("p11-kit", "list-modules", **token)
-        self.assertIn("token: Card", listed[listed.index("zeldlg-p11-module.so"):])
+        self.root.run("sh", "-c", f"echo --module {self.SOFTHSM} --cache 60"
+                                  " >/etc/zeldlg/p11-module.conf")
+        self.assertIn("token: Card", self.root.run_as_user("p11-kit", "list-modules",
+                                                           **token).split(entry)[1])
         say("p11tool, pkcs11-tool and zeldlg-p11 log in")
-        for command in (("p11tool", "--provider", self.MODULE, "--list-all", "--login",
+        module, = glob.glob(f"{self.root.path}/usr/lib/*/pkcs11/zeldlg-p11-module.so")
+        module = module.removeprefix(self.root.path)
+        for command in (("p11tool", "--provider", module, "--list-all", "--login",
                          "pkcs11:token=Card"),
-                        ("pkcs11-tool", "--module", self.MODULE, "--login", "--list-objects"),
+                        ("pkcs11-tool", "--module", module, "--login", "--list-objects"),
                         ("zeldlg-p11", "--module", self.SOFTHSM, "login")):
-            self.use(*command, title="Enter PIN", keys="2468\n", **token)
+            said = self.use(*command, title="Enter PIN", keys="2468\n", **token)
+            self.assertRegex(said, "Private [Kk]ey|logged in to Card")
         self.assertTrue(os.path.exists(f"{self.root.path}/usr/share/man/man1/zeldlg-p11.1.gz"))
         self.root.run("rm", "-r", "/etc/zeldlg")
         self.end(before, packages)
