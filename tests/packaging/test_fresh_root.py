@@ -19,7 +19,8 @@ CACHE = os.environ["ZELDLG_FRESH_CACHE"]
 LIBRARY, DEVELOPMENT = "libzeldlglib3", "libzeldlglib-dev"
 DEMO, SETTINGS = "zeldlg-demo", "zeldlg-settings"
 PYTHON, PKCS11 = "python3-zeldlg", "zeldlg-p11"
-COMPILERS = ["gcc", "g++", "libc6-dev", "cmake", "make", "pkg-config", "python3"]
+COMPILERS = ["gcc", "g++", "libc6-dev", "cmake", "make", "pkg-config", "python3",
+             "libp11-kit-dev", "libssl-dev"]
 HOME = "/tmp/home"
 
 
@@ -119,6 +120,8 @@ class Developer(InFreshRoot):
         self.assertIn("zeldlg_DIR:PATH=/lib/", self.root.run(
             "grep", "zeldlg_DIR", f"{HOME}/found-by-cmake/CMakeCache.txt"))
         self.root.run_as_user("cmake", "--build", f"{HOME}/found-by-cmake")
+        self.assertIn("Commands:\n  list ", self.root.run_as_user(
+            f"{HOME}/found-by-cmake/pkcs11/zeldlg-p11", "--help"))
         flags = self.root.run("pkg-config", "--cflags", "--libs", "zeldlg").split()
         self.root.run_as_user("gcc", f"{HOME}/examples/login.c", *flags, "-o", f"{HOME}/login")
         self.root.run_as_user("g++", "-std=c++17", f"{HOME}/examples/change_pin.cpp", *flags, "-o",
