@@ -150,10 +150,10 @@ void CWXRunner::Loop(ManualResetEvent& requestEvent) {
             busy = m_toolkit->Iterate();
             served = busy ? served : Clock::now();
         } else {
+            // Hosts tend to ask for several things in a row: the next one is waited for first.
             ServeFront(requestEvent);
-            busy = true;
         }
-        if (busy) {
+        if (busy || !iterated) {
             StayFirstAtExit();
         }
     }
