@@ -10,6 +10,7 @@ namespace zeldlg {
 
 // `parent` may be null. Texts are shown as they are; the caller has translated them.
 
+/// No request shows this one; kept, and tested.
 void ShowWarningBox(wxWindow* parent, const wxString& text);
 void ShowErrorBox(wxWindow* parent, const wxString& text);
 void ShowInformationBox(wxWindow* parent, const wxString& text);
@@ -18,10 +19,12 @@ bool ShowQuestionBox(wxWindow* parent, const wxString& text);
 
 void ShowTokenLockedBox(wxWindow* parent, const wxString& label);
 
+/// No request shows this one; kept, and tested.
 /// @param code A return value of a token (numbered as in PKCS #11).
 void ShowTokenErrorBox(wxWindow* parent, uint64_t code);
 wxString TokenErrorText(uint64_t code);
 
+/// No request shows this one; kept, and tested.
 /// @param code Of unknown origin.
 void ShowUnknownErrorBox(wxWindow* parent, uint64_t code);
 wxString UnknownErrorText(uint64_t code);

@@ -1,4 +1,4 @@
-// Calendar time from a time value.
+// Calendar time from a time value. Nothing in the library calls it; kept, and tested.
 #pragma once
 
 #include <cstdint>

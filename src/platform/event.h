@@ -52,7 +52,8 @@ int32_t CreateEvent(EventKind kind, ManualResetEvent** event);
 /// Destroys what CreateEvent made; null is ignored.
 void DestroyEvent(ManualResetEvent* event);
 
-/// Waits until one event (or, with `waitAll`, every one) of `events` is set.
+/// Waits until one event (or, with `waitAll`, every one) of `events` is set. The library itself
+/// waits for one event at a time, below; kept, and tested.
 ///
 /// Looks at the events in order. What is satisfied by an auto-reset event uses its setting up;
 /// with `waitAll` either all settings are used up or none. A pulse counts for the waits present

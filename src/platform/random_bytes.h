@@ -1,4 +1,4 @@
-// Random bytes from the cryptographic generator.
+// Random bytes from the cryptographic generator. Nothing in the library calls it; kept, and tested.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Loading of shared objects at run time.
+// Loading of shared objects at run time. Nothing in the library calls it; kept, and tested.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// Formatted text: into a string, to standard output, to the end of a file.
+// Formatted text: into a string, to standard output, to the end of a file. The library itself calls
+// only DebugPrint; the others are kept, and tested.
 #pragma once
 
 #include <cstdarg>

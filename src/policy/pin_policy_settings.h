@@ -1,4 +1,5 @@
-// A PIN policy out of the configuration store, the alternative to the one on the card.
+// A PIN policy out of the configuration store, the alternative to the one on the card. Only
+// zeldlg-settings reads it: the dialog checks against what the host hands over.
 #pragma once
 
 #include <cstddef>

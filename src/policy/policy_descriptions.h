@@ -15,7 +15,7 @@ wxString DescribeHistoryChecking(const PinPolicy& policy);          ///< P3
 /// P4. A character list is shown as Latin-1, up to its first zero byte.
 wxString DescribeCharacterRestriction(const PinPolicy& policy);
 
-/// The four blocks and where the policy comes from.
+/// The four blocks and where the policy comes from. No dialog shows it; kept, and tested.
 wxString DescribePinPolicy(const PinPolicy& policy);
 
 }  // namespace zeldlg

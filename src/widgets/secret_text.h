@@ -1,5 +1,6 @@
 // What happens to a secret while it is edited behind its mask: plain operations on the text,
 // without a window, so that every rule of the secure text control can be tested by itself.
+// Like that control it has no caller in the dialogs; it is kept, and tested.
 #pragma once
 
 #include <wx/string.h>

@@ -10,7 +10,8 @@
 
 namespace zeldlg {
 
-/// Masked entry of a secret, on the GUI thread only.
+/// Masked entry of a secret, on the GUI thread only. No dialog makes one, they have PinField and
+/// take from here the width of a field; kept, and tested.
 ///
 /// Typing is the only way in and `GetValue()` the only way out: clipboard, drag and drop, menu
 /// commands and selecting with mouse or keyboard do nothing. After each character that a key
