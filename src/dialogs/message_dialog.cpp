@@ -101,7 +101,9 @@ wxString YesLabel(int64_t seconds) { return FormatTranslated("&Yes (%ds)", Shown
 
 wxSize RoomOnScreen(const wxWindow& window) {
     const int display = wxDisplay::GetFromWindow(&window);
-    return wxDisplay(display != wxNOT_FOUND ? display : 0).GetClientArea().GetSize() -
+    return wxDisplay(display != wxNOT_FOUND ? static_cast<unsigned>(display) : 0U)
+               .GetClientArea()
+               .GetSize() -
            kAroundContent;
 }
 

@@ -35,7 +35,7 @@ public:
 
     bool WaitsForAll() const { return m_waitsForAll; }
     void WakeUp() { m_wakeUp.notify_one(); }
-    /// @return Whether it was woken, maybe without a reason, before the deadline (null: none).
+    // @return Whether it was woken, maybe without a reason, before the deadline (null: none).
     bool Sleep(std::unique_lock<std::mutex>& lock, const timespec* deadline);
 
 private:

@@ -41,8 +41,7 @@ constexpr const char* kRequirementsMet = CATALOGUE_KEY(
 wxString WarningText(const ChangePinFailure& failure) {
     wxString text;
     if (failure.triesLeft) {
-        text = FormatTranslated(CATALOGUE_KEY("\nYou have %d tries remaining"),
-                                ShownNumber(*failure.triesLeft)) +
+        text = FormatTranslated("\nYou have %d tries remaining", ShownNumber(*failure.triesLeft)) +
                "\n";
     }
     text += Translate(failure.warning);
@@ -161,7 +160,7 @@ void CChangePinDialog::AddExplanation() {
         wxSize(kExplanationWidth, m_prompt.policed ? kPageTextHeight : kRuleTextHeight),
         wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
     layout::PadText(*m_explanation, kTextPadding);
-    SetAccessibleName(*m_explanation, Translate(CATALOGUE_KEY("Explanation")));
+    SetAccessibleName(*m_explanation, Translate("Explanation"));
     m_pageArea->Add(m_explanation, wxSizerFlags(1).Expand());
 }
 
@@ -179,7 +178,7 @@ void CChangePinDialog::AddSummary() {
 }
 
 void CChangePinDialog::AddButtons() {
-    m_okButton = layout::AddButtonRow(this, m_rows, Translate(CATALOGUE_KEY("OK"))).ok;
+    m_okButton = layout::AddButtonRow(this, m_rows, Translate("OK")).ok;
 }
 
 void CChangePinDialog::Revalidate() {

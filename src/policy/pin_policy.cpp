@@ -6,9 +6,9 @@ ToleranceLevel HistoryTolerance(const PinPolicy& policy) {
     const int threshold = policy.p3Threshold;
     const int tolerance = policy.p3LengthNormalize != 0 ? threshold * threshold : threshold;
     if (tolerance == 0 || tolerance > 12) {
-        return ToleranceLevel::kHigh;
+        return ToleranceLevel::High;
     }
-    return tolerance > 5 ? ToleranceLevel::kMedium : ToleranceLevel::kLow;
+    return tolerance > 5 ? ToleranceLevel::Medium : ToleranceLevel::Low;
 }
 
 }  // namespace zeldlg

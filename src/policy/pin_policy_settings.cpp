@@ -12,9 +12,9 @@ constexpr const wchar_t* kPoliciesKey = L"SOFTWARE\\Corvenna\\Tessaly\\2.0\\Poli
 
 struct NumberValue {
     const wchar_t* name;
-    std::uint8_t PinPolicy::*field;
-    /// Taken when the value is missing; without it the field stays as it is.
-    std::optional<std::uint8_t> whenMissing = std::nullopt;
+    uint8_t PinPolicy::*field;
+    // Taken when the value is missing; without it the field stays as it is.
+    std::optional<uint8_t> whenMissing = std::nullopt;
 };
 
 constexpr NumberValue kNumberValues[] = {
@@ -36,8 +36,8 @@ constexpr NumberValue kNumberValues[] = {
 constexpr NumberValue kIsWhiteList = {L"P4IsWhiteList", &PinPolicy::p4IsWhiteList};
 
 void ReadNumber(PinPolicy& policy, const registry::SettingsKey& key, const NumberValue& value) {
-    if (const std::optional<std::uint32_t> number = key.ReadDword(value.name)) {
-        policy.*value.field = static_cast<std::uint8_t>(*number & 0xFF);
+    if (const std::optional<uint32_t> number = key.ReadDword(value.name)) {
+        policy.*value.field = static_cast<uint8_t>(*number & 0xFF);
     } else if (value.whenMissing) {
         policy.*value.field = *value.whenMissing;
     }
@@ -46,7 +46,7 @@ void ReadNumber(PinPolicy& policy, const registry::SettingsKey& key, const Numbe
 }  // namespace
 
 void LoadPinPolicyFromRegistry(PinPolicy& policy, const std::wstring& subKey) {
-    policy.source = PolicySource::kRegistry;
+    policy.source = PolicySource::Registry;
     const registry::SettingsKey policies(kPoliciesKey);
     const registry::SettingsKey set(policies, subKey.c_str());
     if (!set.IsOpen()) {

@@ -10,10 +10,10 @@
 namespace zeldlg {
 
 /// Bytes of "P4CharList"; a longer one counts as empty.
-inline constexpr std::size_t kMaxCharList = 64;
+inline constexpr size_t kMaxCharList = 64;
 
 /// Reads the policy set stored under a name. Numbers are kept as their lowest byte.
-/// The source becomes kRegistry in any case. When there is no such set nothing else changes;
+/// The source becomes Registry in any case. When there is no such set nothing else changes;
 /// otherwise missing values keep what `policy` had, except: the enabled mask and the class mask
 /// become 255 (everything on) and the character list empty.
 /// @param subKey name of the set, a key below "Policies"

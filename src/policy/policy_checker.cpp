@@ -10,26 +10,26 @@ namespace zeldlg {
 
 namespace {
 
-/// A status with the lowest four bits of a number, of either sign.
+// A status with the lowest four bits of a number, of either sign.
 template <std::integral Number>
 constexpr PolicyStatus Status(PolicyStatus base, Number number) {
     return static_cast<PolicyStatus>(base | (static_cast<unsigned>(number) & 0x0FU));
 }
 
-/// The differences between neighbours of a PIN, case folded where the policy wants it.
+// The differences between neighbours of a PIN, case folded where the policy wants it.
 class Differences {
 public:
     Differences(const PinPolicy& policy, std::string_view pin)
         : m_pin(pin), m_fold(policy.p1CaseSensitive == 0) {}
 
-    /// What the character at `position` is below the one before it.
-    int At(std::size_t position) const { return Code(position - 1) - Code(position); }
+    // What the character at `position` is below the one before it.
+    int At(size_t position) const { return Code(position - 1) - Code(position); }
 
-    /// Positions run from 1 to below this.
-    std::size_t End() const { return m_pin.size(); }
+    // Positions run from 1 to below this.
+    size_t End() const { return m_pin.size(); }
 
 private:
-    int Code(std::size_t position) const {
+    int Code(size_t position) const {
         const int code = static_cast<unsigned char>(m_pin[position]);
         return m_fold ? std::tolower(code) : code;
     }
@@ -38,13 +38,13 @@ private:
     bool m_fold;
 };
 
-/// Refuses a PIN that is one arithmetic run.
+// Refuses a PIN that is one arithmetic run.
 PolicyStatus CheckSingleRun(const Differences& differences, int threshold) {
     const int step = differences.At(1);
     if (std::abs(step) > threshold) {
         return kPolicyAccepted;
     }
-    for (std::size_t i = 2; i < differences.End(); ++i) {
+    for (size_t i = 2; i < differences.End(); ++i) {
         if (differences.At(i) != step) {
             return kPolicyAccepted;
         }
@@ -52,15 +52,15 @@ PolicyStatus CheckSingleRun(const Differences& differences, int threshold) {
     return Status(kDistanceTooSmall, std::abs(step));
 }
 
-/// Refuses a PIN with any close pair.
-/// kept: only the first pair is judged by its magnitude. From the third character on every rising
-/// step has a negative difference and is refused.
+// Refuses a PIN with any close pair.
+// kept: only the first pair is judged by its magnitude. From the third character on every rising
+// step has a negative difference and is refused.
 PolicyStatus CheckEachPair(const Differences& differences, int threshold) {
     const int first = differences.At(1);
     if (std::abs(first) <= threshold) {
         return Status(kDistanceTooSmall, first);
     }
-    for (std::size_t i = 2; i < differences.End(); ++i) {
+    for (size_t i = 2; i < differences.End(); ++i) {
         if (differences.At(i) <= threshold) {
             return Status(kDistanceTooSmall, differences.At(i));
         }
@@ -68,11 +68,11 @@ PolicyStatus CheckEachPair(const Differences& differences, int threshold) {
     return kPolicyAccepted;
 }
 
-enum ClassIndex : std::uint8_t { kLower, kUpper, kDigit, kPunctuation, kOther, kClassCount };
+enum ClassIndex : uint8_t { kLower, kUpper, kDigit, kPunctuation, kOther, kClassCount };
 
-/// The classes with a minimum population, in the order in which they are looked at.
-constexpr std::array<std::uint8_t, kOther> kPopulatedClassBits = {kClassLower, kClassUpper,
-                                                                  kClassDigit, kClassPunctuation};
+// The classes with a minimum population, in the order in which they are looked at.
+constexpr std::array<uint8_t, kOther> kPopulatedClassBits = {kClassLower, kClassUpper, kClassDigit,
+                                                             kClassPunctuation};
 
 struct ClassRange {
     ClassIndex index;
@@ -80,7 +80,7 @@ struct ClassRange {
     unsigned char last;
 };
 
-/// kept: the dollar sign (36) is no punctuation here, so it counts as an other character.
+// kept: the dollar sign (36) is no punctuation here, so it counts as an other character.
 constexpr ClassRange kClassRanges[] = {
     {kLower, 97, 122},      {kUpper, 65, 90},         {kDigit, 48, 57},
     {kPunctuation, 33, 35}, {kPunctuation, 37, 47},   {kPunctuation, 58, 64},
@@ -91,7 +91,7 @@ constexpr std::array<ClassIndex, 256> MakeClassTable() {
     std::array<ClassIndex, 256> table{};
     table.fill(kOther);
     for (const ClassRange& range : kClassRanges) {
-        for (std::size_t code = range.first; code <= range.last; ++code) {
+        for (size_t code = range.first; code <= range.last; ++code) {
             table[code] = range.index;
         }
     }
@@ -100,9 +100,9 @@ constexpr std::array<ClassIndex, 256> MakeClassTable() {
 
 constexpr std::array<ClassIndex, 256> kClassOfByte = MakeClassTable();
 
-/// Members of each class. Wide, because a PIN may have more than 255 bytes: in 8 bits a class with
-/// 256 members would pass for unused.
-using ClassCounts = std::array<std::size_t, kClassCount>;
+// Members of each class. Wide, because a PIN may have more than 255 bytes: in 8 bits a class with
+// 256 members would pass for unused.
+using ClassCounts = std::array<size_t, kClassCount>;
 
 ClassCounts CountClasses(std::string_view pin) {
     ClassCounts counts{};
@@ -119,7 +119,7 @@ struct UsedClasses {
 
 UsedClasses CountUsed(const PinPolicy& policy, const ClassCounts& counts) {
     UsedClasses classes;
-    for (std::size_t i = 0; i < kPopulatedClassBits.size(); ++i) {
+    for (size_t i = 0; i < kPopulatedClassBits.size(); ++i) {
         if (counts[i] != 0 && (policy.p2ClassMask & kPopulatedClassBits[i]) != 0) {
             ++classes.used;
             classes.populated += counts[i] >= policy.p2PopMin ? 1 : 0;
@@ -153,7 +153,7 @@ PolicyStatus CheckCharacterClasses(const PinPolicy& policy, std::string_view pin
     }
     if (classes.populated < policy.p2NbClass) {
         // kept: a class that the mask leaves out is reported too.
-        for (std::size_t i = 0; i < kPopulatedClassBits.size(); ++i) {
+        for (size_t i = 0; i < kPopulatedClassBits.size(); ++i) {
             if (counts[i] != 0 && counts[i] < policy.p2PopMin) {
                 return Status(kClassTooSmall, counts[i]);
             }
@@ -166,10 +166,10 @@ PolicyStatus CheckCharacterClasses(const PinPolicy& policy, std::string_view pin
 PolicyStatus CheckCharacterRestriction(PinPolicy& policy, std::string_view pin) {
     const std::string_view list = policy.p4CharList;
     const bool whiteList = policy.p4IsWhiteList != 0;
-    for (std::size_t i = 0; i < pin.size(); ++i) {
+    for (size_t i = 0; i < pin.size(); ++i) {
         const bool listed = list.find(pin[i]) != std::string_view::npos;
         if (listed != whiteList) {
-            policy.lastRefusedCharacter = static_cast<std::uint8_t>(pin[i]);
+            policy.lastRefusedCharacter = static_cast<uint8_t>(pin[i]);
             return Status(kCharacterRefused, i);
         }
     }

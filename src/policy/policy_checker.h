@@ -11,7 +11,7 @@ namespace zeldlg {
 
 /// A status word in the style of a smart card. 0x9000 accepts; 0x64xx refuses, with the policy
 /// in bits 6-7, the reason within P2 in bits 4-5 and a small number below.
-using PolicyStatus = std::uint16_t;
+using PolicyStatus = uint16_t;
 
 inline constexpr PolicyStatus kPolicyAccepted = 0x9000;
 inline constexpr PolicyStatus kCharacterRefused = 0x6400;  ///< P4, + its index modulo 16

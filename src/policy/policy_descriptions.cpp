@@ -9,7 +9,7 @@ namespace zeldlg {
 
 namespace {
 
-/// What to say about P1 for the smallest thresholds. kept: the blank at the end of the first two.
+// What to say about P1 for the smallest thresholds. kept: the blank at the end of the first two.
 constexpr const char* kDistanceExamples[] = {
     CATALOGUE_KEY("\"aaaa\" would not be correct "),
     CATALOGUE_KEY("\"7654321\" or \"abcd\" would not be correct "),
@@ -18,25 +18,24 @@ constexpr const char* kDistanceExamples[] = {
 
 // kept: with case folding two blanks follow an example that ends with one.
 wxString DistanceText(const PinPolicy& policy) {
-    wxString text = FormatTranslated(
-        CATALOGUE_KEY("The distance between each character has to be more than %d"),
-        static_cast<int>(policy.p1Threshold));
+    wxString text = FormatTranslated("The distance between each character has to be more than %d",
+                                     static_cast<int>(policy.p1Threshold));
     if (policy.p1Threshold < std::size(kDistanceExamples)) {
-        text += Translate(CATALOGUE_KEY(" for example: "));
+        text += Translate(" for example: ");
         text += Translate(kDistanceExamples[policy.p1Threshold]);
     }
     if (policy.p1CaseSensitive == 0) {
-        text += Translate(CATALOGUE_KEY(" without consideration of the case"));
+        text += Translate(" without consideration of the case");
     }
-    return text + Translate(CATALOGUE_KEY("."));
+    return text + Translate(".");
 }
 
 struct ClassItem {
-    std::uint8_t bit;
+    uint8_t bit;
     const char* text;
 };
 
-/// kept: each item ends with ", ", so the list runs into the words that follow it.
+// kept: each item ends with ", ", so the list runs into the words that follow it.
 constexpr ClassItem kClassItems[] = {
     {kClassLower, CATALOGUE_KEY("downcase letters, ")},
     {kClassUpper, CATALOGUE_KEY("upcase letters, ")},
@@ -46,7 +45,7 @@ constexpr ClassItem kClassItems[] = {
 };
 
 wxString ClassList(const PinPolicy& policy) {
-    wxString list = Translate(CATALOGUE_KEY("chosen between "));
+    wxString list = Translate("chosen between ");
     for (const ClassItem& item : kClassItems) {
         if ((policy.p2ClassMask & item.bit) != 0) {
             list += Translate(item.text);
@@ -60,19 +59,17 @@ wxString ClassificationText(const PinPolicy& policy) {
     const wxString word =
         Translate(policy.p2NbClass == 1 ? CATALOGUE_KEY("classe") : CATALOGUE_KEY("classes"));
     const wxString population =
-        policy.p2PopMin == 1
-            ? Translate(CATALOGUE_KEY("1 character"))
-            : FormatTranslated(CATALOGUE_KEY("%d characters"), static_cast<int>(policy.p2PopMin));
-    return FormatTranslated(
-               CATALOGUE_KEY("The length of the PIN code has to be at least %d characters.\n"),
-               static_cast<int>(policy.p2MinLen)) +
+        policy.p2PopMin == 1 ? Translate("1 character")
+                             : FormatTranslated("%d characters", static_cast<int>(policy.p2PopMin));
+    return FormatTranslated("The length of the PIN code has to be at least %d characters.\n",
+                            static_cast<int>(policy.p2MinLen)) +
            FormatTranslated(
-               CATALOGUE_KEY("The PIN code has to use a minimum number of %d %ls %lsand each "
-                             "class has to be composed of a minimum of %ls."),
+               "The PIN code has to use a minimum number of %d %ls %lsand each "
+               "class has to be composed of a minimum of %ls.",
                static_cast<int>(policy.p2NbClass), word, ClassList(policy), population);
 }
 
-/// By ToleranceLevel.
+// By ToleranceLevel.
 constexpr const char* kToleranceTexts[] = {
     CATALOGUE_KEY("low, the two compared PIN code shouldn't share any common letters, or at least "
                   "at the same place."),
@@ -82,16 +79,15 @@ constexpr const char* kToleranceTexts[] = {
 };
 
 wxString HistoryText(const PinPolicy& policy) {
-    const wxString size =
-        policy.p3HistorySize == 255
-            ? Translate(CATALOGUE_KEY("the maximum available on the card"))
-            : FormatTranslated(CATALOGUE_KEY("%d"), static_cast<int>(policy.p3HistorySize));
-    wxString text = FormatTranslated(CATALOGUE_KEY("The size of the history memory is %ls"), size);
+    const wxString size = policy.p3HistorySize == 255
+                              ? Translate("the maximum available on the card")
+                              : FormatTranslated("%d", static_cast<int>(policy.p3HistorySize));
+    wxString text = FormatTranslated("The size of the history memory is %ls", size);
     if (policy.p3StrictOnly != 0) {
-        text += Translate(CATALOGUE_KEY(". All PINs present in the history will be refused."));
+        text += Translate(". All PINs present in the history will be refused.");
     } else {
-        const auto level = static_cast<std::size_t>(HistoryTolerance(policy));
-        text += FormatTranslated(CATALOGUE_KEY(", and the level of tolerance is %ls"),
+        const auto level = static_cast<size_t>(HistoryTolerance(policy));
+        text += FormatTranslated(", and the level of tolerance is %ls",
                                  Translate(kToleranceTexts[level]));
     }
     return text +
@@ -103,19 +99,19 @@ wxString HistoryText(const PinPolicy& policy) {
 
 wxString RestrictionText(const PinPolicy& policy) {
     if (policy.p4CharList.empty()) {
-        return Translate(CATALOGUE_KEY("All the characters are allowed."));
+        return Translate("All the characters are allowed.");
     }
     // What exceeds the limit would be cut after formatting anyway.
-    const std::size_t shown = std::min(policy.p4CharList.size(), kFormattedTextLimit);
+    const size_t shown = std::min(policy.p4CharList.size(), kFormattedTextLimit);
     return Translate(policy.p4IsWhiteList != 0
                          ? CATALOGUE_KEY("Only some characters are allowed for usage in the PIN.")
                          : CATALOGUE_KEY("Some characters are disallowed for usage in the PIN.")) +
-           FormatTranslated(CATALOGUE_KEY("Those one are: \"%ls\" (without the surrounding `\"`)"),
+           FormatTranslated("Those one are: \"%ls\" (without the surrounding `\"`)",
                             wxString::From8BitData(policy.p4CharList.data(), shown));
 }
 
 struct PolicyBlock {
-    std::uint8_t bit;
+    uint8_t bit;
     const char* title;
     wxString (*text)(const PinPolicy&);
 };
@@ -133,7 +129,7 @@ constexpr PolicyBlock kRestrictionBlock = {
 wxString Describe(const PolicyBlock& block, const PinPolicy& policy) {
     return Translate(block.title) + (policy.IsEnabled(block.bit)
                                          ? block.text(policy)
-                                         : Translate(CATALOGUE_KEY("This policy is disabled")));
+                                         : Translate("This policy is disabled"));
 }
 
 struct SourceText {
@@ -142,10 +138,10 @@ struct SourceText {
 };
 
 constexpr SourceText kSourceTexts[] = {
-    {PolicySource::kCard, CATALOGUE_KEY("This is the current policy present on the card.")},
-    {PolicySource::kRegistry,
+    {PolicySource::Card, CATALOGUE_KEY("This is the current policy present on the card.")},
+    {PolicySource::Registry,
      CATALOGUE_KEY("This description is extracted from the registry setting.")},
-    {PolicySource::kUnknown, CATALOGUE_KEY("The source of this policy is unknown ...")},
+    {PolicySource::Unknown, CATALOGUE_KEY("The source of this policy is unknown ...")},
 };
 
 wxString DescribeSource(PolicySource source) {
@@ -179,7 +175,7 @@ wxString DescribePinPolicy(const PinPolicy& policy) {
     wxString text;
     for (const PolicyBlock& block :
          {kDistanceBlock, kClassificationBlock, kHistoryBlock, kRestrictionBlock}) {
-        text += Describe(block, policy) + Translate(CATALOGUE_KEY("\n\n"));
+        text += Describe(block, policy) + Translate("\n\n");
     }
     return text + DescribeSource(policy.source);
 }

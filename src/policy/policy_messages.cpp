@@ -19,13 +19,13 @@ struct Outcome {
 };
 
 struct CharacterClass {
-    std::uint8_t bit;
+    uint8_t bit;
     const char* name;
     std::string_view members;
 };
 
-/// kept: the dollar sign is a member here, although the check counts it as an other character. Such
-/// a PIN may be said to use punctuation and be refused for the lack of it.
+// kept: the dollar sign is a member here, although the check counts it as an other character. Such
+// a PIN may be said to use punctuation and be refused for the lack of it.
 constexpr CharacterClass kListedClasses[] = {
     {kClassLower, CATALOGUE_KEY("downcase letters"), "abcdefghijklmnopqrstuvwxyz"},
     {kClassUpper, CATALOGUE_KEY("upcase letters"), "ABCDEFGHIJKLMNOPQRSTUVWXYZ"},
@@ -36,41 +36,40 @@ constexpr CharacterClass kListedClasses[] = {
 
 wxString JoinNames(const std::vector<const char*>& names) {
     if (names.empty()) {
-        return Translate(CATALOGUE_KEY("nothing"));
+        return Translate("nothing");
     }
     wxString list = Translate(names.front());
-    for (std::size_t i = 1; i < names.size(); ++i) {
+    for (size_t i = 1; i < names.size(); ++i) {
         list += Translate(i + 1 == names.size() ? CATALOGUE_KEY(" and ") : CATALOGUE_KEY(", "));
         list += Translate(names[i]);
     }
     return list;
 }
 
-/// The character's code is that of its byte, as in Latin-1.
+// The character's code is that of its byte, as in Latin-1.
 wchar_t RefusedCharacter(const Outcome& outcome) {
     if (outcome.pin.empty()) {
         return outcome.policy.lastRefusedCharacter;
     }
-    const auto index = static_cast<std::size_t>(outcome.Low4());
+    const auto index = static_cast<size_t>(outcome.Low4());
     return index < outcome.pin.size() ? static_cast<unsigned char>(outcome.pin[index]) : L'\0';
 }
 
 // A character of code 0 ends the text: the closing quote is not shown then.
 wxString CharacterRefused(const Outcome& outcome) {
-    return FormatTranslated(
-        CATALOGUE_KEY("Pin code contains at least a disallowed characters: \"%c\""),
-        RefusedCharacter(outcome));
+    return FormatTranslated("Pin code contains at least a disallowed characters: \"%c\"",
+                            RefusedCharacter(outcome));
 }
 
 wxString DistanceTooSmall(const Outcome& outcome) {
     return FormatTranslated(
-        CATALOGUE_KEY("PIN too weak:\ndistance between consecutive characters is equal to %d\n "
-                      "It has to be greater than %d."),
+        "PIN too weak:\ndistance between consecutive characters is equal to %d\n "
+        "It has to be greater than %d.",
         outcome.Low6(), static_cast<int>(outcome.policy.p1Threshold));
 }
 
 wxString Unrecognised(const Outcome& outcome) {
-    return FormatTranslated(CATALOGUE_KEY("Unrecognized error code : %04X"),
+    return FormatTranslated("Unrecognized error code : %04X",
                             static_cast<unsigned>(outcome.status));
 }
 
@@ -83,44 +82,43 @@ wxString TooFewClasses(const Outcome& outcome) {
             (isUsed ? used : missing).push_back(each.name);
         }
     }
-    return FormatTranslated(
-        CATALOGUE_KEY("PIN code invalid:\nThis PIN uses %ls.\nIt is missing %ls."), JoinNames(used),
-        JoinNames(missing));
+    return FormatTranslated("PIN code invalid:\nThis PIN uses %ls.\nIt is missing %ls.",
+                            JoinNames(used), JoinNames(missing));
 }
 
 wxString PinTooShort(const Outcome& outcome) {
-    return FormatTranslated(CATALOGUE_KEY("PIN code too short:\nThe policy expects a length of %d "
-                                          "characters minimum"),
-                            outcome.Low4());
+    return FormatTranslated(
+        "PIN code too short:\nThe policy expects a length of %d "
+        "characters minimum",
+        outcome.Low4());
 }
 
 wxString ClassTooSmall(const Outcome& outcome) {
     return FormatTranslated(
-        CATALOGUE_KEY("Class not enough populated:\nThis PIN only use a sufficient number of "
-                      "class,\nbut one of them only count %d members\n It has to be at least %d."),
+        "Class not enough populated:\nThis PIN only use a sufficient number of "
+        "class,\nbut one of them only count %d members\n It has to be at least %d.",
         outcome.Low4(), static_cast<int>(outcome.policy.p2PopMin));
 }
 
 wxString HistoryRefused(const Outcome& outcome) {
     if (outcome.policy.p3StrictOnly != 0) {
         return FormatTranslated(
-            CATALOGUE_KEY("PIN code already known:\nThe PIN you entered is the same as one of the "
-                          "last %d PIN that was previously set on this token."),
+            "PIN code already known:\nThe PIN you entered is the same as one of the "
+            "last %d PIN that was previously set on this token.",
             static_cast<int>(outcome.policy.p3HistorySize));
     }
     return FormatTranslated(
-        CATALOGUE_KEY("PIN code too similar to an old one:\nThe similarity is too high for the "
-                      "choosen tolerance level (%d).\nThe internal threshold is set to %d."),
+        "PIN code too similar to an old one:\nThe similarity is too high for the "
+        "choosen tolerance level (%d).\nThe internal threshold is set to %d.",
         outcome.Low6(), static_cast<int>(outcome.policy.p3Threshold));
 }
 
 wxString Accepted(const Outcome&) {
-    return FormatTranslated(CATALOGUE_KEY("Congratulation,\n This seems to be a valid PIN code"));
+    return FormatTranslated("Congratulation,\n This seems to be a valid PIN code");
 }
 
 wxString CommunicationProblem(const Outcome& outcome) {
-    return FormatTranslated(CATALOGUE_KEY("Communication problem : %04X"),
-                            static_cast<unsigned>(outcome.status));
+    return FormatTranslated("Communication problem : %04X", static_cast<unsigned>(outcome.status));
 }
 
 struct StatusRange {

@@ -11,7 +11,7 @@ namespace zeldlg::registry {
 
 FileDescriptor::~FileDescriptor() {
     if (IsOpen()) {
-        ::close(m_fd);
+        close(m_fd);
     }
 }
 
@@ -28,33 +28,33 @@ FileDescriptor FileDescriptor::Open(const std::string& path, int flags, mode_t m
     FileDescriptor file;
     do {
         // Not blocking: opening a FIFO would wait for its other end.
-        file.m_fd = ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
+        file.m_fd = open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
     } while (!file.IsOpen() && errno == EINTR);
     if (!file.IsOpen()) {
         return file;
     }
     struct stat status {};
-    if (::fstat(file.m_fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (fstat(file.m_fd, &status) != 0 || !S_ISREG(status.st_mode)) {
         file = FileDescriptor();
         if ((flags & O_EXCL) != 0) {
-            ::unlink(path.c_str());  // it was made just now, and stays empty
+            unlink(path.c_str());  // it was made just now, and stays empty
         }
         errno = EINVAL;
         return file;
     }
-    file.m_size = static_cast<std::size_t>(status.st_size);
+    file.m_size = static_cast<size_t>(status.st_size);
     return file;
 }
 
-ssize_t FileDescriptor::Read(char* buffer, std::size_t size) const {
-    std::size_t done = 0;
+ssize_t FileDescriptor::Read(char* buffer, size_t size) const {
+    size_t done = 0;
     while (done < size) {
-        const ssize_t count = ::read(m_fd, buffer + done, size - done);
+        const ssize_t count = read(m_fd, buffer + done, size - done);
         if (count == 0) {
             break;
         }
         if (count > 0) {
-            done += static_cast<std::size_t>(count);
+            done += static_cast<size_t>(count);
         } else if (errno != EINTR) {
             return -1;
         }
@@ -64,9 +64,9 @@ ssize_t FileDescriptor::Read(char* buffer, std::size_t size) const {
 
 bool FileDescriptor::Write(std::string_view bytes) const {
     while (!bytes.empty()) {
-        const ssize_t count = ::write(m_fd, bytes.data(), bytes.size());
+        const ssize_t count = write(m_fd, bytes.data(), bytes.size());
         if (count >= 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(count));
+            bytes.remove_prefix(static_cast<size_t>(count));
         } else if (errno != EINTR) {
             return false;
         }
@@ -77,7 +77,7 @@ bool FileDescriptor::Write(std::string_view bytes) const {
 bool FileDescriptor::Flush() const {
     int result = 0;
     do {
-        result = ::fsync(m_fd);
+        result = fsync(m_fd);
     } while (result != 0 && errno == EINTR);
     return result == 0;
 }

@@ -28,11 +28,11 @@ public:
     int Get() const { return m_fd; }
 
     /// The file's size in bytes, as it was when the file was opened.
-    std::size_t Size() const { return m_size; }
+    size_t Size() const { return m_size; }
 
     /// Reads until the buffer is full or the file ends.
     /// @return the bytes read, or -1 with errno set
-    ssize_t Read(char* buffer, std::size_t size) const;
+    ssize_t Read(char* buffer, size_t size) const;
 
     /// Writes all of it. @return false on failure; a part may have been written
     bool Write(std::string_view bytes) const;
@@ -42,7 +42,7 @@ public:
 
 private:
     int m_fd = -1;
-    std::size_t m_size = 0;
+    size_t m_size = 0;
 };
 
 }  // namespace zeldlg::registry

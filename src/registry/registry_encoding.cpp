@@ -17,9 +17,9 @@ bool IsAscii(std::string_view text) {
                        [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-/// Lower case by Unicode's rules whatever the host's locale is; a system without that locale
-/// folds ASCII only. What is not ASCII stays so (the Kelvin sign is no "k"): names in ASCII are
-/// compared byte by byte.
+// Lower case by Unicode's rules whatever the host's locale is; a system without that locale
+// folds ASCII only. What is not ASCII stays so (the Kelvin sign is no "k"): names in ASCII are
+// compared byte by byte.
 wchar_t ToLower(wchar_t c) {
     // Made once, on whichever thread comes first, and never freed: it is a few words.
     static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -33,9 +33,9 @@ wchar_t ToLower(wchar_t c) {
     return lower < 0x80 ? c : lower;
 }
 
-/// Compares from the end: the paths of one registry differ there first.
+// Compares from the end: the paths of one registry differ there first.
 bool EqualsFoldedAscii(std::string_view name, std::string_view folded) {
-    for (std::size_t i = folded.size(); i > 0; --i) {
+    for (size_t i = folded.size(); i > 0; --i) {
         if (ToLowerAscii(name[i - 1]) != folded[i - 1]) {
             return false;
         }

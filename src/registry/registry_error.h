@@ -6,7 +6,7 @@
 
 namespace zeldlg::registry {
 
-using RegistryError = std::uint32_t;
+using RegistryError = uint32_t;
 
 inline constexpr RegistryError kSuccess = 0;
 /// A pointer that the operation needs is null.

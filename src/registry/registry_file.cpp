@@ -16,9 +16,9 @@ namespace {
 
 constexpr std::string_view kEmptyRegistry = "REGEDIT4\r\n\r\n";
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::size_t kBufferSize = 16384;
-constexpr std::size_t kMaxPiece = kBufferSize - 1;
-constexpr std::size_t kMaxFileSize = std::size_t{256} << 20U;
+constexpr size_t kBufferSize = 16384;
+constexpr size_t kMaxPiece = kBufferSize - 1;
+constexpr size_t kMaxFileSize = size_t{256} << 20U;
 constexpr mode_t kPrivateDirectory = 0700;
 constexpr mode_t kSharedDirectory = 0777;
 constexpr mode_t kNewFileMode = 0600;
@@ -29,14 +29,14 @@ FileDescriptor OpenOrMake(const std::string& directory, mode_t directoryMode) {
     if (file.IsOpen() || errno != ENOENT) {
         return file;
     }
-    ::mkdir(directory.c_str(), directoryMode);
+    mkdir(directory.c_str(), directoryMode);
     file = FileDescriptor::Open(path, O_RDWR | O_CREAT | O_EXCL, kNewFileMode);
     if (!file.IsOpen()) {
         // Another process may have made it meanwhile.
         return errno == EEXIST ? FileDescriptor::Open(path, O_RDWR) : std::move(file);
     }
     if (!file.Write(kEmptyRegistry)) {
-        ::unlink(path.c_str());  // a file without its first line would be refused for ever
+        unlink(path.c_str());  // a file without its first line would be refused for ever
         return {};
     }
     return FileDescriptor::Open(path, O_RDWR);
@@ -44,7 +44,7 @@ FileDescriptor OpenOrMake(const std::string& directory, mode_t directoryMode) {
 
 bool IsRegularFile(const std::string& path) {
     struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 }  // namespace
@@ -80,7 +80,7 @@ FileDescriptor OpenForWriting(const RegistryPlaces& places) {
 }
 
 RegistryError ReadContent(const FileDescriptor& file, FileContent& content) {
-    const std::size_t size = file.Size();
+    const size_t size = file.Size();
     if (size > kMaxFileSize) {
         return kNoMemory;
     }
@@ -90,7 +90,7 @@ RegistryError ReadContent(const FileDescriptor& file, FileContent& content) {
     }
     errno = 0;
     const ssize_t count = file.Read(text.get(), size);
-    if (count < 0 || static_cast<std::size_t>(count) < size) {
+    if (count < 0 || static_cast<size_t>(count) < size) {
         platform::DebugPrint("The registry cannot be read: error %d\n", errno);
         return kFileError;
     }

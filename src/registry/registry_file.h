@@ -32,7 +32,7 @@ FileDescriptor OpenForWriting(const RegistryPlaces& places);
 /// A file in memory.
 struct FileContent {
     std::unique_ptr<char[]> text;  ///< `size` bytes and a zero byte
-    std::size_t size = 0;
+    size_t size = 0;
 };
 
 /// Reads a whole file. Prints the error number to standard output when reading fails.

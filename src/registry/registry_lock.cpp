@@ -23,7 +23,7 @@ pid_t g_process = 0;                 // the process that created g_mutex; writte
 std::atomic<bool> g_closed = false;  // set once by Close(), while it holds g_mutex
 
 void CreateMutex() {
-    g_process = ::getpid();
+    g_process = getpid();
     pthread_mutexattr_t attributes;
     ::pthread_mutexattr_init(&attributes);
     ::pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);

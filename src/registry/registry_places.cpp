@@ -6,7 +6,7 @@
 namespace zeldlg::registry {
 namespace {
 
-constexpr std::size_t kHomeLimit = 260;
+constexpr size_t kHomeLimit = 260;
 
 std::optional<std::string> HomeDirectory(const RegistryPlaces& places) {
     for (const char* variable : {"ZEL_HOME", "HOME"}) {
@@ -22,8 +22,8 @@ std::optional<std::string> HomeDirectory(const RegistryPlaces& places) {
     return *drive + *path;
 }
 
-/// kept: no slash between the prefix and the name, so the directories stand beside "/tmp"
-/// ("/tmptmpregistry-...") and only a process that may write there gets one.
+// kept: no slash between the prefix and the name, so the directories stand beside "/tmp"
+// ("/tmptmpregistry-...") and only a process that may write there gets one.
 std::string TemporaryDirectory(const RegistryPlaces& places, const std::string& user) {
     return places.temporaryPrefix + "tmpregistry-" + user;
 }
@@ -31,7 +31,7 @@ std::string TemporaryDirectory(const RegistryPlaces& places, const std::string& 
 }  // namespace
 
 std::optional<std::string> RegistryPlaces::ProcessEnvironment(const char* name) {
-    const char* value = std::getenv(name);
+    const char* value = getenv(name);
     return value == nullptr ? std::nullopt : std::optional<std::string>(value);
 }
 

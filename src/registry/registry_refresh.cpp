@@ -17,35 +17,34 @@ namespace zeldlg::registry {
 namespace {
 
 constexpr std::string_view kStampMark = R"("RegistryHash"=")";
-constexpr std::size_t kBlockSize = 65536;
+constexpr size_t kBlockSize = 65536;
 constexpr mode_t kDirectoryMode = 0700;
 constexpr mode_t kCopyMode = 0766;
 
-/// False as well for a file that cannot be looked at: it must not be taken for a missing one.
+// False as well for a file that cannot be looked at: it must not be taken for a missing one.
 bool IsMissing(const std::string& path) {
     struct stat status {};
-    return ::stat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+    return stat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
-/// Appends one block to `text`. @return the bytes read, 0 at the end of the file, -1 on errors
+// Appends one block to `text`. @return the bytes read, 0 at the end of the file, -1 on errors
 ssize_t ReadBlock(const FileDescriptor& file, std::string& text) {
-    const std::size_t before = text.size();
-    const std::size_t block = std::clamp<std::size_t>(file.Size(), 1, kBlockSize);
+    const size_t before = text.size();
+    const size_t block = std::clamp<size_t>(file.Size(), 1, kBlockSize);
     text.resize(before + block);
     const ssize_t count = file.Read(text.data() + before, block);
-    text.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    text.resize(before + static_cast<size_t>(std::max<ssize_t>(count, 0)));
     return count;
 }
 
-/// memmem() is several times as fast as std::string::find() in a text full of quotes.
-std::size_t FindMark(const std::string& text) {
+// memmem() is several times as fast as std::string::find() in a text full of quotes.
+size_t FindMark(const std::string& text) {
     const void* found = ::memmem(text.data(), text.size(), kStampMark.data(), kStampMark.size());
-    return found == nullptr
-               ? std::string::npos
-               : static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+    return found == nullptr ? std::string::npos
+                            : static_cast<size_t>(static_cast<const char*>(found) - text.data());
 }
 
-/// @param made set when the file was made and is nobody else's yet
+// @param made set when the file was made and is nobody else's yet
 FileDescriptor OpenForCopy(const std::string& path, bool missing, bool& made) {
     if (!missing) {
         return FileDescriptor::Open(path, O_WRONLY);
@@ -59,13 +58,13 @@ FileDescriptor OpenForCopy(const std::string& path, bool missing, bool& made) {
     return file;
 }
 
-/// Copies all of `from`. @return false when not all of it arrived
+// Copies all of `from`. @return false when not all of it arrived
 bool CopyContent(const FileDescriptor& from, const FileDescriptor& to) {
-    std::size_t left = from.Size();
+    size_t left = from.Size();
     while (left > 0) {
-        const ssize_t count = ::sendfile(to.Get(), from.Get(), nullptr, left);
+        const ssize_t count = sendfile(to.Get(), from.Get(), nullptr, left);
         if (count > 0) {
-            left -= static_cast<std::size_t>(count);
+            left -= static_cast<size_t>(count);
         } else if (count == 0 || errno != EINTR) {
             return false;
         }
@@ -83,7 +82,7 @@ RegistryStamp ReadStamp(const std::string& path) {
     }
     std::string text;
     ssize_t count = 0;
-    std::size_t begin = std::string::npos;
+    size_t begin = std::string::npos;
     while (begin == std::string::npos) {
         // The mark may lie across two blocks.
         text.erase(0, text.size() - std::min(text.size(), kStampMark.size() - 1));
@@ -94,9 +93,9 @@ RegistryStamp ReadStamp(const std::string& path) {
         }
         begin = FindMark(text);
     }
-    std::size_t end = text.find('\n', begin);
+    size_t end = text.find('\n', begin);
     while (end == std::string::npos) {
-        const std::size_t searched = text.size();
+        const size_t searched = text.size();
         count = ReadBlock(file, text);
         if (count < 0) {
             return stamp;
@@ -142,13 +141,13 @@ void RefreshUserFile(const RegistryPlaces& places) {
     const std::string userPath = RegistryPath(directory);
     const bool missing = refresh == Refresh::Make;
     if (missing) {
-        ::mkdir(directory.c_str(), kDirectoryMode);
+        mkdir(directory.c_str(), kDirectoryMode);
     }
     bool made = false;
     const FileDescriptor user = OpenForCopy(userPath, missing, made);
     if (user.IsOpen() && !CopyContent(shipped, user) && made) {
         // The beginning of a registry is none: without the file the shipped one is read.
-        ::unlink(userPath.c_str());
+        unlink(userPath.c_str());
     }
 }
 

@@ -44,7 +44,7 @@ RegistryError RegistrySession::Load() {
     return error;
 }
 
-RegistryError RegistrySession::FindOpen(HKEY key, std::uint32_t right, KeyNode*& node) const {
+RegistryError RegistrySession::FindOpen(HKEY key, uint32_t right, KeyNode*& node) const {
     const auto open = m_openKeys.find(key);
     if (open == m_openKeys.end()) {
         return kInvalidHandle;
@@ -56,7 +56,7 @@ RegistryError RegistrySession::FindOpen(HKEY key, std::uint32_t right, KeyNode*&
     return node->deleted ? kNotFound : kSuccess;
 }
 
-RegistryError RegistrySession::ResolveName(HKEY key, std::uint32_t right, std::string& name) {
+RegistryError RegistrySession::ResolveName(HKEY key, uint32_t right, std::string& name) {
     name = RootName(key);
     if (!name.empty()) {
         return Acquire();
@@ -69,7 +69,7 @@ RegistryError RegistrySession::ResolveName(HKEY key, std::uint32_t right, std::s
     return error;
 }
 
-RegistryError RegistrySession::ResolveKey(HKEY key, std::uint32_t right, KeyNode*& node) {
+RegistryError RegistrySession::ResolveKey(HKEY key, uint32_t right, KeyNode*& node) {
     const std::string_view root = RootName(key);
     if (root.empty()) {
         return FindOpen(key, right, node);
@@ -81,7 +81,7 @@ RegistryError RegistrySession::ResolveKey(HKEY key, std::uint32_t right, KeyNode
     return error;
 }
 
-HKEY RegistrySession::Open(KeyNode& node, std::uint32_t access) {
+HKEY RegistrySession::Open(KeyNode& node, uint32_t access) {
     m_openKeys.emplace(m_nextHandle, OpenKey{&node, access});
     return m_nextHandle++;
 }

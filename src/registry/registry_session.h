@@ -31,13 +31,13 @@ public:
     /// Checks a handle and loads the registry when it is a root.
     /// @param right the access bits that the operation needs
     /// @param name set to the key's full name in UTF-8
-    RegistryError ResolveName(HKEY key, std::uint32_t right, std::string& name);
+    RegistryError ResolveName(HKEY key, uint32_t right, std::string& name);
 
     /// As ResolveName(), for the key itself.
-    RegistryError ResolveKey(HKEY key, std::uint32_t right, KeyNode*& node);
+    RegistryError ResolveKey(HKEY key, uint32_t right, KeyNode*& node);
 
     /// A new handle for a key of the loaded registry.
-    HKEY Open(KeyNode& node, std::uint32_t access);
+    HKEY Open(KeyNode& node, uint32_t access);
 
     /// Closes a handle. With the last one the registry is written, if changed, and released.
     RegistryError Close(HKEY key);
@@ -56,12 +56,12 @@ public:
 private:
     struct OpenKey {
         KeyNode* node;
-        std::uint32_t access;
+        uint32_t access;
     };
 
     RegistryError Load();
     RegistryError WriteBack();
-    RegistryError FindOpen(HKEY key, std::uint32_t right, KeyNode*& node) const;
+    RegistryError FindOpen(HKEY key, uint32_t right, KeyNode*& node) const;
 
     RegistryPlaces m_places;
     std::unique_ptr<RegistryText> m_text;

@@ -29,7 +29,7 @@ RegistrySession& Session() {
     return *g_session;
 }
 
-/// Runs one operation from start to end under the lock.
+// Runs one operation from start to end under the lock.
 template <typename Operation>
 RegistryError Run(Operation operation) {
     const RegistryLock lock;
@@ -56,7 +56,7 @@ std::string ValueName(const wchar_t* name) {
     return narrow == "@" ? std::string() : narrow;
 }
 
-/// Appends a path to a key's full name. @return false when the result is too long
+// Appends a path to a key's full name. @return false when the result is too long
 bool AppendPath(std::string& name, const wchar_t* subKey) {
     const std::string path = Narrow(subKey);
     if (name.ends_with('\\')) {
@@ -71,14 +71,14 @@ bool AppendPath(std::string& name, const wchar_t* subKey) {
 
 bool IsRootName(std::string_view name) { return name.find('\\') == std::string_view::npos; }
 
-/// The key with this full name, or null. Roots always exist.
+// The key with this full name, or null. Roots always exist.
 KeyNode* FindKey(RegistrySession& session, const std::string& name) {
     return IsRootName(name) ? &session.Text().Root(name) : session.Text().Find(FoldedName(name));
 }
 
-/// Runs an operation on the key of a handle: `operation(session, key)`.
+// Runs an operation on the key of a handle: `operation(session, key)`.
 template <typename Operation>
-RegistryError RunOnKey(HKEY key, std::uint32_t right, Operation operation) {
+RegistryError RunOnKey(HKEY key, uint32_t right, Operation operation) {
     return Run([&](RegistrySession& session) {
         KeyNode* node = nullptr;
         const RegistryError error = session.ResolveKey(key, right, node);
@@ -86,10 +86,10 @@ RegistryError RunOnKey(HKEY key, std::uint32_t right, Operation operation) {
     });
 }
 
-/// Runs an operation on the key that handle and path lead to:
-/// `operation(session, key, full name)`, with null for one that there is not.
+// Runs an operation on the key that handle and path lead to:
+// `operation(session, key, full name)`, with null for one that there is not.
 template <typename Operation>
-RegistryError RunOnKey(HKEY key, const wchar_t* subKey, std::uint32_t right, Operation operation) {
+RegistryError RunOnKey(HKEY key, const wchar_t* subKey, uint32_t right, Operation operation) {
     return Run([&](RegistrySession& session) -> RegistryError {
         std::string name;
         const RegistryError error = session.ResolveName(key, right, name);
@@ -101,7 +101,7 @@ RegistryError RunOnKey(HKEY key, const wchar_t* subKey, std::uint32_t right, Ope
     });
 }
 
-/// The same for a key that is to be deleted: `operation(session, key)`.
+// The same for a key that is to be deleted: `operation(session, key)`.
 template <typename Operation>
 RegistryError RunOnDoomed(HKEY key, const wchar_t* subKey, Operation operation) {
     return RunOnKey(key, subKey, kAccessSubKeys,
@@ -112,18 +112,18 @@ RegistryError RunOnDoomed(HKEY key, const wchar_t* subKey, Operation operation) 
                     });
 }
 
-/// Bytes of a value as they cross the interface.
+// Bytes of a value as they cross the interface.
 std::string ToInterface(const RegistryValue& value) {
     std::string bytes;
     switch (value.type) {
         case kTypeNumber:
             bytes.resize(sizeof value.number);
-            std::memcpy(bytes.data(), &value.number, bytes.size());
+            memcpy(bytes.data(), &value.number, bytes.size());
             return bytes;
         case kTypeString: {
             const std::wstring text = ToWide(value.bytes);
             bytes.resize((text.size() + 1) * sizeof(wchar_t));
-            std::memcpy(bytes.data(), text.c_str(), bytes.size());
+            memcpy(bytes.data(), text.c_str(), bytes.size());
             return bytes;
         }
         default:
@@ -131,8 +131,8 @@ std::string ToInterface(const RegistryValue& value) {
     }
 }
 
-/// The reverse. @return nothing when type and size do not make a value
-std::optional<RegistryValue> FromInterface(std::uint32_t type, std::string_view bytes) {
+// The reverse. @return nothing when type and size do not make a value
+std::optional<RegistryValue> FromInterface(uint32_t type, std::string_view bytes) {
     RegistryValue value;
     value.type = type;
     switch (type) {
@@ -158,7 +158,7 @@ std::optional<RegistryValue> FromInterface(std::uint32_t type, std::string_view 
 
 }  // namespace
 
-RegistryError RegOpenKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t access, HKEY* result) {
+RegistryError RegOpenKeyEx(HKEY key, const wchar_t* subKey, uint32_t access, HKEY* result) {
     if (result == nullptr) {
         return kNullPointer;
     }
@@ -171,8 +171,8 @@ RegistryError RegOpenKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t access
                     });
 }
 
-RegistryError RegCreateKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t /*options*/,
-                             HKEY* result, std::uint32_t* disposition) {
+RegistryError RegCreateKeyEx(HKEY key, const wchar_t* subKey, uint32_t /*options*/, HKEY* result,
+                             uint32_t* disposition) {
     if (result == nullptr) {
         return kNullPointer;
     }
@@ -209,8 +209,8 @@ RegistryError QueryStoredValue(HKEY key, const wchar_t* name, RegistryValue& val
     });
 }
 
-RegistryError RegQueryValueEx(HKEY key, const wchar_t* name, std::uint32_t* type, void* data,
-                              std::uint32_t* size) {
+RegistryError RegQueryValueEx(HKEY key, const wchar_t* name, uint32_t* type, void* data,
+                              uint32_t* size) {
     if (data != nullptr && size == nullptr) {
         return kNullPointer;
     }
@@ -231,19 +231,19 @@ RegistryError RegQueryValueEx(HKEY key, const wchar_t* name, std::uint32_t* type
     } catch (const std::bad_alloc&) {
         return kNoMemory;
     }
-    const std::uint32_t capacity = std::exchange(*size, static_cast<std::uint32_t>(bytes.size()));
+    const uint32_t capacity = std::exchange(*size, static_cast<uint32_t>(bytes.size()));
     if (data == nullptr) {
         return kSuccess;
     }
     if (bytes.size() > capacity) {
         return kNoMemory;
     }
-    std::memcpy(data, bytes.data(), bytes.size());
+    memcpy(data, bytes.data(), bytes.size());
     return kSuccess;
 }
 
-RegistryError RegSetValueEx(HKEY key, const wchar_t* name, std::uint32_t type, const void* data,
-                            std::uint32_t size) {
+RegistryError RegSetValueEx(HKEY key, const wchar_t* name, uint32_t type, const void* data,
+                            uint32_t size) {
     if (data == nullptr && size > 0) {
         return kNullPointer;
     }
@@ -258,7 +258,7 @@ RegistryError RegSetValueEx(HKEY key, const wchar_t* name, std::uint32_t type, c
     });
 }
 
-RegistryError RegEnumKey(HKEY key, std::uint32_t index, wchar_t* name, std::uint32_t* size) {
+RegistryError RegEnumKey(HKEY key, uint32_t index, wchar_t* name, uint32_t* size) {
     if (name == nullptr || size == nullptr) {
         return kNullPointer;
     }
@@ -268,12 +268,12 @@ RegistryError RegEnumKey(HKEY key, std::uint32_t index, wchar_t* name, std::uint
             return kNotFound;
         }
         const std::wstring text = ToWide(children[index]->LastName());
-        const std::uint32_t capacity = *size;
+        const uint32_t capacity = *size;
         if (text.size() >= capacity) {
-            *size = static_cast<std::uint32_t>(text.size() + 1);
+            *size = static_cast<uint32_t>(text.size() + 1);
             return kNoMemory;
         }
-        *size = static_cast<std::uint32_t>(text.size());
+        *size = static_cast<uint32_t>(text.size());
         std::wmemcpy(name, text.c_str(), text.size() + 1);
         return kSuccess;
     });
@@ -290,7 +290,7 @@ RegistryError RegDeleteKey(HKEY key, const wchar_t* subKey) {
     });
 }
 
-RegistryError RegDeleteTree(HKEY key, const wchar_t* subKey, std::uint32_t /*flag*/) {
+RegistryError RegDeleteTree(HKEY key, const wchar_t* subKey, uint32_t /*flag*/) {
     return RunOnDoomed(key, subKey, [](RegistrySession& session, KeyNode& top) {
         session.MarkChanged();
         KeyNode* node = &top;

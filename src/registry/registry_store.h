@@ -12,22 +12,22 @@
 namespace zeldlg::registry {
 
 /// A root or an open key. Numbers of closed keys are not used again.
-using HKEY = std::uint64_t;
+using HKEY = uint64_t;
 
 inline constexpr HKEY HKEY_CLASSES_ROOT = 0x80000000;
 inline constexpr HKEY HKEY_CURRENT_USER = 0x80000001;
 inline constexpr HKEY HKEY_LOCAL_MACHINE = 0x80000002;
 
 /// Access bits of an open key; others are carried without effect. Roots have all of them.
-inline constexpr std::uint32_t kAccessReadValues = 0x04;
-inline constexpr std::uint32_t kAccessWriteValues = 0x08;
-inline constexpr std::uint32_t kAccessSubKeys = 0x10;  ///< enumerate, create and delete sub-keys
+inline constexpr uint32_t kAccessReadValues = 0x04;
+inline constexpr uint32_t kAccessWriteValues = 0x08;
+inline constexpr uint32_t kAccessSubKeys = 0x10;  ///< enumerate, create and delete sub-keys
 /// What the library itself opens keys with.
-inline constexpr std::uint32_t kAccessDefault = 284;
+inline constexpr uint32_t kAccessDefault = 284;
 
 /// Dispositions of RegCreateKeyEx().
-inline constexpr std::uint32_t kCreatedNewKey = 1;
-inline constexpr std::uint32_t kOpenedExistingKey = 2;
+inline constexpr uint32_t kCreatedNewKey = 1;
+inline constexpr uint32_t kOpenedExistingKey = 2;
 
 // All operations may be called on any thread; they run one at a time. Each returns kSuccess or
 // one of the errors of registry_error.h: those named below, kInvalidHandle for a handle that is
@@ -43,7 +43,7 @@ inline constexpr std::uint32_t kOpenedExistingKey = 2;
 /// Opens an existing key. Needs no right on `key`.
 /// @param result set to the new handle, to be given to RegCloseKey(); unchanged on failure
 /// @return kNotFound, kNullPointer
-RegistryError RegOpenKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t access, HKEY* result);
+RegistryError RegOpenKeyEx(HKEY key, const wchar_t* subKey, uint32_t access, HKEY* result);
 
 /// Opens a key with kAccessDefault, making it and its missing parents first. Needs
 /// kAccessSubKeys.
@@ -51,8 +51,8 @@ RegistryError RegOpenKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t access
 /// @param disposition may be null; set to kCreatedNewKey or kOpenedExistingKey
 /// @return kNotFound for a name that is too long, kFileError for one with a line end in it,
 ///         kNullPointer
-RegistryError RegCreateKeyEx(HKEY key, const wchar_t* subKey, std::uint32_t options, HKEY* result,
-                             std::uint32_t* disposition);
+RegistryError RegCreateKeyEx(HKEY key, const wchar_t* subKey, uint32_t options, HKEY* result,
+                             uint32_t* disposition);
 
 /// Closes a key. With the last one a changed registry is written.
 /// @return kInvalidHandle for a root too; kFileError when the registry could not be written: the
@@ -68,8 +68,8 @@ RegistryError RegCloseKey(HKEY key);
 ///        zero counted). May be null when `data` is
 /// @return kNotFound; kNoMemory when the value does not fit, with the size set and nothing
 ///         written; kNullPointer
-RegistryError RegQueryValueEx(HKEY key, const wchar_t* name, std::uint32_t* type, void* data,
-                              std::uint32_t* size);
+RegistryError RegQueryValueEx(HKEY key, const wchar_t* name, uint32_t* type, void* data,
+                              uint32_t* size);
 
 /// Reads a value as the file holds it: a string as its 8-bit text, unconverted.
 /// Needs kAccessReadValues. @return kNotFound
@@ -81,15 +81,15 @@ RegistryError QueryStoredValue(HKEY key, const wchar_t* name, RegistryValue& val
 /// @param size bytes
 /// @return kNullPointer; kFileError for what the file cannot hold: another type, a number that has
 ///         not 4 bytes, a line end in name or text, a name that reads back as another one
-RegistryError RegSetValueEx(HKEY key, const wchar_t* name, std::uint32_t type, const void* data,
-                            std::uint32_t size);
+RegistryError RegSetValueEx(HKEY key, const wchar_t* name, uint32_t type, const void* data,
+                            uint32_t size);
 
 /// The name of the sub-key with this index, counted from 0. Needs kAccessSubKeys.
 /// @param size wide characters: in, what `name` can take; out, the length of the name without its
 ///        terminating zero
 /// @return kNotFound past the last; kNoMemory when the name does not fit, with `size` set to what
 ///         it needs, zero included; kNullPointer
-RegistryError RegEnumKey(HKEY key, std::uint32_t index, wchar_t* name, std::uint32_t* size);
+RegistryError RegEnumKey(HKEY key, uint32_t index, wchar_t* name, uint32_t* size);
 
 /// Removes a key that has no sub-keys. Needs kAccessSubKeys. Without an open key the change is
 /// kept in memory until the next close or flush.
@@ -99,7 +99,7 @@ RegistryError RegDeleteKey(HKEY key, const wchar_t* subKey);
 /// Removes a key with all that is below it. Needs kAccessSubKeys. Written as RegDeleteKey() is.
 /// @param flag has no effect
 /// @return kNotFound; kAccessDenied for a root
-RegistryError RegDeleteTree(HKEY key, const wchar_t* subKey, std::uint32_t flag);
+RegistryError RegDeleteTree(HKEY key, const wchar_t* subKey, uint32_t flag);
 
 /// Removes a value. Needs kAccessWriteValues. @return kNotFound
 RegistryError RegDeleteValue(HKEY key, const wchar_t* name);

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::string_view kSignature = "REGEDIT4";
 
-/// Look-ups that search the text before the tree of all keys is made instead: a dialog opens a
-/// key or two, and only who opens many gains by the tree.
+// Look-ups that search the text before the tree of all keys is made instead: a dialog opens a
+// key or two, and only who opens many gains by the tree.
 constexpr unsigned kScansBeforeTree = 4;
 
 }  // namespace
@@ -22,16 +22,16 @@ RegistryError RegistryText::Check(std::string_view text) {
         return kNotRegistry;
     }
     // Only the last line can lack a line end.
-    const std::size_t lastLine = text.rfind('\n') + 1;
+    const size_t lastLine = text.rfind('\n') + 1;
     return lastLine > 0 && text.substr(lastLine).starts_with('[') ? kCorrupt : kSuccess;
 }
 
-RegistryText::RegistryText(std::unique_ptr<char[]> text, std::size_t size)
+RegistryText::RegistryText(std::unique_ptr<char[]> text, size_t size)
     : m_buffer(std::move(text)), m_text(m_buffer.get(), size) {}
 
-/// @param next set to the position of the following line
-std::string_view RegistryText::LineAt(std::size_t position, std::size_t& next) const {
-    const std::size_t end = m_text.find('\n', position);
+// @param next set to the position of the following line
+std::string_view RegistryText::LineAt(size_t position, size_t& next) const {
+    const size_t end = m_text.find('\n', position);
     if (end == std::string_view::npos) {
         next = m_text.size();
         return m_text.substr(position);
@@ -41,18 +41,18 @@ std::string_view RegistryText::LineAt(std::size_t position, std::size_t& next) c
     return m_text.substr(position, end - position - (carriageReturn ? 1 : 0));
 }
 
-/// The first section header at or after `from`, which is 0 or the `body` of the header before it.
-/// A line that begins with a bracket but names no key, or one with a longer name than can ever be
-/// asked for, is no header.
-std::optional<SectionHeader> RegistryText::NextHeader(std::size_t from) const {
-    for (std::size_t at = m_text.find('[', from); at != std::string_view::npos;
+// The first section header at or after `from`, which is 0 or the `body` of the header before it.
+// A line that begins with a bracket but names no key, or one with a longer name than can ever be
+// asked for, is no header.
+std::optional<SectionHeader> RegistryText::NextHeader(size_t from) const {
+    for (size_t at = m_text.find('[', from); at != std::string_view::npos;
          at = m_text.find('[', at + 1)) {
         if (at == 0 || m_text[at - 1] != '\n') {
             continue;
         }
-        std::size_t body = 0;
+        size_t body = 0;
         const std::string_view line = LineAt(at, body);
-        const std::size_t bracket = line.rfind(']');
+        const size_t bracket = line.rfind(']');
         if (bracket != std::string_view::npos && bracket - 1 <= kMaxKeyName) {
             return SectionHeader{line.substr(0, bracket + 1), from, at, body};
         }
@@ -74,8 +74,8 @@ KeyNode* RegistryText::Find(const FoldedName& name) {
     return Known(name);
 }
 
-/// A key that needs no search. What an operation left behind that ran out of memory, null or a
-/// node without its sections or its place, is none.
+// A key that needs no search. What an operation left behind that ran out of memory, null or a
+// node without its sections or its place, is none.
 KeyNode* RegistryText::Known(const FoldedName& name) const {
     const auto known = m_index.find(name.Text());
     KeyNode* const node = known == m_index.end() ? nullptr : known->second;
@@ -83,7 +83,7 @@ KeyNode* RegistryText::Known(const FoldedName& name) const {
     return complete ? node : nullptr;
 }
 
-/// Looks a key up in the text without making nodes for the others.
+// Looks a key up in the text without making nodes for the others.
 KeyNode* RegistryText::ScanFor(const FoldedName& name) {
     std::string_view below;
     for (auto header = NextHeader(0); header; header = NextHeader(header->body)) {
@@ -105,9 +105,9 @@ KeyNode* RegistryText::ScanFor(const FoldedName& name) {
     return node;
 }
 
-/// The node for `name` as it is spelled in the name of a key below it; null when there is none.
+// The node for `name` as it is spelled in the name of a key below it; null when there is none.
 KeyNode* RegistryText::NodeAbove(const FoldedName& name, std::string_view below) {
-    for (std::size_t end = below.find('\\'); end != std::string_view::npos;
+    for (size_t end = below.find('\\'); end != std::string_view::npos;
          end = below.find('\\', end + 1)) {
         if (name.Matches(below.substr(0, end))) {
             return &NodeFor(below.substr(0, end));
@@ -128,7 +128,7 @@ KeyNode& RegistryText::Root(const std::string& name) {
     return *root;
 }
 
-/// The node with this name, made when there is none.
+// The node with this name, made when there is none.
 KeyNode& RegistryText::NodeFor(std::string_view name) {
     KeyNode*& node = m_index[FoldName(name)];
     if (node == nullptr) {
@@ -138,7 +138,7 @@ KeyNode& RegistryText::NodeFor(std::string_view name) {
     return *node;
 }
 
-/// Makes the nodes of all sections and puts every node in its place.
+// Makes the nodes of all sections and puts every node in its place.
 void RegistryText::BuildTree() {
     if (m_treeBuilt) {
         return;
@@ -152,7 +152,7 @@ void RegistryText::BuildTree() {
     (m_end.previous == 0 ? m_headEnd : m_end.begin) = m_text.size();
     // Roots that the file does not name, or keys found before: they have no place yet.
     // By index: linking may add nodes.
-    for (std::size_t i = 0; i < m_nodes.size(); ++i) {
+    for (size_t i = 0; i < m_nodes.size(); ++i) {
         if (!m_nodes[i].deleted) {
             Link(m_nodes[i]);
         }
@@ -160,11 +160,11 @@ void RegistryText::BuildTree() {
     m_treeBuilt = true;
 }
 
-/// Puts the key behind its siblings, its parents first: a key in the tree has all of them there.
+// Puts the key behind its siblings, its parents first: a key in the tree has all of them there.
 void RegistryText::Link(KeyNode& key) {
     while (!key.linked) {
         KeyNode* top = &key;
-        for (std::size_t end = top->name.rfind('\\'); end != std::string_view::npos;
+        for (size_t end = top->name.rfind('\\'); end != std::string_view::npos;
              end = top->name.rfind('\\')) {
             top->parent = &NodeFor(top->name.substr(0, end));
             if (top->parent->linked) {
@@ -192,16 +192,16 @@ KeyNode& RegistryText::Create(const std::string& name) {
     return key;
 }
 
-/// Gives a key that exists only through its sub-keys a section of its own.
+// Gives a key that exists only through its sub-keys a section of its own.
 void RegistryText::AddSection(KeyNode& key) {
     if (key.sections.empty()) {
         const std::string_view header = Keep(std::string("[").append(key.name).append("]"));
-        const std::size_t nowhere = m_text.size();
+        const size_t nowhere = m_text.size();
         key.sections.push_back({{header, nowhere, nowhere, nowhere}, true, {}});
     }
 }
 
-/// Gives a key a section of the text, unless it has it. They come in the order of the text.
+// Gives a key a section of the text, unless it has it. They come in the order of the text.
 void RegistryText::AddSection(KeyNode& key, const SectionHeader& header) {
     if (key.sections.empty() || key.sections.back().header.body < header.body) {
         key.sections.push_back({header, false, {}});
@@ -238,12 +238,12 @@ const std::vector<KeyNode*>& RegistryText::Children(KeyNode& key) {
     return key.children;
 }
 
-/// Where the lines of a section end: at an empty line, or where the next line with a bracket
-/// begins. Lines directly in front of that one that are no values stand in front of it, not in the
-/// section.
-std::size_t RegistryText::BodyEnd(std::size_t body) const {
-    std::size_t end = body;
-    for (std::size_t next = body; end < m_text.size() && m_text[end] != '['; end = next) {
+// Where the lines of a section end: at an empty line, or where the next line with a bracket
+// begins. Lines directly in front of that one that are no values stand in front of it, not in the
+// section.
+size_t RegistryText::BodyEnd(size_t body) const {
+    size_t end = body;
+    for (size_t next = body; end < m_text.size() && m_text[end] != '['; end = next) {
         if (LineAt(end, next).empty()) {
             return end;
         }
@@ -251,8 +251,8 @@ std::size_t RegistryText::BodyEnd(std::size_t body) const {
     if (end == m_text.size()) {
         return end;
     }
-    std::size_t behindLastValue = body;
-    for (std::size_t at = body; at < end;) {
+    size_t behindLastValue = body;
+    for (size_t at = body; at < end;) {
         if (ParseValueLine(LineAt(at, at))) {
             behindLastValue = at;
         }
@@ -260,9 +260,9 @@ std::size_t RegistryText::BodyEnd(std::size_t body) const {
     return behindLastValue;
 }
 
-/// Where the lines begin that stand in front of a header and belong to no key.
-std::size_t RegistryText::FrontOf(const SectionHeader& header) const {
-    std::size_t front = 0;
+// Where the lines begin that stand in front of a header and belong to no key.
+size_t RegistryText::FrontOf(const SectionHeader& header) const {
+    size_t front = 0;
     if (header.previous == 0) {
         LineAt(0, front);
         return front;
@@ -270,12 +270,12 @@ std::size_t RegistryText::FrontOf(const SectionHeader& header) const {
     return BodyEnd(header.previous);
 }
 
-/// The section's lines, split off the text on first use.
+// The section's lines, split off the text on first use.
 std::vector<std::string_view>& RegistryText::Lines(KeySection& section) {
     if (!section.scanned) {
         section.lines.clear();
-        const std::size_t end = BodyEnd(section.header.body);
-        for (std::size_t at = section.header.body; at < end;) {
+        const size_t end = BodyEnd(section.header.body);
+        for (size_t at = section.header.body; at < end;) {
             section.lines.push_back(LineAt(at, at));
         }
         section.scanned = true;
@@ -359,7 +359,7 @@ bool RegistryText::Write(const LineSink& sink) {
     std::vector<KeyNode*> pending;
     pending.reserve(m_nodes.size());
     // Nothing from here on needs memory.
-    std::size_t next = 0;
+    size_t next = 0;
     const std::string_view first = LineAt(0, next);
     if (!sink(first) || !sink({}) || !WriteBetween(next, m_headEnd, sink)) {
         return false;
@@ -383,8 +383,8 @@ bool RegistryText::WriteSection(const KeySection& section, const LineSink& sink)
            std::all_of(section.lines.begin(), section.lines.end(), std::cref(sink)) && sink({});
 }
 
-/// Hands over lines that belong to no key. An empty line was handed over before them.
-bool RegistryText::WriteBetween(std::size_t from, std::size_t to, const LineSink& sink) const {
+// Hands over lines that belong to no key. An empty line was handed over before them.
+bool RegistryText::WriteBetween(size_t from, size_t to, const LineSink& sink) const {
     bool afterEmpty = true;
     while (from < to) {
         const std::string_view line = LineAt(from, from);

@@ -19,15 +19,14 @@
 namespace zeldlg::registry {
 
 /// Bytes that a key's full name may have.
-inline constexpr std::size_t kMaxKeyName = 260;
+inline constexpr size_t kMaxKeyName = 260;
 
 /// Where a section's header stands in the text.
 struct SectionHeader {
     std::string_view text;  ///< the key's full name as it is spelled, in brackets
-    std::size_t previous =
-        0;                  ///< position of the line after the previous header; 0: it is the first
-    std::size_t begin = 0;  ///< its own position
-    std::size_t body = 0;   ///< position of the line after it
+    size_t previous = 0;    ///< position of the line after the previous header; 0: it is the first
+    size_t begin = 0;       ///< its own position
+    size_t body = 0;        ///< position of the line after it
 
     std::string_view Name() const { return text.substr(1, text.size() - 2); }
 };
@@ -70,7 +69,7 @@ public:
     static RegistryError Check(std::string_view text);
 
     /// @param text a text that passed Check(); one zero byte follows its `size` bytes
-    RegistryText(std::unique_ptr<char[]> text, std::size_t size);
+    RegistryText(std::unique_ptr<char[]> text, size_t size);
 
     /// The key with this full name, or null. The parents of every key of the file exist too.
     KeyNode* Find(const FoldedName& name);
@@ -105,8 +104,8 @@ public:
     bool Write(const LineSink& sink);
 
 private:
-    std::string_view LineAt(std::size_t position, std::size_t& next) const;
-    std::optional<SectionHeader> NextHeader(std::size_t from) const;
+    std::string_view LineAt(size_t position, size_t& next) const;
+    std::optional<SectionHeader> NextHeader(size_t from) const;
     KeyNode* Known(const FoldedName& name) const;
     KeyNode* ScanFor(const FoldedName& name);
     KeyNode* NodeAbove(const FoldedName& name, std::string_view below);
@@ -115,13 +114,13 @@ private:
     void Link(KeyNode& key);
     void AddSection(KeyNode& key);
     void AddSection(KeyNode& key, const SectionHeader& header);
-    std::size_t BodyEnd(std::size_t body) const;
-    std::size_t FrontOf(const SectionHeader& header) const;
+    size_t BodyEnd(size_t body) const;
+    size_t FrontOf(const SectionHeader& header) const;
     std::vector<std::string_view>& Lines(KeySection& section);
     std::vector<std::string_view>::iterator FindLine(KeySection& section, const FoldedName& name);
     std::string_view Keep(std::string text);
     bool WriteSection(const KeySection& section, const LineSink& sink) const;
-    bool WriteBetween(std::size_t from, std::size_t to, const LineSink& sink) const;
+    bool WriteBetween(size_t from, size_t to, const LineSink& sink) const;
 
     std::unique_ptr<char[]> m_buffer;
     std::string_view m_text;
@@ -130,7 +129,7 @@ private:
     // By folded full name. May hold what an operation left that ran out of memory; see Known().
     std::unordered_map<std::string, KeyNode*> m_index;
     std::vector<KeyNode*> m_roots;  // in the order of the file
-    std::size_t m_headEnd = 0;      // to here, lines of no key stay at the beginning of the text
+    size_t m_headEnd = 0;           // to here, lines of no key stay at the beginning of the text
     SectionHeader m_end;            // stands behind all sections; filled with the tree
     unsigned m_scans = 0;
     bool m_treeBuilt = false;

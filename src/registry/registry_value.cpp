@@ -11,7 +11,7 @@ constexpr std::string_view kBinaryMark = "hex:";
 constexpr std::string_view kDefaultName = "@";
 constexpr std::string_view kDigits = "0123456789abcdef";
 
-/// -1 for what is no hexadecimal digit.
+// -1 for what is no hexadecimal digit.
 int DigitValue(char c) {
     if (c >= '0' && c <= '9') {
         return c - '0';
@@ -22,7 +22,7 @@ int DigitValue(char c) {
     return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
 }
 
-/// Sets type and data from what follows the equals sign.
+// Sets type and data from what follows the equals sign.
 bool ParseData(std::string_view rest, ValueLine& line) {
     if (rest.starts_with(kNumberMark)) {
         line.type = kTypeNumber;
@@ -36,21 +36,21 @@ bool ParseData(std::string_view rest, ValueLine& line) {
     }
     if (rest.starts_with('"')) {
         line.type = kTypeString;
-        const std::size_t last = rest.rfind('"');
+        const size_t last = rest.rfind('"');
         line.data = last == 0 ? rest.substr(1) : rest.substr(1, last - 1);
         return true;
     }
     return false;
 }
 
-std::uint32_t ParseNumber(std::string_view digits) {
-    std::uint32_t number = 0;
+uint32_t ParseNumber(std::string_view digits) {
+    uint32_t number = 0;
     for (const char c : digits) {
         const int digit = DigitValue(c);
         if (digit < 0) {
             break;
         }
-        number = (number << 4U) | static_cast<std::uint32_t>(digit);
+        number = (number << 4U) | static_cast<uint32_t>(digit);
     }
     return number;
 }
@@ -73,9 +73,9 @@ std::string ParseBinary(std::string_view digits) {
     return bytes;
 }
 
-std::string FormatNumber(std::uint32_t number) {
+std::string FormatNumber(uint32_t number) {
     std::string digits(8, '0');
-    for (std::size_t i = digits.size(); i > 0; --i) {
+    for (size_t i = digits.size(); i > 0; --i) {
         digits[i - 1] = kDigits[number & 0xFU];
         number >>= 4U;
     }
@@ -106,7 +106,7 @@ std::optional<ValueLine> ParseValueLine(std::string_view line) {
     if (!line.starts_with('"')) {
         return std::nullopt;
     }
-    for (std::size_t quote = line.find("\"=", 1); quote != std::string_view::npos;
+    for (size_t quote = line.find("\"=", 1); quote != std::string_view::npos;
          quote = line.find("\"=", quote + 1)) {
         if (ParseData(line.substr(quote + 2), value)) {
             value.name = line.substr(1, quote - 1);
@@ -131,7 +131,7 @@ RegistryValue ReadValue(const ValueLine& line) {
 }
 
 // What the file's writer takes in one piece, without the line end.
-constexpr std::size_t kLongestLine = 16381;
+constexpr size_t kLongestLine = 16381;
 
 std::optional<std::string> FormatValueLine(std::string_view name, const RegistryValue& value) {
     std::string line = "@=";

@@ -10,15 +10,15 @@
 namespace zeldlg::registry {
 
 /// Value types, with the Windows codes.
-inline constexpr std::uint32_t kTypeString = 1;
-inline constexpr std::uint32_t kTypeBinary = 3;
-inline constexpr std::uint32_t kTypeNumber = 4;
+inline constexpr uint32_t kTypeString = 1;
+inline constexpr uint32_t kTypeBinary = 3;
+inline constexpr uint32_t kTypeNumber = 4;
 
 /// A value as the file holds it.
 struct RegistryValue {
-    std::uint32_t type = kTypeString;
-    std::uint32_t number = 0;  ///< of kTypeNumber
-    std::string bytes;         ///< of kTypeString the 8-bit text, of kTypeBinary the bytes
+    uint32_t type = kTypeString;
+    uint32_t number = 0;  ///< of kTypeNumber
+    std::string bytes;    ///< of kTypeString the 8-bit text, of kTypeBinary the bytes
 
     bool operator==(const RegistryValue&) const = default;
 };
@@ -26,7 +26,7 @@ struct RegistryValue {
 /// A value line taken apart. The views point into the line.
 struct ValueLine {
     std::string_view name;  ///< empty for the key's default value
-    std::uint32_t type = kTypeString;
+    uint32_t type = kTypeString;
     std::string_view data;  ///< the text, or the digits that follow the colon
 };
 

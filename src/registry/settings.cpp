@@ -33,7 +33,7 @@ SettingsKey::~SettingsKey() {
     }
 }
 
-std::optional<std::uint32_t> SettingsKey::ReadDword(const wchar_t* value) const {
+std::optional<uint32_t> SettingsKey::ReadDword(const wchar_t* value) const {
     const std::optional<RegistryValue> stored = ReadStored(m_key, value);
     if (!stored || stored->type != kTypeNumber) {
         return std::nullopt;
@@ -50,8 +50,7 @@ std::optional<std::wstring> SettingsKey::ReadString(const wchar_t* value) const 
     return text.substr(0, text.find(L'\0'));
 }
 
-std::optional<std::string> SettingsKey::ReadBytes(const wchar_t* value,
-                                                  std::size_t maxBytes) const {
+std::optional<std::string> SettingsKey::ReadBytes(const wchar_t* value, size_t maxBytes) const {
     std::optional<RegistryValue> stored = ReadStored(m_key, value);
     if (!stored || stored->type == kTypeNumber || stored->bytes.size() > maxBytes) {
         return std::nullopt;
@@ -59,15 +58,15 @@ std::optional<std::string> SettingsKey::ReadBytes(const wchar_t* value,
     return std::move(stored->bytes);
 }
 
-bool SettingsKey::WriteDword(const wchar_t* value, std::uint32_t number) const {
+bool SettingsKey::WriteDword(const wchar_t* value, uint32_t number) const {
     return RegSetValueEx(m_key, value, kTypeNumber, &number, sizeof number) == kSuccess;
 }
 
-std::optional<std::uint32_t> ReadDword(const wchar_t* key, const wchar_t* value) {
+std::optional<uint32_t> ReadDword(const wchar_t* key, const wchar_t* value) {
     return SettingsKey(key).ReadDword(value);
 }
 
-std::uint32_t ReadDword(const wchar_t* key, const wchar_t* value, std::uint32_t fallback) {
+uint32_t ReadDword(const wchar_t* key, const wchar_t* value, uint32_t fallback) {
     return ReadDword(key, value).value_or(fallback);
 }
 
@@ -75,7 +74,7 @@ std::optional<std::wstring> ReadString(const wchar_t* key, const wchar_t* value)
     return SettingsKey(key).ReadString(value);
 }
 
-bool WriteDword(const wchar_t* key, const wchar_t* value, std::uint32_t number) {
+bool WriteDword(const wchar_t* key, const wchar_t* value, uint32_t number) {
     return SettingsKey(key).WriteDword(value, number);
 }
 

@@ -36,29 +36,29 @@ public:
     /// False when there is no such key; every value is missing then.
     bool IsOpen() const { return m_key != 0; }
 
-    std::optional<std::uint32_t> ReadDword(const wchar_t* value) const;
+    std::optional<uint32_t> ReadDword(const wchar_t* value) const;
 
     /// A text, up to its first zero character.
     std::optional<std::wstring> ReadString(const wchar_t* value) const;
 
     /// A binary value byte for byte, or the 8-bit text of a string without a terminating zero.
     /// @param maxBytes a longer value counts as missing
-    std::optional<std::string> ReadBytes(const wchar_t* value, std::size_t maxBytes) const;
+    std::optional<std::string> ReadBytes(const wchar_t* value, size_t maxBytes) const;
 
     /// Sets a number; written to the file when the last key of the process is closed.
-    bool WriteDword(const wchar_t* value, std::uint32_t number) const;
+    bool WriteDword(const wchar_t* value, uint32_t number) const;
 
 private:
     HKEY m_key = 0;
 };
 
 /// @param key path under HKEY_LOCAL_MACHINE
-std::optional<std::uint32_t> ReadDword(const wchar_t* key, const wchar_t* value);
-std::uint32_t ReadDword(const wchar_t* key, const wchar_t* value, std::uint32_t fallback);
+std::optional<uint32_t> ReadDword(const wchar_t* key, const wchar_t* value);
+uint32_t ReadDword(const wchar_t* key, const wchar_t* value, uint32_t fallback);
 std::optional<std::wstring> ReadString(const wchar_t* key, const wchar_t* value);
 
 /// Writes a number under an existing key. @return false when the key is missing or the number
 /// cannot be set
-bool WriteDword(const wchar_t* key, const wchar_t* value, std::uint32_t number);
+bool WriteDword(const wchar_t* key, const wchar_t* value, uint32_t number);
 
 }  // namespace zeldlg::registry

@@ -26,7 +26,7 @@ PinPolicy FilledPolicy() {
     policy.p4CharList = std::string("a\0b", 3);
     policy.lastRefusedCharacter = 16;
     policy.p4IsWhiteList = 17;
-    policy.source = PolicySource::kCard;
+    policy.source = PolicySource::Card;
     return policy;
 }
 
@@ -65,7 +65,7 @@ TEST(PinPolicy, RecordsThatDifferInOneFieldAreNotEqual) {
     other.lastRefusedCharacter = 0;
     EXPECT_NE(other, FilledPolicy());
     other = FilledPolicy();
-    other.source = PolicySource::kUnknown;
+    other.source = PolicySource::Unknown;
     EXPECT_NE(other, FilledPolicy());
 }
 
@@ -88,25 +88,25 @@ struct ToleranceRow {
 };
 
 constexpr ToleranceRow kToleranceRows[] = {
-    {0, 0, ToleranceLevel::kHigh},
-    {0, 1, ToleranceLevel::kHigh},
-    {1, 0, ToleranceLevel::kLow},
-    {5, 0, ToleranceLevel::kLow},
-    {6, 0, ToleranceLevel::kMedium},
-    {12, 0, ToleranceLevel::kMedium},
-    {13, 0, ToleranceLevel::kHigh},
-    {255, 0, ToleranceLevel::kHigh},
-    {1, 1, ToleranceLevel::kLow},
-    {2, 1, ToleranceLevel::kLow},
-    {3, 1, ToleranceLevel::kMedium},
-    {4, 1, ToleranceLevel::kHigh},
-    {3, 255, ToleranceLevel::kMedium},
+    {0, 0, ToleranceLevel::High},
+    {0, 1, ToleranceLevel::High},
+    {1, 0, ToleranceLevel::Low},
+    {5, 0, ToleranceLevel::Low},
+    {6, 0, ToleranceLevel::Medium},
+    {12, 0, ToleranceLevel::Medium},
+    {13, 0, ToleranceLevel::High},
+    {255, 0, ToleranceLevel::High},
+    {1, 1, ToleranceLevel::Low},
+    {2, 1, ToleranceLevel::Low},
+    {3, 1, ToleranceLevel::Medium},
+    {4, 1, ToleranceLevel::High},
+    {3, 255, ToleranceLevel::Medium},
     // Squares whose lowest byte is 0, 1, 4 and 9: the square is not cut to a byte.
-    {16, 1, ToleranceLevel::kHigh},
-    {127, 1, ToleranceLevel::kHigh},
-    {126, 1, ToleranceLevel::kHigh},
-    {253, 1, ToleranceLevel::kHigh},
-    {255, 1, ToleranceLevel::kHigh},
+    {16, 1, ToleranceLevel::High},
+    {127, 1, ToleranceLevel::High},
+    {126, 1, ToleranceLevel::High},
+    {253, 1, ToleranceLevel::High},
+    {255, 1, ToleranceLevel::High},
 };
 
 TEST(PinPolicy, ToleranceLevelFollowsTheThresholdOrItsSquare) {
@@ -123,12 +123,12 @@ TEST(PinPolicy, ThresholdThreeIsMediumNormalisedAndLowOtherwiseAndFourNormalised
     PinPolicy policy;
     policy.p3Threshold = 3;
     policy.p3LengthNormalize = 1;
-    EXPECT_EQ(HistoryTolerance(policy), ToleranceLevel::kMedium);
+    EXPECT_EQ(HistoryTolerance(policy), ToleranceLevel::Medium);
     policy.p3LengthNormalize = 0;
-    EXPECT_EQ(HistoryTolerance(policy), ToleranceLevel::kLow);
+    EXPECT_EQ(HistoryTolerance(policy), ToleranceLevel::Low);
     policy.p3Threshold = 4;
     policy.p3LengthNormalize = 1;
-    EXPECT_EQ(HistoryTolerance(policy), ToleranceLevel::kHigh);
+    EXPECT_EQ(HistoryTolerance(policy), ToleranceLevel::High);
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ PinPolicy PreviousPolicy() {
     policy.p4CharList = "previous";
     policy.lastRefusedCharacter = 116;
     policy.p4IsWhiteList = 117;
-    policy.source = PolicySource::kCard;
+    policy.source = PolicySource::Card;
     return policy;
 }
 
@@ -65,7 +65,7 @@ TEST_F(PolicySettings, EmptySetTurnsEverythingOnAndLeavesTheRest) {
     expected.enabledMask = 255;
     expected.p2ClassMask = 255;
     expected.p4CharList = "";
-    expected.source = PolicySource::kRegistry;
+    expected.source = PolicySource::Registry;
     EXPECT_EQ(Read(""), expected);
 }
 
@@ -86,7 +86,7 @@ TEST_F(PolicySettings, EveryValueGoesIntoItsField) {
     expected.p3StrictOnly = 13;
     expected.p4CharList = std::string("\x41\x00\xFF", 3);
     expected.p4IsWhiteList = 14;
-    expected.source = PolicySource::kRegistry;
+    expected.source = PolicySource::Registry;
     EXPECT_EQ(Read("\"PoliciesEnabled\"=dword:00000001\r\n\"P1Threshold\"=dword:00000002\r\n"
                    "\"P1CaseSensitive\"=dword:00000003\r\n\"P1FullPinCheck\"=dword:00000004\r\n"
                    "\"P2NbClass\"=dword:00000005\r\n\"P2PopMin\"=dword:00000006\r\n"
@@ -140,7 +140,7 @@ TEST_F(PolicySettings, CharacterListThatIsANumberLeavesNone) {
 TEST_F(PolicySettings, MissingSetChangesOnlyTheSource) {
     registry::test::WriteFile(UserFile(), Registry("\"P1Threshold\"=dword:00000001\r\n"));
     PinPolicy expected = PreviousPolicy();
-    expected.source = PolicySource::kRegistry;
+    expected.source = PolicySource::Registry;
     PinPolicy policy = PreviousPolicy();
     LoadPinPolicyFromRegistry(policy, L"Other");
     EXPECT_EQ(policy, expected);
@@ -149,7 +149,7 @@ TEST_F(PolicySettings, MissingSetChangesOnlyTheSource) {
 TEST_F(PolicySettings, MissingPoliciesKeyChangesOnlyTheSource) {
     registry::test::WriteFile(UserFile(), registry::test::SmallRegistry("00000001"));
     PinPolicy expected = PreviousPolicy();
-    expected.source = PolicySource::kRegistry;
+    expected.source = PolicySource::Registry;
     PinPolicy policy = PreviousPolicy();
     LoadPinPolicyFromRegistry(policy, L"Set");
     EXPECT_EQ(policy, expected);
@@ -157,7 +157,7 @@ TEST_F(PolicySettings, MissingPoliciesKeyChangesOnlyTheSource) {
 
 TEST_F(PolicySettings, WithoutAnyFileOnlyTheSourceChanges) {
     PinPolicy expected = PreviousPolicy();
-    expected.source = PolicySource::kRegistry;
+    expected.source = PolicySource::Registry;
     PinPolicy policy = PreviousPolicy();
     LoadPinPolicyFromRegistry(policy, L"Set");
     EXPECT_EQ(policy, expected);

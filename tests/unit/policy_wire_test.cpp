@@ -35,7 +35,7 @@ PinPolicy DistinctPolicy() {
     policy.p4CharList = std::string("x\0\xFFy", 4);
     policy.lastRefusedCharacter = 0xB8;
     policy.p4IsWhiteList = 0xB9;
-    policy.source = PolicySource::kCard;
+    policy.source = PolicySource::Card;
     return policy;
 }
 

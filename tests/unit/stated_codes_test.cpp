@@ -79,9 +79,9 @@ static_assert(kClassUpper == 2);
 static_assert(kClassDigit == 4);
 static_assert(kClassPunctuation == 8);
 static_assert(kClassOther == 16);
-static_assert(static_cast<int>(PolicySource::kCard) == -4);
-static_assert(static_cast<int>(PolicySource::kRegistry) == -3);
-static_assert(static_cast<int>(PolicySource::kUnknown) == -2);
+static_assert(static_cast<int>(PolicySource::Card) == -4);
+static_assert(static_cast<int>(PolicySource::Registry) == -3);
+static_assert(static_cast<int>(PolicySource::Unknown) == -2);
 
 // The settings' store
 static_assert(registry::HKEY_CLASSES_ROOT == 0x80000000);
