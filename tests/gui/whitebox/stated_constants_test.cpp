@@ -14,6 +14,7 @@
 #include <wx/statline.h>
 
 #include <initializer_list>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -95,7 +96,13 @@ long StyleOf(const wxDialog& dialog) { return dialog.GetWindowStyle() & ~wxTAB_T
 int PointsOf(const wxWindow& window) { return window.GetFont().GetPointSize(); }
 int WeightOf(const wxWindow& window) { return window.GetFont().GetNumericWeight(); }
 
-wxWindow& WithId(const wxWindow& dialog, wxWindowID id) { return *dialog.FindWindow(id); }
+wxWindow& WithId(const wxWindow& dialog, wxWindowID id) {
+    wxWindow* const found = dialog.FindWindow(id);
+    if (found == nullptr) {
+        throw std::out_of_range("no control has the identifier " + std::to_string(id));
+    }
+    return *found;
+}
 wxString LabelOf(const wxWindow& dialog, wxWindowID id) { return WithId(dialog, id).GetLabel(); }
 
 int IdOfDefault(const wxDialog& dialog) { return dialog.GetDefaultItem()->GetId(); }
