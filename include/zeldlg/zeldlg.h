@@ -476,8 +476,9 @@ ZELDLG_EXPORT uint32_t DLG_HideKeyGenerationProgressDialog(void);
  * A modeless window beside a reader with keys of its own. The PIN never reaches the library. A
  * show function stores a handle, which the host passes to the other functions until it hides the
  * window; a handle that is not that of a live window is ignored. Nothing in a window that opens has
- * the keyboard: Enter and the space bar do nothing until the user has gone to Abort by Tab; Alt+A
- * presses it at once. A window opens at the first place that no other of them stands on.
+ * the keyboard: Enter and the space bar do nothing until the user has gone to Abort by Tab; Alt and
+ * its underlined letter (Alt+A in English) press it at once. A window opens at the first place that
+ * no other of them stands on.
  * @param handle     Receives the handle (show functions), or names the window.
  * @param allowAbort Non-zero: the window has an Abort button.
  * @return The show functions return 1 when the window was shown, else 0.

@@ -28,8 +28,8 @@ CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prom
       m_prompt(prompt),
       m_timer(this) {
     // With nothing to select there is nothing to confirm.
-    if (prompt.autoSelect && prompt.count > 0) {
-        m_countDown.emplace(GetDefaultSelectionTimeout());
+    if (prompt.timeout && prompt.count > 0) {
+        m_countDown.emplace(*prompt.timeout);
     }
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     AddList(rows);

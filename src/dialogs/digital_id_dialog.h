@@ -25,7 +25,7 @@ struct DigitalIdPrompt {
     uint32_t defaultIndex = 0;
     wxString directory;  ///< Empty: nothing is said about one.
     bool alwaysUse = false;
-    bool autoSelect = false;
+    std::optional<uint32_t> timeout;  ///< Seconds until the default is confirmed; none: never.
 };
 
 class CDigitalIDSelectionDialog : public wxDialog {

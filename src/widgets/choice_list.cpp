@@ -58,15 +58,9 @@ int RowHeight(GtkTreeView* tree) {
     return height + separator;
 }
 
-bool IsTab(const GdkEventKey& key) {
-    return key.keyval == GDK_KEY_Tab || key.keyval == GDK_KEY_KP_Tab ||
-           key.keyval == GDK_KEY_ISO_Left_Tab;
-}
-
 bool IsTouch(const GdkEvent& event) {
     switch (event.type) {
         case GDK_KEY_PRESS:
-            return !IsTab(event.key);
         case GDK_BUTTON_PRESS:
         case GDK_TOUCH_BEGIN:
         case GDK_SCROLL:

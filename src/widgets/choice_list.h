@@ -24,8 +24,8 @@ public:
     void LetSearch();
 
     /// Has `touched` called whenever the user does something to the list, whether that changes
-    /// anything or not: each key that it gets (Tab only passes through), each mouse button in it
-    /// or on its bars, the wheel, and a row that was chosen in any other way.
+    /// anything or not: each key that it gets, each mouse button in it or on its bars, the
+    /// wheel, and a row that was chosen in any other way.
     void ReportTouches(std::function<void()> touched);
 
     /// Appends a row and selects the first one.

@@ -45,7 +45,8 @@ DigitalIdPrompt PromptOf(const DigitalIdChoice& choice) {
             .defaultIndex = choice.defaultIndex,
             .directory = HostText(choice.directory),
             .alwaysUse = choice.presetAlwaysUse != 0,
-            .autoSelect = choice.autoSelect != 0};
+            .timeout = choice.autoSelect != 0 ? std::optional(GetDefaultSelectionTimeout())
+                                              : std::nullopt};
 }
 
 void SelectDigitalId(const DigitalIdChoice* choice, PinReply<DigitalIdResult>* reply) {

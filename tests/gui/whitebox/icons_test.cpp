@@ -61,6 +61,17 @@ TEST(Icons, AtTheUsualResolutionAreTheirXpmFiles) {
     }
 }
 
+// Of each colour the key in the rows, and the colour.
+TEST(Icons, OfTheResponseHaveTheirColours) {
+    const auto lines = [](const char* const* xpm, size_t colours) {
+        return std::vector<std::string>(xpm, xpm + 1 + colours);
+    };
+    EXPECT_EQ(lines(check_xpm, 4), (std::vector<std::string>{"16 16 4 1", "  c None", ". c #000000",
+                                                             "+ c #00ff00", "- c #808080"}));
+    EXPECT_EQ(lines(cross_xpm, 2),
+              (std::vector<std::string>{"16 16 2 1", "  c None", "# c #ff0000"}));
+}
+
 TEST(Icons, AtTwiceTheResolutionAreTheirPngFiles) {
     for (const Icon& icon : kIcons) {
         SCOPED_TRACE(icon.twice);

@@ -12,6 +12,7 @@
 #include <wx/statbmp.h>
 #include <wx/statbox.h>
 #include <wx/statline.h>
+#include <wx/valtext.h>
 
 #include <initializer_list>
 #include <stdexcept>
@@ -27,6 +28,7 @@
 #include "dialogs/message_boxes.h"
 #include "dialogs/message_dialog.h"
 #include "dialogs/select_unblock_method_dialog.h"
+#include "dialogs/selection.h"
 #include "dialogs/token_dialog.h"
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
@@ -322,8 +324,11 @@ TEST(StatedConstants, OfTheChangeDialogs) {
                       {"OK at first", false, WithId(*dialog, 5100).IsEnabled()},
                       {"tool tips' delay in milliseconds", 257, TakeToolTipDelay()}});
         ASSERT_EQ(AllOf<PinField>(*dialog).size(), 3);
-        for (const PinField* const field : AllOf<PinField>(*dialog)) {
+        for (PinField* const field : AllOf<PinField>(*dialog)) {
             ExpectPinField(*dialog, *field);
+            const auto* const filter = dynamic_cast<const wxTextValidator*>(field->GetValidator());
+            ASSERT_NE(filter, nullptr);
+            ExpectStated({{"the fields' filter", wxFILTER_ASCII, filter->GetStyle()}});
         }
     }
 }
@@ -419,6 +424,7 @@ TEST(StatedConstants, OfTheRetryQuestion) {
 TEST(StatedConstants, OfTheTokenDialog) {
     const auto dialog = MakeWindow<CTokenDialog>(nullptr);
     dialog->AddItem("Card A  ", "Reader 1 ", 7);
+    dialog->AddItem("Card B  ", 8);
     dialog->FinishLayout();
     const wxStaticText& label = LabelReading(*dialog, "Please select a token:");
     const auto& list = Nth<wxListBox>(*dialog, 0);
@@ -431,6 +437,8 @@ TEST(StatedConstants, OfTheTokenDialog) {
                    list.GetWindowStyle() &
                        (wxLB_SINGLE | wxLB_MULTIPLE | wxLB_EXTENDED | wxLB_SORT | wxHSCROLL)},
                   {"the row", "Card A (Reader 1)", list.GetString(0)},
+                  {"a row of one text", "Card B", list.GetString(1)},
+                  {"the chosen row", 0, list.GetSelection()},
                   {"label's border", 5, BorderOf(label)},
                   {"list's border", 5, BorderOf(list)},
                   {"OK's border", 5, BorderOf(ok)},
@@ -450,7 +458,7 @@ TEST(StatedConstants, OfTheDigitalIdDialog) {
     prompt.validTo = "2025-01-01";
     prompt.count = 2;
     prompt.directory = "corvenna.example";
-    prompt.autoSelect = true;
+    prompt.timeout = GetDefaultSelectionTimeout();
     TakeTimerIntervals();
     const auto dialog = MakeWindow<CDigitalIDSelectionDialog>(prompt);
     const auto& list = Nth<wxListBox>(*dialog, 0);
@@ -476,6 +484,11 @@ TEST(StatedConstants, OfTheDigitalIdDialog) {
     for (const char* const date : {"2024-01-01", "2025-01-01"}) {
         EXPECT_EQ(LabelReading(*dialog, date).GetMinSize(), sized->GetBestSize());
     }
+
+    prompt.timeout = 0;
+    const auto atOnce = MakeWindow<CDigitalIDSelectionDialog>(prompt);
+    ExpectStated({{"the timer without a time", std::vector<unsigned>{1}, TakeTimerIntervals()},
+                  {"OK without a time", "OK (1s)", LabelOf(*atOnce, 5100)}});
 }
 
 // Unblocking
