@@ -11,6 +11,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <mutex>
 #include <string_view>
 #include <type_traits>
 
@@ -75,7 +76,7 @@ bool Life::Change(State from, State to) {
         return false;
     }
     m_word.notify_all();
-    if (to != State::Exiting && to != State::Parked) {
+    if (to == State::Entering || IsAtWork(to)) {
         GoFirstAtExit();
     }
     return true;
@@ -102,7 +103,10 @@ void Life::AwaitEnd() const {
 
 void Life::Enter() { m_thread = gettid(); }
 
-bool Life::IsOwnThread() const { return IsAtWork(Now()) && m_thread == gettid(); }
+bool Life::IsOwnThread() const {
+    const State now = Now();
+    return (IsAtWork(now) || now == State::Exiting) && m_thread == gettid();
+}
 
 void Life::Advance(State to) {
     while (!Change(Now(), to)) {
@@ -137,6 +141,8 @@ bool Life::Sleeps() const {
 
 namespace {
 
+constexpr uint32_t kLastInstructionsMs = 100;
+
 // Parks the thread in the call that it sleeps in, by a signal that it does not block. (A thread at
 // work must not be stopped so: it may hold a lock that the exit is going to need.)
 void StopIn(pid_t thread) {
@@ -148,10 +154,24 @@ void StopIn(pid_t thread) {
     for (uint32_t waited = 0; ProcessLife().Now() != State::Parked && waited < 100; ++waited) {
         platform::SleepMilliseconds(1);
     }
-    sigaction(SIGSYS, &before, nullptr);
+    // It may still be on its way to a thread that blocks all signals for a while.
+    if (ProcessLife().Now() == State::Parked) {
+        sigaction(SIGSYS, &before, nullptr);
+    }
 }
 
 }  // namespace
+
+// A thread that has told its end still runs what the toolkit keeps for each thread.
+void Life::AwaitLastInstructions() const {
+    const pid_t thread = m_thread;
+    for (uint32_t waited = 0; thread != 0 && waited < kLastInstructionsMs; ++waited) {
+        if (tgkill(getpid(), thread, 0) != 0) {
+            return;
+        }
+        platform::SleepMilliseconds(1);
+    }
+}
 
 Life::AtExit Life::Exit() {
     State now = Now();
@@ -161,6 +181,11 @@ Life::AtExit Life::Exit() {
         if (!MayChange(now, State::Exiting)) {
             return AtExit::GoOn;
         }
+    }
+    if (own) {
+        Change(State::Exiting, State::Parked);  // it goes on with the exit
+    } else if (now == State::Down) {
+        AwaitLastInstructions();
     }
     if (!IsAtWork(now) || own) {
         return AtExit::GoOn;
@@ -198,8 +223,9 @@ namespace {
 // handler leaves its place before it takes one, and those in between are free again.
 constexpr uint32_t kMovesUp = 1024;
 
-// Counts the moves, and which of them holds. The C library knows the place of each by its number.
-std::atomic<uintptr_t> g_moves{1};
+// Which move holds: the C library knows the place of each by its number. A fork waits for a move,
+// as the child could not leave the C library's lock on them.
+std::mutex g_moving;
 std::atomic<uintptr_t> g_last{1};
 
 constexpr uint32_t kCatalogueWaitMs = 300;
@@ -244,19 +270,21 @@ void GoFirstAtExit() {
     sigset_t before;
     sigfillset(&all);
     pthread_sigmask(SIG_BLOCK, &all, &before);
-    // Takes the new place first: an exit that begins in between would go on to the libraries that
-    // the thread uses. Of two threads that do this, the later one's place stays.
-    const uintptr_t move = ++g_moves;
-    const bool up = move % kMovesUp != 0;
-    if (up) {
-        TakePlace(move);
-    }
-    uintptr_t last = g_last;
-    while (last < move && !g_last.compare_exchange_weak(last, move)) {
-    }
-    __cxa_finalize(reinterpret_cast<void*>(std::min(last, move)));
-    if (!up && last < move) {
-        TakePlace(move);
+    {
+        const std::lock_guard lock(g_moving);
+        const uintptr_t old = g_last;
+        const uintptr_t move = old + 1;
+        // Takes the new place first: an exit that begins in between would go on to the libraries
+        // that the thread uses.
+        const bool up = move % kMovesUp != 0;
+        if (up) {
+            TakePlace(move);
+        }
+        g_last = move;
+        __cxa_finalize(reinterpret_cast<void*>(old));
+        if (!up) {
+            TakePlace(move);
+        }
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
@@ -266,6 +294,7 @@ namespace {
 // A first call may come when the exit is past all handlers, and destroys libraries already. What
 // the toolkit keeps for each thread that uses its texts is to be destroyed after all of them.
 __attribute__((constructor)) void WatchExit() {
+    pthread_atfork([] { g_moving.lock(); }, [] { g_moving.unlock(); }, [] { g_moving.unlock(); });
     wxTranslations::GetUntranslatedString(wxString());
     GoFirstAtExit();
 }

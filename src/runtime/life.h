@@ -69,6 +69,7 @@ public:
 
 private:
     bool Sleeps() const;
+    void AwaitLastInstructions() const;
 
     // The state, and above it the id of the process that made the thread, which the kernel keeps
     // below 2^22; 0 before the first thread. In one word, so that no look takes a lock.
@@ -81,7 +82,8 @@ Life& ProcessLife();
 
 /// Makes the exit begin with ProcessLife().Exit(), before every exit handler and static object that
 /// there is now: libraries that the toolkit loads, and texts it first draws, register more of them
-/// all the time, and the last goes first. Any thread; every change of state does it.
+/// all the time, and the last goes first. (Not for an instant in a thousand moves.) Any thread;
+/// every change of state to one at work does it.
 void GoFirstAtExit();
 /// The same, at most every ten milliseconds.
 void StayFirstAtExit();

@@ -1,10 +1,36 @@
 #include "runtime/thread.h"
 
+#include <csignal>
+
 #include "platform/thread.h"
 
 namespace zeldlg {
 
 using State = Life::State;
+
+namespace {
+
+// While it lives, a thread that is made takes none of the process's signals but those that it
+// causes itself: the host's handlers are for the host's threads.
+class SignalsLeftToOthers {
+public:
+    SignalsLeftToOthers() {
+        sigset_t blocked;
+        sigfillset(&blocked);
+        for (const int own : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS}) {
+            sigdelset(&blocked, own);
+        }
+        pthread_sigmask(SIG_BLOCK, &blocked, &m_before);
+    }
+    ~SignalsLeftToOthers() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+    SignalsLeftToOthers(const SignalsLeftToOthers&) = delete;
+    SignalsLeftToOthers& operator=(const SignalsLeftToOthers&) = delete;
+
+private:
+    sigset_t m_before{};
+};
+
+}  // namespace
 
 CThread::~CThread() {
     if (IsRunning()) {
@@ -23,6 +49,7 @@ bool CThread::Start(void* argument) {
         return false;
     }
     m_argument = argument;
+    const SignalsLeftToOthers signalsLeftToOthers;
     m_joinable = platform::CreateThread(Enter, this, &m_handle) == platform::kSuccess;
     if (!m_joinable) {
         m_life.Change(State::Entering, State::Down);

@@ -25,17 +25,6 @@ using State = Life::State;
 
 namespace {
 
-// The host's signals are for the host's threads. With SIGPIPE blocked a lost display connection
-// is a failed write here, whatever the host does about that signal.
-void BlockAsynchronousSignals() {
-    sigset_t blocked;
-    sigfillset(&blocked);
-    for (const int synchronous : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGABRT, SIGSYS}) {
-        sigdelset(&blocked, synchronous);
-    }
-    pthread_sigmask(SIG_BLOCK, &blocked, nullptr);
-}
-
 // Comes back once no other thread loads a library. The toolkit's start loads some: while a
 // constructor of a library waits for it, it would wait for that constructor.
 void PassLoader() {
@@ -55,11 +44,11 @@ CWXRunner::CWXRunner(Life& life, ManualResetEvent* startedEvent, ManualResetEven
       m_handlers(handlers.begin(), handlers.end()) {}
 
 void CWXRunner::Run(void* argument) {
-    BlockAsynchronousSignals();
     PassLoader();
     m_life.Advance(State::Starting);
     const std::function<void()> leave = [this] { LeaveToolkit(); };
     if (!StartToolkit(leave)) {
+        Close();
         return;
     }
     m_life.Advance(State::Up);
@@ -83,7 +72,7 @@ bool CWXRunner::StartToolkit(const std::function<void()>& leave) {
 
 bool CWXRunner::Queue(CMessage* message) {
     const std::lock_guard lock(m_queueMutex);
-    const bool open = m_life.TakesRequests();
+    const bool open = !m_closed && m_life.TakesRequests();
     if (open) {
         m_queue.push_back(message);
     }
@@ -110,8 +99,16 @@ CMessage* CWXRunner::TakeFront(ManualResetEvent& requestEvent) {
     return front;
 }
 
+// The state may soon be that of another runner's thread, and whoever was about to queue here would
+// wait for it in vain.
+void CWXRunner::Close() {
+    const std::lock_guard lock(m_queueMutex);
+    m_closed = true;
+}
+
 // A request that was queued just before the state changed must not leave its caller waiting.
 void CWXRunner::RefuseAll() {
+    Close();
     const std::lock_guard lock(m_queueMutex);
     for (CMessage* const message : m_queue) {
         message->Complete(std::make_exception_ptr(std::runtime_error("the GUI thread ends")));

@@ -58,6 +58,7 @@ private:
     void ServeFront(platform::ManualResetEvent& requestEvent);
     void Dispatch(CMessage& message);
     CMessage* TakeFront(platform::ManualResetEvent& requestEvent);
+    void Close();
     void RefuseAll();
     [[noreturn]] void LeaveToolkit();
 
@@ -69,6 +70,7 @@ private:
 
     std::mutex m_queueMutex;  // guards the queue; the state is looked at under it
     std::deque<CMessage*> m_queue;
+    bool m_closed = false;  // for good, while the thread may be on its way out
 };
 
 }  // namespace zeldlg

@@ -87,6 +87,7 @@ const std::function<void()>* g_leave = nullptr;
 XIOErrorHandler g_previous = nullptr;
 
 void TellLoss() {
+    ProcessLife().ParkAtExit();
     static_cast<void>(fprintf(stderr, "zeldlg: the connection to the display is lost\n"));
     (*g_leave)();
 }

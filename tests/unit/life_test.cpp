@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -346,7 +347,10 @@ TEST_F(LifeDeathTest, TheProcessEndsWithItsStatusWhileTheThreadIsStillAtWork) {
 }
 
 void ExitOnThePrivateThread() {
-    std::atexit([] { End(ProcessLife().Now() == State::Exiting); });
+    std::atexit([] {
+        ProcessLife().ParkAtExit();  // as the toolkit's loop does, in a handler of the host's
+        End(ProcessLife().Now() == State::Parked);
+    });
     BringTo(ProcessLife(), State::Entering);
     ProcessLife().Enter();
     ProcessLife().Advance(State::Starting);
@@ -390,6 +394,58 @@ void ExitInAChild() {
 
 TEST_F(LifeDeathTest, AForkedChildExitsAsItLikes) {
     EXPECT_EXIT(ExitInAChild(), testing::ExitedWithCode(kAsExpected), "");
+}
+
+// The C library does not give the child its lock on exit handlers back.
+void ForkDuringMoves() {
+    std::atomic<bool> ended{false};
+    std::thread mover([&ended] {
+        while (!ended) {
+            GoFirstAtExit();
+        }
+    });
+    int wrong = 0;
+    for (int fork = 0; fork < 100; ++fork) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            alarm(10);
+            std::exit(kAsExpected);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        wrong += WIFEXITED(status) && WEXITSTATUS(status) == kAsExpected ? 0 : 1;
+    }
+    ended = true;
+    mover.join();
+    End(wrong == 0);
+}
+
+TEST_F(LifeDeathTest, AChildOfAForkDuringMovesExitsToo) {
+    EXPECT_EXIT(ForkDuringMoves(), testing::ExitedWithCode(kAsExpected), "");
+}
+
+// Long enough for the exit to take it for one that waits for something outside.
+void ExitWhileSignalsAreBlocked() {
+    std::atexit([] { End(ProcessLife().Now() == State::Parked); });
+    ASSERT_TRUE(ProcessLife().Change(State::Down, State::Entering));
+    std::thread([] {
+        ProcessLife().Enter();
+        ProcessLife().Advance(State::Starting);
+        sigset_t all;
+        sigset_t before;
+        sigfillset(&all);
+        pthread_sigmask(SIG_BLOCK, &all, &before);
+        Seen().reached->Set();
+        WaitForEvent(*Seen().never, Life::kAsleepMs + 400);
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
+        WaitForEvent(*Seen().never, kLongMs);
+    }).detach();
+    WaitForEvent(*Seen().reached, kLongMs);
+    std::exit(0);
+}
+
+TEST_F(LifeDeathTest, AThreadThatTakesNoSignalForAWhileIsStoppedAfterwards) {
+    EXPECT_EXIT(ExitWhileSignalsAreBlocked(), testing::ExitedWithCode(kAsExpected), "");
 }
 
 }  // namespace

@@ -277,6 +277,24 @@ TEST(Runner, RequestsFailAtOnceAfterAFailedStart) {
     EXPECT_FALSE(script.stopped);
 }
 
+// Whoever held it when it ended comes with a request while the next one runs.
+TEST(Runner, ARunnerThatHasEndedTakesNothingWhileAnotherRuns) {
+    for (const bool starts : {true, false}) {
+        Script script;
+        script.starts = starts;
+        const auto ended = MakeRunner(script, {AddOne});
+        ended->Stop();
+        ASSERT_TRUE(WaitUntil([&] { return !ended->IsRunning(); }));
+        script.starts = true;
+        const auto runner = MakeRunner(script, {AddOne});
+        uint64_t reply = 0;
+        CMessage message(1, 0, reinterpret_cast<uint64_t>(&reply));
+        EXPECT_FALSE(ended->Send(message));
+        EXPECT_TRUE(runner->Send(message));
+        EXPECT_EQ(reply, 1U);
+    }
+}
+
 TEST(Runner, AStartThatThrowsIsAFailedStart) {
     Script script;
     script.onStart = [] { throw std::bad_alloc(); };
