@@ -2,6 +2,7 @@
 // exception out.
 #pragma once
 
+#include <poll.h>
 #include <pthread.h>
 #include <wx/defs.h>
 #include <wx/string.h>
@@ -32,13 +33,17 @@ template <typename Body>
 /// thread may be writing into its stack. A thread that allows it at any time can be cancelled at
 /// each instruction before and after that, so there is nothing here to be destroyed or caught. The
 /// type is changed, too: the C library's signal may be on its way when the state changes, and on
-/// its arrival only the type is looked at.
+/// its arrival only the type is looked at. It arrives while a function returns that can be
+/// cancelled (poll), which waits for it; not in a wait inside the body.
 template <typename Body>
 std::invoke_result_t<Body> Guarded(std::invoke_result_t<Body> failure, const Body& body) {
     int type = PTHREAD_CANCEL_DEFERRED;
     int state = PTHREAD_CANCEL_ENABLE;
     pthread_setcanceltype(PTHREAD_CANCEL_DEFERRED, &type);
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+    if (type == PTHREAD_CANCEL_ASYNCHRONOUS) {
+        poll(nullptr, 0, 0);
+    }
     const auto result = Caught(failure, body);
     pthread_setcanceltype(type, nullptr);
     pthread_setcancelstate(state, nullptr);
