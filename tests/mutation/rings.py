@@ -98,7 +98,7 @@ class Rings:
                             os.path.join(self._black_box, f"test_{name}.py"), "-f"])
                     for name in black_box.split()]
         if ring == "all":
-            return [self._gtest(self._unit, ""), self._gtest(self._white_box, "")]
+            return [self._gtest(self._unit, "", SLOW), self._gtest(self._white_box, "")]
         return []  # "codes": compiled is all that it is
 
     def fails(self, number, command, limit):
