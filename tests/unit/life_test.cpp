@@ -260,6 +260,36 @@ TEST_F(LifeDeathTest, AThreadThatHasEndedIsNotWaitedFor) {
     EXPECT_EXIT(ExitAfterAnEnd(), testing::ExitedWithCode(kAsExpected), "");
 }
 
+// What the thread does after it has told its end: the toolkit's records of a thread are destroyed.
+std::atomic<bool> g_isGone{false};
+
+void ExitDuringTheLastInstructions() {
+    struct LastInstructions {
+        bool told = false;
+        ~LastInstructions() {
+            WaitForEvent(*Seen().never, told ? 40 : 0);
+            g_isGone = told;
+        }
+    };
+    std::atexit([] { End(g_isGone); });
+    ASSERT_TRUE(ProcessLife().Change(State::Down, State::Entering));
+    std::thread([] {
+        static thread_local LastInstructions last;
+        ProcessLife().Enter();
+        ProcessLife().Advance(State::Starting);
+        ProcessLife().Advance(State::Down);
+        last.told = true;
+        Seen().reached->Set();
+    }).detach();
+    WaitForEvent(*Seen().reached, kLongMs);
+    GoFirstAtExit();
+    std::exit(0);
+}
+
+TEST_F(LifeDeathTest, AThreadThatHasToldItsEndIsWaitedForUntilItIsGone) {
+    EXPECT_EXIT(ExitDuringTheLastInstructions(), testing::ExitedWithCode(kAsExpected), "");
+}
+
 // Libraries that are loaded, and texts that are drawn, after the start register handlers, too.
 void ExitWithALateHandler() {
     StayIn(State::Starting, kSlowCallMs, State::Up);

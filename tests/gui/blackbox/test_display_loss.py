@@ -92,8 +92,12 @@ class BreakingDisplay(SlowDisplay):
     def __init__(self, display):
         self._left = None
         self._lock = threading.Lock()
+        self.holds = False
         super().__init__(display)
         self.let_through()
+
+    def hold_back(self):
+        self._go.clear()
 
     def break_after(self, count):
         with self._lock:
@@ -109,6 +113,9 @@ class BreakingDisplay(SlowDisplay):
             if gate is not None:
                 self._pass_on_greeting(source, sink)
             while data := source.recv(4096):
+                if gate is not None and not gate.is_set():
+                    self.holds = True
+                    gate.wait()
                 with self._lock:
                     if gate is not None and self._left is not None:
                         data = data[:self._left]
@@ -129,8 +136,15 @@ class BreakingDisplay(SlowDisplay):
         sink.sendall(head + source.recv(length, socket.MSG_WAITALL))
 
 
+def times_slept(pid):
+    """How often the main thread of a process has slept."""
+    with open(f"/proc/{pid}/task/{pid}/status", encoding="ascii") as status:
+        return next(int(line.split()[1]) for line in status
+                    if line.startswith("voluntary_ctxt_switches"))
+
+
 class LossOnTheWay(StageTestCase):
-    """The connection breaks at some moment of a start or an end."""
+    """The connection breaks at some moment of a start, an end or an exit."""
 
     def start_host_on_a_wire(self):
         wire = BreakingDisplay(os.environ["DISPLAY"])
@@ -144,6 +158,22 @@ class LossOnTheWay(StageTestCase):
             host.call("DLG_Finalize").result()
             self.assertEqual(FAILED, host.call("DLG_GetLocale", bufferCapacity=16).result())
         self.assertEqual(0, host.quit(), host.stderr())
+
+    def test_during_an_exit_the_host_ends_with_its_own_status(self):
+        host, wire = self.start_host_on_a_wire()
+        self.assertEqual(1, host.run("DLG_PinPadShowVerificationDialog"))
+        wire.hold_back()
+        host.call(PIN)  # its thread waits for the display, and the exit for that thread
+        wait_until(lambda: wire.holds, what="an answer that is held back")
+        sleeps = times_slept(host.pid)
+        codes = []
+        ending = threading.Thread(target=lambda: codes.append(host.quit()), daemon=True)
+        ending.start()
+        wait_until(lambda: times_slept(host.pid) > sleeps + 20, what="an exit that waits")
+        wire.break_after(0)
+        wire.let_through()
+        ending.join()
+        self.assertEqual([0], codes, host.stderr())
 
     def test_during_a_start_calls_fail_and_finalise_returns(self):
         for count in (1, 500, 2000, 4000):
