@@ -10,13 +10,13 @@ void __gcov_dump();
 
 namespace {
 
-const uid_t kOwner = ::geteuid();
+const uid_t kOwner = geteuid();
 
 /// Whether this process, which may have given up rights, can still write all of its counts: a part
 /// of them would spoil those that are there.
 bool MayWriteCounts() {
     const rlimit none{RLIM_INFINITY, RLIM_INFINITY};
-    return ::geteuid() == kOwner && ::setrlimit(RLIMIT_FSIZE, &none) == 0;
+    return geteuid() == kOwner && setrlimit(RLIMIT_FSIZE, &none) == 0;
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ bool IsInTemplate(const char* english) {
 }
 
 // A text that script/mutate has changed is for the tests that know it.
-bool IsMutated() { return std::getenv("ZELDLG_MUTANT") != nullptr; }
+bool IsMutated() { return getenv("ZELDLG_MUTANT") != nullptr; }
 
 void Check(const char* english) {
     EXPECT_TRUE(IsMutated() || IsInTemplate(english)) << english << ": mark it with CATALOGUE_KEY";

@@ -61,8 +61,8 @@ void ReadAndFindLines(benchmark::State& state) {
         const char* const end = at + content.size;
         int64_t lines = 0;
         for (; at < end; ++lines) {
-            const auto left = static_cast<std::size_t>(end - at);
-            at = static_cast<const char*>(std::memchr(at, '\n', left)) + 1;
+            const auto left = static_cast<size_t>(end - at);
+            at = static_cast<const char*>(memchr(at, '\n', left)) + 1;
         }
         Require(lines == 4 * state.range(0) + 2);
     }
@@ -78,7 +78,7 @@ void OpenEveryKey(benchmark::State& state) {
     }
     std::vector<HKEY> keys(paths.size());
     for (auto _ : state) {
-        for (std::size_t i = 0; i < paths.size(); ++i) {
+        for (size_t i = 0; i < paths.size(); ++i) {
             Require(RegOpenKeyEx(HKEY_LOCAL_MACHINE, paths[i].c_str(), kAccessDefault, &keys[i]) ==
                     kSuccess);
         }
@@ -97,7 +97,7 @@ void QueryAmongOpenKeys(benchmark::State& state) {
         Require(RegOpenKeyEx(HKEY_LOCAL_MACHINE, Files::Path(i).c_str(), kAccessDefault,
                              &keys.emplace_back()) == kSuccess);
     }
-    std::size_t next = 0;
+    size_t next = 0;
     for (auto _ : state) {
         uint32_t number = 0;
         uint32_t size = sizeof number;

@@ -25,7 +25,7 @@ public:
     explicit Files(int64_t keys) : m_keys(keys) {
         std::string pattern =
             (std::filesystem::temp_directory_path() / "zeldlg-bench-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr) {
+        if (mkdtemp(pattern.data()) == nullptr) {
             throw std::runtime_error("no temporary directory");
         }
         m_directory = pattern;
@@ -43,7 +43,7 @@ public:
         places.shippedDirectory = (m_directory / "shipped").string();
         places.systemDirectory = (m_directory / "system").string();
         places.environment = [home = m_directory.string()](const char* name) {
-            return std::strcmp(name, "ZEL_HOME") == 0 ? std::optional(home) : std::nullopt;
+            return strcmp(name, "ZEL_HOME") == 0 ? std::optional(home) : std::nullopt;
         };
         zeldlg::registry::SetRegistryPlaces(places);
     }

@@ -22,14 +22,14 @@ bool IsAscii(std::string_view text) {
 // compared byte by byte.
 wchar_t ToLower(wchar_t c) {
     // Made once, on whichever thread comes first, and never freed: it is a few words.
-    static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     if (c < 0x80) {
         return static_cast<wchar_t>(ToLowerAscii(static_cast<char>(c)));
     }
     if (unicode == nullptr) {
         return c;
     }
-    const auto lower = static_cast<wchar_t>(::towlower_l(static_cast<std::wint_t>(c), unicode));
+    const auto lower = static_cast<wchar_t>(towlower_l(static_cast<wint_t>(c), unicode));
     return lower < 0x80 ? c : lower;
 }
 

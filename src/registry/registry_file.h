@@ -7,11 +7,13 @@
 #include <string>
 #include <string_view>
 
-#include "registry/file_descriptor.h"
+#include "platform/file_descriptor.h"
 #include "registry/registry_error.h"
 #include "registry/registry_places.h"
 
 namespace zeldlg::registry {
+
+using platform::FileDescriptor;
 
 struct LoadableRegistry {
     FileDescriptor file;

@@ -25,16 +25,16 @@ std::atomic<bool> g_closed = false;  // set once by Close(), while it holds g_mu
 void CreateMutex() {
     g_process = getpid();
     pthread_mutexattr_t attributes;
-    ::pthread_mutexattr_init(&attributes);
-    ::pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-    ::pthread_mutex_init(&g_mutex, &attributes);
-    ::pthread_mutexattr_destroy(&attributes);
+    pthread_mutexattr_init(&attributes);
+    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
+    pthread_mutex_init(&g_mutex, &attributes);
+    pthread_mutexattr_destroy(&attributes);
 }
 
 // In small steps: the lock with a deadline on the monotonic clock is unknown to thread sanitizers.
 bool LockSoon() {
     const auto deadline = std::chrono::steady_clock::now() + kCloseWait;
-    while (::pthread_mutex_trylock(&g_mutex) != 0) {
+    while (pthread_mutex_trylock(&g_mutex) != 0) {
         if (std::chrono::steady_clock::now() >= deadline) {
             return false;
         }
@@ -46,13 +46,13 @@ bool LockSoon() {
 }  // namespace
 
 RegistryLock::RegistryLock() {
-    ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &m_cancelState);
-    ::pthread_once(&g_once, CreateMutex);
-    if (g_closed || ::pthread_mutex_lock(&g_mutex) != 0) {
+    pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &m_cancelState);
+    pthread_once(&g_once, CreateMutex);
+    if (g_closed || pthread_mutex_lock(&g_mutex) != 0) {
         return;
     }
     if (g_closed) {  // while this thread was waiting
-        ::pthread_mutex_unlock(&g_mutex);
+        pthread_mutex_unlock(&g_mutex);
         return;
     }
     ++g_depth;
@@ -62,13 +62,13 @@ RegistryLock::RegistryLock() {
 RegistryLock::~RegistryLock() {
     if (m_held && g_depth > 0) {  // 0: closed under this lock's feet, on its own thread
         --g_depth;
-        ::pthread_mutex_unlock(&g_mutex);
+        pthread_mutex_unlock(&g_mutex);
     }
-    ::pthread_setcancelstate(m_cancelState, nullptr);
+    pthread_setcancelstate(m_cancelState, nullptr);
 }
 
 void RegistryLock::Close(const std::function<void()>& last) {
-    ::pthread_once(&g_once, CreateMutex);
+    pthread_once(&g_once, CreateMutex);
     if (platform::IsForkedFrom(g_process) || g_closed || !LockSoon()) {
         return;
     }
@@ -79,10 +79,10 @@ void RegistryLock::Close(const std::function<void()>& last) {
     ++g_depth;
     while (g_depth > 0) {
         --g_depth;
-        ::pthread_mutex_unlock(&g_mutex);
+        pthread_mutex_unlock(&g_mutex);
     }
     // Fails harmlessly when a thread that waited has just got it: that thread sees g_closed.
-    ::pthread_mutex_destroy(&g_mutex);
+    pthread_mutex_destroy(&g_mutex);
 }
 
 }  // namespace zeldlg::registry

@@ -11,10 +11,12 @@
 #include <cstring>
 #include <string_view>
 
-#include "registry/file_descriptor.h"
+#include "platform/file_descriptor.h"
 
 namespace zeldlg::registry {
 namespace {
+
+using platform::FileDescriptor;
 
 constexpr std::string_view kStampMark = R"("RegistryHash"=")";
 constexpr size_t kBlockSize = 65536;
@@ -39,7 +41,7 @@ ssize_t ReadBlock(const FileDescriptor& file, std::string& text) {
 
 // memmem() is several times as fast as std::string::find() in a text full of quotes.
 size_t FindMark(const std::string& text) {
-    const void* found = ::memmem(text.data(), text.size(), kStampMark.data(), kStampMark.size());
+    const void* found = memmem(text.data(), text.size(), kStampMark.data(), kStampMark.size());
     return found == nullptr ? std::string::npos
                             : static_cast<size_t>(static_cast<const char*>(found) - text.data());
 }

@@ -274,7 +274,7 @@ RegistryError RegEnumKey(HKEY key, uint32_t index, wchar_t* name, uint32_t* size
             return kNoMemory;
         }
         *size = static_cast<uint32_t>(text.size());
-        std::wmemcpy(name, text.c_str(), text.size() + 1);
+        wmemcpy(name, text.c_str(), text.size() + 1);
         return kSuccess;
     });
 }

@@ -1,8 +1,8 @@
 #include "resources/catalogue.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
-#include <wx/file.h>
 #include <wx/filefn.h>
 #include <wx/stdpaths.h>
 #include <wx/utils.h>
@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "platform/file_descriptor.h"
 #include "resources/catalogue_check.h"
 
 namespace zeldlg {
@@ -18,19 +19,15 @@ namespace zeldlg {
 namespace {
 
 // Far beyond any catalogue: what is larger is not read into memory.
-constexpr wxFileOffset kLargestCatalogue = wxFileOffset{16} << 20;
+constexpr size_t kLargestCatalogue = size_t{16} << 20;
 
 bool ReadFile(const wxString& path, std::string& bytes) {
-    wxFile file;
-    if (!wxFileExists(path) || !file.Open(path)) {
+    const auto file = platform::FileDescriptor::Open(path.fn_str().data(), O_RDONLY);
+    if (!file.IsOpen() || file.Size() > kLargestCatalogue) {
         return false;
     }
-    const wxFileOffset size = file.Length();
-    if (size < 0 || size > kLargestCatalogue) {
-        return false;
-    }
-    bytes.resize(static_cast<size_t>(size));
-    return file.Read(bytes.data(), bytes.size()) == static_cast<ssize_t>(size);
+    bytes.resize(file.Size());
+    return file.Read(bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
 }
 
 // A folder that is looked through. Not the standard library's: that ends the process where there is

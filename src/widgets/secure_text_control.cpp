@@ -24,7 +24,7 @@ int g_fieldWidth = 130;
 
 [[noreturn]] void AbortOnRemovalPastEnd() {
     // The caret and the secret have come apart: what the user sees is not what would be sent.
-    std::abort();
+    abort();
 }
 
 bool IsNavigationKey(int keyCode) {

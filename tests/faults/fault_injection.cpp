@@ -18,7 +18,7 @@ bool g_armed = false;
 bool g_fired = false;
 unsigned g_seen = 0;
 Fault g_fault;
-std::size_t g_live = 0;
+size_t g_live = 0;
 
 constexpr const char* kNames[] = {"open",     "fstat", "stat",   "read",  "write",       "fsync",
                                   "sendfile", "mkdir", "unlink", "close", "operator new"};
@@ -34,8 +34,8 @@ bool IsDue(FaultyCall call) {
 }  // namespace
 
 void PrintTo(const Fault& fault, std::ostream* out) {
-    *out << kNames[static_cast<std::size_t>(fault.call)] << " no. " << fault.occurrence
-         << ", error " << fault.error;
+    *out << kNames[static_cast<size_t>(fault.call)] << " no. " << fault.occurrence << ", error "
+         << fault.error;
 }
 
 FaultScope::FaultScope(const Fault& fault) {
@@ -49,10 +49,10 @@ FaultScope::~FaultScope() { g_armed = false; }
 
 bool FaultScope::Fired() const { return g_fired; }
 
-std::size_t LiveAllocations() { return g_live; }
+size_t LiveAllocations() { return g_live; }
 
-std::size_t OpenFiles() {
-    std::size_t count = 0;
+size_t OpenFiles() {
+    size_t count = 0;
     for ([[maybe_unused]] const auto& entry :
          std::filesystem::directory_iterator("/proc/self/fd")) {
         ++count;
@@ -71,7 +71,7 @@ unsigned ForEachOccurrence(FaultyCall call, int error,
 
 namespace {
 
-void* Allocate(std::size_t size) {
+void* Allocate(size_t size) {
     if (IsDue(FaultyCall::kNew)) {
         return nullptr;
     }
@@ -82,7 +82,7 @@ void* Allocate(std::size_t size) {
 
 void Release(void* memory) {
     g_live -= memory != nullptr ? 1 : 0;
-    std::free(memory);
+    free(memory);
 }
 
 /// The call's own error, or -1 with that of the fault.
@@ -97,7 +97,7 @@ auto Faulty(FaultyCall call, Function function) -> decltype(function()) {
 
 /// For calls that say how much they did.
 template <typename Function>
-ssize_t FaultyTransfer(FaultyCall call, std::size_t size, Function function) {
+ssize_t FaultyTransfer(FaultyCall call, size_t size, Function function) {
     if (!IsDue(call)) {
         return function(size);
     }
@@ -118,7 +118,7 @@ using zeldlg::faults::FaultyCall;
 using zeldlg::faults::FaultyTransfer;
 using zeldlg::faults::Release;
 
-void* operator new(std::size_t size) {
+void* operator new(size_t size) {
     void* const memory = Allocate(size);
     if (memory == nullptr) {
         throw std::bad_alloc();
@@ -126,13 +126,13 @@ void* operator new(std::size_t size) {
     return memory;
 }
 
-void* operator new[](std::size_t size) { return ::operator new(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
+void* operator new[](size_t size) { return ::operator new(size); }
+void* operator new(size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
+void* operator new[](size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
 void operator delete(void* memory) noexcept { Release(memory); }
 void operator delete[](void* memory) noexcept { Release(memory); }
-void operator delete(void* memory, std::size_t) noexcept { Release(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { Release(memory); }
+void operator delete(void* memory, size_t) noexcept { Release(memory); }
+void operator delete[](void* memory, size_t) noexcept { Release(memory); }
 void operator delete(void* memory, const std::nothrow_t&) noexcept { Release(memory); }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept { Release(memory); }
 
@@ -143,10 +143,10 @@ extern "C" {
 int __real_open(const char* path, int flags, ...);
 int __real_fstat(int file, struct stat* status);
 int __real_stat(const char* path, struct stat* status);
-ssize_t __real_read(int file, void* buffer, std::size_t size);
-ssize_t __real_write(int file, const void* buffer, std::size_t size);
+ssize_t __real_read(int file, void* buffer, size_t size);
+ssize_t __real_write(int file, const void* buffer, size_t size);
 int __real_fsync(int file);
-ssize_t __real_sendfile(int to, int from, off_t* offset, std::size_t size);
+ssize_t __real_sendfile(int to, int from, off_t* offset, size_t size);
 int __real_mkdir(const char* path, mode_t mode);
 int __real_unlink(const char* path);
 int __real_close(int file);
@@ -167,24 +167,23 @@ int __wrap_stat(const char* path, struct stat* status) {
     return Faulty(FaultyCall::kStat, [&] { return __real_stat(path, status); });
 }
 
-ssize_t __wrap_read(int file, void* buffer, std::size_t size) {
+ssize_t __wrap_read(int file, void* buffer, size_t size) {
     return FaultyTransfer(FaultyCall::kRead, size,
-                          [&](std::size_t part) { return __real_read(file, buffer, part); });
+                          [&](size_t part) { return __real_read(file, buffer, part); });
 }
 
-ssize_t __wrap_write(int file, const void* buffer, std::size_t size) {
+ssize_t __wrap_write(int file, const void* buffer, size_t size) {
     return FaultyTransfer(FaultyCall::kWrite, size,
-                          [&](std::size_t part) { return __real_write(file, buffer, part); });
+                          [&](size_t part) { return __real_write(file, buffer, part); });
 }
 
 int __wrap_fsync(int file) {
     return Faulty(FaultyCall::kFsync, [&] { return __real_fsync(file); });
 }
 
-ssize_t __wrap_sendfile(int to, int from, off_t* offset, std::size_t size) {
-    return FaultyTransfer(FaultyCall::kSendfile, size, [&](std::size_t part) {
-        return __real_sendfile(to, from, offset, part);
-    });
+ssize_t __wrap_sendfile(int to, int from, off_t* offset, size_t size) {
+    return FaultyTransfer(FaultyCall::kSendfile, size,
+                          [&](size_t part) { return __real_sendfile(to, from, offset, part); });
 }
 
 int __wrap_mkdir(const char* path, mode_t mode) {

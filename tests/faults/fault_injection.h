@@ -51,10 +51,10 @@ public:
 };
 
 /// Allocations by operator new that have not been given back.
-std::size_t LiveAllocations();
+size_t LiveAllocations();
 
 /// Files that the process has open.
-std::size_t OpenFiles();
+size_t OpenFiles();
 
 /// Runs `once` with the fault at every occurrence. @return how many there were
 unsigned ForEachOccurrence(FaultyCall call, int error,

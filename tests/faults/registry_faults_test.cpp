@@ -64,7 +64,7 @@ public:
     }
 
     /// 0: could not be read.
-    std::uint32_t number = 0;
+    uint32_t number = 0;
 
 private:
     std::array<RegistryError, 12> m_errors{};
@@ -75,8 +75,8 @@ private:
 std::map<std::string, std::string> Values(const std::string& content) {
     std::map<std::string, std::string> values;
     std::string key;
-    for (std::size_t at = 0; at < content.size();) {
-        const std::size_t end = content.find("\r\n", at);
+    for (size_t at = 0; at < content.size();) {
+        const size_t end = content.find("\r\n", at);
         const std::string line = content.substr(at, end - at);
         at = end == std::string::npos ? content.size() : end + 2;
         if (line.starts_with('[')) {
@@ -108,8 +108,8 @@ protected:
         std::filesystem::create_directories(scratch / "home");
         scenario.files();
         Outcome outcome;
-        const std::size_t filesBefore = faults::OpenFiles();
-        const std::size_t before = faults::LiveAllocations();
+        const size_t filesBefore = faults::OpenFiles();
+        const size_t before = faults::LiveAllocations();
         bool fired = false;
         {
             const FaultScope scope(fault);
@@ -161,7 +161,7 @@ protected:
         HKEY key = 0;
         if (outcome.Add(RegOpenKeyEx(HKEY_LOCAL_MACHINE, L"Key", kAccessDefault, &key)) ==
             kSuccess) {
-            std::uint32_t size = sizeof outcome.number;
+            uint32_t size = sizeof outcome.number;
             outcome.Add(RegQueryValueEx(key, L"Number", nullptr, &outcome.number, &size));
             outcome.Add(RegCloseKey(key));
         }
@@ -187,7 +187,7 @@ protected:
         outcome.Add(RegCloseKey(key));
     }
 
-    static std::uint32_t NumberNow() {
+    static uint32_t NumberNow() {
         Outcome outcome;
         Read(outcome);
         return outcome.number;
@@ -201,7 +201,7 @@ protected:
     /// of the one, then the rest of the other.
     static bool IsPartOf(const std::string& now, const std::string& fresh, const std::string& old) {
         const auto same = std::mismatch(now.begin(), now.end(), fresh.begin(), fresh.end());
-        for (auto k = static_cast<std::size_t>(same.first - now.begin()) + 1; k-- > 0;) {
+        for (auto k = static_cast<size_t>(same.first - now.begin()) + 1; k-- > 0;) {
             if (std::string_view(now).substr(k) ==
                 std::string_view(old).substr(std::min(k, old.size()))) {
                 return true;
@@ -264,7 +264,7 @@ TEST_F(Faults, WhileTheFirstCopyIsMadeLeaveAllOfItOrNothing) {
 }
 
 TEST_F(Faults, WhileAFileIsMadeLeaveOneThatCanBeUsed) {
-    const auto make = [](Outcome& outcome, std::uint32_t number) {
+    const auto make = [](Outcome& outcome, uint32_t number) {
         HKEY key = 0;
         if (outcome.Add(RegCreateKeyEx(HKEY_LOCAL_MACHINE, L"Key", 0, &key, nullptr)) == kSuccess) {
             outcome.Add(SetNumber(key, L"Number", number));

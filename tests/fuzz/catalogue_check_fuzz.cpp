@@ -20,18 +20,18 @@ namespace {
 class FencedBytes {
 public:
     explicit FencedBytes(std::string_view bytes) {
-        const std::size_t page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-        const std::size_t room = (bytes.size() + page) / page * page;
+        const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+        const size_t room = (bytes.size() + page) / page * page;
         m_size = room + page;
         void* const map =
-            ::mmap(nullptr, m_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+            mmap(nullptr, m_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         REQUIRE(map != MAP_FAILED);
         m_map = static_cast<char*>(map);
-        REQUIRE(::mprotect(m_map + room, page, PROT_NONE) == 0);
+        REQUIRE(mprotect(m_map + room, page, PROT_NONE) == 0);
         m_bytes = m_map + room - bytes.size();
-        std::memcpy(m_bytes, bytes.data(), bytes.size());
+        memcpy(m_bytes, bytes.data(), bytes.size());
     }
-    ~FencedBytes() { ::munmap(m_map, m_size); }
+    ~FencedBytes() { munmap(m_map, m_size); }
     FencedBytes(const FencedBytes&) = delete;
     FencedBytes& operator=(const FencedBytes&) = delete;
 
@@ -40,7 +40,7 @@ public:
 private:
     char* m_map = nullptr;
     char* m_bytes = nullptr;
-    std::size_t m_size = 0;
+    size_t m_size = 0;
 };
 
 /// Reads the file's numbers one byte at a time.
@@ -56,7 +56,7 @@ public:
         if (Number(0) != 0x950412de) {
             return false;
         }
-        for (std::uint64_t i = 0; i < Number(8); ++i) {
+        for (uint64_t i = 0; i < Number(8); ++i) {
             if (!IsText(Number(12) + i * 8) || !IsText(Number(16) + i * 8)) {
                 return false;
             }
@@ -65,20 +65,20 @@ public:
     }
 
 private:
-    std::uint64_t Number(std::uint64_t at) const {
-        std::uint64_t number = 0;
-        for (std::uint64_t i = 0; i < 4; ++i) {
+    uint64_t Number(uint64_t at) const {
+        uint64_t number = 0;
+        for (uint64_t i = 0; i < 4; ++i) {
             const auto byte = static_cast<unsigned char>(m_file[at + (m_bigEnded ? i : 3 - i)]);
             number = number * 256 + byte;
         }
         return number;
     }
 
-    bool IsText(std::uint64_t entry) const {
+    bool IsText(uint64_t entry) const {
         if (entry + 8 > m_file.size()) {
             return false;
         }
-        const std::uint64_t end = Number(entry) + Number(entry + 4);
+        const uint64_t end = Number(entry) + Number(entry + 4);
         return end < m_file.size() && m_file[end] == '\0';
     }
 

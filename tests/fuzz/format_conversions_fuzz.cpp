@@ -96,16 +96,16 @@ std::wstring PlainFormatAs(unsigned which, const std::wstring& format) {
             length = std::swprintf(out.data(), out.size(), f);
     }
     REQUIRE(length >= 0);
-    out.resize(static_cast<std::size_t>(length));
+    out.resize(static_cast<size_t>(length));
     return out;
 }
 
-bool IsAnyOf(wchar_t c, const wchar_t* set) { return c != 0 && std::wcschr(set, c) != nullptr; }
+bool IsAnyOf(wchar_t c, const wchar_t* set) { return c != 0 && wcschr(set, c) != nullptr; }
 
 /// Reads a format as printf(3) tells it: flags, width, precision, length, conversion.
 struct PlainParser {
     const std::wstring format;
-    std::size_t at = 0;
+    size_t at = 0;
     std::vector<std::string> found = {};
     std::wstring announced = {};  ///< the format with "%ls" for "%s" and "%lc" for "%c"
 
@@ -181,7 +181,7 @@ FUZZ_TARGET(format_conversions) {
     plain.Run();
     const std::vector<std::string> conversions = FormatConversions(translation);
     REQUIRE_EQ(conversions.size(), plain.found.size());
-    for (std::size_t i = 0; i < conversions.size(); ++i) {
+    for (size_t i = 0; i < conversions.size(); ++i) {
         REQUIRE_EQ(conversions[i], plain.found[i]);
     }
     REQUIRE(HasSameConversions(translation, translation));

@@ -15,7 +15,7 @@ using namespace plain;  // NOLINT(google-build-using-namespace): written for thi
 
 std::wstring Cut(const std::wstring& text) { return text.substr(0, 499); }
 
-std::wstring Decimal(std::int64_t number) { return std::to_wstring(number); }
+std::wstring Decimal(int64_t number) { return std::to_wstring(number); }
 
 void RequireShown(const wxString& shown, const std::wstring& expected) {
     REQUIRE_EQ(shown.ToStdWstring(), Cut(expected));
@@ -28,12 +28,12 @@ FUZZ_TARGET(format_texts) {
     REQUIRE(localeSet);
     FuzzInput input(bytes);
     const unsigned which = input.Below(8);
-    const std::uint32_t number = input.Flag() ? input.Word() : input.Byte();
+    const uint32_t number = input.Flag() ? input.Word() : input.Byte();
     // Longer than what is shown, more often than the fuzzer would make it.
-    const std::size_t times = input.Below(8) == 0 ? 20 : 1;
+    const size_t times = input.Below(8) == 0 ? 20 : 1;
     const std::string piece = input.Rest();
     std::string host;
-    for (std::size_t i = 0; i < times; ++i) {
+    for (size_t i = 0; i < times; ++i) {
         host += piece.substr(0, piece.find('\0'));
     }
     const std::wstring text = AsWide(PlainDecode(host, 0xFFFD));
@@ -41,8 +41,8 @@ FUZZ_TARGET(format_texts) {
     REQUIRE_EQ(shown.ToStdWstring(), text);
     REQUIRE_EQ(ToUtf8(shown), PlainEncode(PlainDecode(host, 0xFFFD)));
     REQUIRE_EQ(TranslateText(shown).ToStdWstring(), text);
-    const std::int64_t bounded = number > 0x7FFFFFFF ? 0x7FFFFFFF : number;
-    REQUIRE_EQ(std::int64_t{ShownNumber(number)}, bounded);
+    const int64_t bounded = number > 0x7FFFFFFF ? 0x7FFFFFFF : number;
+    REQUIRE_EQ(int64_t{ShownNumber(number)}, bounded);
 
     switch (which) {
         case 0:

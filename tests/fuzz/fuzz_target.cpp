@@ -16,7 +16,7 @@ void AppendShown(std::string& shown, unsigned long code) {
         return;
     }
     char form[24];
-    std::snprintf(form, sizeof form, "\\{%lx}", code);
+    snprintf(form, sizeof form, "\\{%lx}", code);
     shown += form;
 }
 
@@ -29,17 +29,17 @@ FuzzTarget::FuzzTarget(const char* name, FuzzFunction function)
 
 const FuzzTarget* FuzzTarget::First() { return g_first; }
 
-std::uint8_t FuzzInput::Byte() {
+uint8_t FuzzInput::Byte() {
     if (m_rest.empty()) {
         return 0;
     }
-    const auto byte = static_cast<std::uint8_t>(m_rest.front());
+    const auto byte = static_cast<uint8_t>(m_rest.front());
     m_rest.remove_prefix(1);
     return byte;
 }
 
-std::uint32_t FuzzInput::Word() {
-    std::uint32_t word = 0;
+uint32_t FuzzInput::Word() {
+    uint32_t word = 0;
     for (int i = 0; i < 4; ++i) {
         word = (word << 8U) | Byte();
     }
@@ -47,7 +47,7 @@ std::uint32_t FuzzInput::Word() {
 }
 
 std::string FuzzInput::Text(unsigned most) {
-    const std::size_t length = Below(most + 1);
+    const size_t length = Below(most + 1);
     const std::string text(m_rest.substr(0, length));
     m_rest.remove_prefix(text.size());
     return text;
@@ -70,14 +70,14 @@ std::string Shown(std::string_view text) {
 std::string Shown(std::wstring_view text) {
     std::string shown = "L\"";
     for (const wchar_t c : text) {
-        AppendShown(shown, static_cast<std::uint32_t>(c));
+        AppendShown(shown, static_cast<uint32_t>(c));
     }
     return shown + "\"";
 }
 
 void Fail(const char* file, int line, const std::string& what) {
-    std::fprintf(stderr, "%s:%d: %s\n", file, line, what.c_str());
-    std::abort();
+    fprintf(stderr, "%s:%d: %s\n", file, line, what.c_str());
+    abort();
 }
 
 }  // namespace zeldlg::fuzz

@@ -35,11 +35,11 @@ public:
     explicit FuzzInput(std::string_view bytes) : m_rest(bytes) {}
 
     bool IsEmpty() const { return m_rest.empty(); }
-    std::uint8_t Byte();
+    uint8_t Byte();
     bool Flag() { return (Byte() & 1U) != 0; }
     /// A number below `bound`, which is 1 to 256.
     unsigned Below(unsigned bound) { return Byte() % bound; }
-    std::uint32_t Word();
+    uint32_t Word();
     /// At most `most` (up to 255) bytes; the first byte says how many.
     std::string Text(unsigned most);
     /// Everything that is left.
@@ -85,10 +85,10 @@ std::string Shown(Number number) {
     } while (false)
 
 #ifdef ZELDLG_FUZZ
-#define FUZZ_ENTRY                                                                      \
-    extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) { \
-        FuzzOneInput({reinterpret_cast<const char*>(data), size});                      \
-        return 0;                                                                       \
+#define FUZZ_ENTRY                                                            \
+    extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) { \
+        FuzzOneInput({reinterpret_cast<const char*>(data), size});            \
+        return 0;                                                             \
     }
 #else
 #define FUZZ_ENTRY

@@ -15,21 +15,21 @@ namespace {
 
 __extension__ typedef __int128 Wide;
 
-std::uint32_t Number(FuzzInput& input) {
-    static constexpr std::uint32_t kEdges[] = {0,          1,          0x7FFFFFFF, 0x80000000,
-                                               0x80000001, 0xFFFFFFFE, 0xFFFFFFFF, 499};
+uint32_t Number(FuzzInput& input) {
+    static constexpr uint32_t kEdges[] = {0,          1,          0x7FFFFFFF, 0x80000000,
+                                          0x80000001, 0xFFFFFFFE, 0xFFFFFFFF, 499};
     const unsigned kind = input.Below(12);
     return kind < std::size(kEdges) ? kEdges[kind] : kind < 10 ? input.Word() : input.Below(40);
 }
 
 void RequireLengthRule(FuzzInput& input) {
-    const std::uint32_t min = Number(input);
-    const std::uint32_t max = Number(input);
+    const uint32_t min = Number(input);
+    const uint32_t max = Number(input);
     PinLengthRule rule(min, max);
     bool minOk = false;
     bool maxOk = true;
     for (int i = 0; i < 3; ++i) {
-        const std::uint32_t length = Number(input);
+        const uint32_t length = Number(input);
         const bool changed = minOk != (Wide{length} >= Wide{min}) || maxOk != (length <= max);
         REQUIRE_EQ(rule.Update(length), changed);
         minOk = Wide{length} >= Wide{min};
@@ -41,8 +41,8 @@ void RequireLengthRule(FuzzInput& input) {
 }
 
 void RequireNewPinRules(FuzzInput& input) {
-    const NewPinBounds bounds{.min = static_cast<std::int32_t>(Number(input)),
-                              .max = static_cast<std::int32_t>(Number(input))};
+    const NewPinBounds bounds{.min = static_cast<int32_t>(Number(input)),
+                              .max = static_cast<int32_t>(Number(input))};
     const std::string pin = input.Text(30);
     const std::string confirmation = input.Flag() ? pin : input.Text(30);
     const auto within = [&bounds](const std::string& text) {
@@ -73,37 +73,36 @@ void RequireChangeRules(FuzzInput& input) {
 
 /// A buffer has what it says or less, a host's claim may be larger.
 void RequireDelivery(FuzzInput& input) {
-    std::uint64_t claimed = input.Flag() ? Number(input) : input.Below(40);
+    uint64_t claimed = input.Flag() ? Number(input) : input.Below(40);
     if (input.Below(4) == 0) {
         claimed = claimed << 32U | Number(input);
     }
     const bool isNull = input.Below(8) == 0;
     const std::string bytes = input.Text(30);
-    const auto buffer = std::make_unique<std::uint8_t[]>(
-        static_cast<std::size_t>(std::min<std::uint64_t>(claimed, bytes.size())));
-    std::uint8_t* const given = isNull ? nullptr : buffer.get();
+    const auto buffer =
+        std::make_unique<uint8_t[]>(static_cast<size_t>(std::min<uint64_t>(claimed, bytes.size())));
+    uint8_t* const given = isNull ? nullptr : buffer.get();
     const bool fits = Fits(bytes, given, claimed);
     REQUIRE_EQ(fits, Wide{claimed} >= static_cast<Wide>(bytes.size()) && (!isNull || claimed == 0));
     if (fits) {
-        std::uint64_t length = 77;
+        uint64_t length = 77;
         Deliver(bytes, given, length);
-        REQUIRE_EQ(length, std::uint64_t{bytes.size()});
-        REQUIRE(std::equal(bytes.begin(), bytes.end(), given, [](char a, std::uint8_t b) {
-            return static_cast<std::uint8_t>(a) == b;
-        }));
+        REQUIRE_EQ(length, uint64_t{bytes.size()});
+        REQUIRE(std::equal(bytes.begin(), bytes.end(), given,
+                           [](char a, uint8_t b) { return static_cast<uint8_t>(a) == b; }));
     }
 }
 
 void RequireSizedText(FuzzInput& input) {
-    const std::uint32_t claimed = Number(input);
+    const uint32_t claimed = Number(input);
     const bool isNull = input.Below(8) == 0;
     const std::string text = input.Text(30);
-    const auto buffer = std::make_unique<char[]>(std::min<std::size_t>(claimed, text.size() + 1));
-    std::uint32_t size = claimed;
-    const std::uint32_t result = StoreSizedText<char>(text, isNull ? nullptr : buffer.get(), size);
+    const auto buffer = std::make_unique<char[]>(std::min<size_t>(claimed, text.size() + 1));
+    uint32_t size = claimed;
+    const uint32_t result = StoreSizedText<char>(text, isNull ? nullptr : buffer.get(), size);
     const bool fits = Wide{claimed} > static_cast<Wide>(text.size()) && !isNull;
-    REQUIRE_EQ(result, std::uint32_t{fits ? ZELDLG_OK : ZELDLG_BUFFER_TOO_SMALL});
-    REQUIRE_EQ(std::size_t{size}, text.size() + 1);
+    REQUIRE_EQ(result, uint32_t{fits ? ZELDLG_OK : ZELDLG_BUFFER_TOO_SMALL});
+    REQUIRE_EQ(size_t{size}, text.size() + 1);
     if (fits) {
         REQUIRE_EQ(std::string(buffer.get(), text.size()), text);
         REQUIRE(buffer[text.size()] == '\0');

@@ -34,7 +34,7 @@ struct PlainRow {
         const int left = (kPlaces - length) / 2;
         for (int i = 0; i < kPlaces; ++i) {
             const bool inside = i >= left && i < left + length;
-            places[i] = inside ? words[static_cast<std::size_t>(i - left)] : L'_';
+            places[i] = inside ? words[static_cast<size_t>(i - left)] : L'_';
             places[i] = places[i] == L' ' ? L'_' : places[i];
         }
     }

@@ -17,19 +17,19 @@ namespace {
 using namespace plain;  // NOLINT(google-build-using-namespace): written for this
 
 // The plain check counts in 8 bits.
-constexpr std::size_t kLongestPin = 255;
+constexpr size_t kLongestPin = 255;
 
 PinPolicy MakePolicy(FuzzInput& input) {
     PinPolicy policy;
-    std::uint8_t* const fields[] = {&policy.enabledMask,       &policy.p1Threshold,
-                                    &policy.p1CaseSensitive,   &policy.p1FullPinCheck,
-                                    &policy.p2NbClass,         &policy.p2PopMin,
-                                    &policy.p2MinLen,          &policy.p2ClassMask,
-                                    &policy.p3Threshold,       &policy.p3HistorySize,
-                                    &policy.p3CaseInsensitive, &policy.p3LengthNormalize,
-                                    &policy.p3StrictOnly,      &policy.lastRefusedCharacter,
-                                    &policy.p4IsWhiteList};
-    for (std::uint8_t* field : fields) {
+    uint8_t* const fields[] = {&policy.enabledMask,       &policy.p1Threshold,
+                               &policy.p1CaseSensitive,   &policy.p1FullPinCheck,
+                               &policy.p2NbClass,         &policy.p2PopMin,
+                               &policy.p2MinLen,          &policy.p2ClassMask,
+                               &policy.p3Threshold,       &policy.p3HistorySize,
+                               &policy.p3CaseInsensitive, &policy.p3LengthNormalize,
+                               &policy.p3StrictOnly,      &policy.lastRefusedCharacter,
+                               &policy.p4IsWhiteList};
+    for (uint8_t* field : fields) {
         *field = input.Byte();
     }
     policy.source = static_cast<PolicySource>(input.Flag() ? -static_cast<int>(input.Below(6))

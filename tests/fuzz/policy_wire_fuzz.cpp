@@ -12,7 +12,7 @@ namespace zeldlg::fuzz {
 
 namespace {
 
-constexpr std::size_t kBlockSize = 32;
+constexpr size_t kBlockSize = 32;
 
 enum class Verdict { Read, NoPolicy, Unusable };
 
@@ -27,24 +27,24 @@ struct HostPolicy {
 
 template <typename Value>
 void Put(unsigned char* place, Value value) {
-    std::memcpy(place, &value, sizeof value);
+    memcpy(place, &value, sizeof value);
 }
 
 HostPolicy MakeHostPolicy(FuzzInput& input, std::string& charList) {
     HostPolicy host;
     const unsigned nulls = input.Byte();
-    const std::uint32_t tag = input.Flag() ? input.Word() : input.Below(6);
-    const std::uint32_t size = input.Flag() ? input.Word() : 24 + input.Below(16);
-    for (std::size_t i = 0; i < kBlockSize; ++i) {
+    const uint32_t tag = input.Flag() ? input.Word() : input.Below(6);
+    const uint32_t size = input.Flag() ? input.Word() : 24 + input.Below(16);
+    for (size_t i = 0; i < kBlockSize; ++i) {
         host.block[i] = input.Byte();
     }
     charList = input.Rest();
     host.characters = std::make_unique<char[]>(charList.size());
-    std::memcpy(host.characters.get(), charList.data(), charList.size());
+    memcpy(host.characters.get(), charList.data(), charList.size());
     const bool hasBlock = nulls % 16 != 0;
     const bool hasList = nulls / 16 != 0;
     const bool hasCharacters = nulls % 16 != 1 && !(charList.empty() && nulls % 2 == 0);
-    Put(host.list.get(), static_cast<std::uint32_t>(charList.size()));
+    Put(host.list.get(), static_cast<uint32_t>(charList.size()));
     Put(host.list.get() + 8, hasCharacters ? host.characters.get() : nullptr);
     Put(host.block.get() + 16, hasList ? host.list.get() : nullptr);
     host.descriptor.tag = tag;
@@ -74,19 +74,19 @@ Verdict Fill(PinPolicy& policy, const PinPolicyDescriptor& descriptor) {
 /// The fields as the offsets have them.
 PinPolicy PlainPolicy(const unsigned char* block, const std::string& charList) {
     PinPolicy policy;
-    std::uint8_t* const fields[] = {
+    uint8_t* const fields[] = {
         &policy.headerByte,        &policy.enabledMask,    &policy.p1Threshold,
         &policy.p1CaseSensitive,   &policy.p1FullPinCheck, &policy.p2NbClass,
         &policy.p2PopMin,          &policy.p2MinLen,       &policy.p2ClassMask,
         &policy.p3Threshold,       &policy.p3HistorySize,  &policy.p3CaseInsensitive,
         &policy.p3LengthNormalize, &policy.p3StrictOnly};
-    for (std::size_t i = 0; i < std::size(fields); ++i) {
+    for (size_t i = 0; i < std::size(fields); ++i) {
         *fields[i] = block[i];
     }
     policy.lastRefusedCharacter = block[24];
     policy.p4IsWhiteList = block[25];
-    std::int32_t source = 0;
-    std::memcpy(&source, block + 28, sizeof source);
+    int32_t source = 0;
+    memcpy(&source, block + 28, sizeof source);
     policy.source = static_cast<PolicySource>(source);
     policy.p4CharList = charList;
     return policy;
@@ -95,14 +95,14 @@ PinPolicy PlainPolicy(const unsigned char* block, const std::string& charList) {
 void RequireSameBlock(const PinPolicy& policy, const unsigned char* original) {
     const PinPolicyFlatCopy copy(policy);
     const PinPolicyDescriptor descriptor = copy.Descriptor();
-    REQUIRE_EQ(descriptor.tag, std::uint32_t{policy.formatTag});
-    REQUIRE_EQ(descriptor.size, std::uint32_t{kBlockSize});
+    REQUIRE_EQ(descriptor.tag, uint32_t{policy.formatTag});
+    REQUIRE_EQ(descriptor.size, uint32_t{kBlockSize});
     const auto* const block = reinterpret_cast<const unsigned char*>(descriptor.block);
     // All but what is never written, and the pointer.
-    REQUIRE(std::memcmp(block, original, 14) == 0);
-    REQUIRE(std::memcmp(block + 24, original + 24, 2) == 0);
-    REQUIRE(std::memcmp(block + 28, original + 28, 4) == 0);
-    for (const std::size_t unwritten : {14U, 15U, 26U, 27U}) {
+    REQUIRE(memcmp(block, original, 14) == 0);
+    REQUIRE(memcmp(block + 24, original + 24, 2) == 0);
+    REQUIRE(memcmp(block + 28, original + 28, 4) == 0);
+    for (const size_t unwritten : {14U, 15U, 26U, 27U}) {
         REQUIRE(block[unwritten] == 0);
     }
     REQUIRE(descriptor.block->charList->characters == policy.p4CharList.data());

@@ -34,10 +34,10 @@ FUZZ_TARGET(registry_stamp) {
     const bool hasShipped = (what & 3U) != 0;
     const bool hasUser = (what & 12U) != 0;
     // Now and then longer than what is read at once.
-    const std::size_t longer = what == 0xFF ? 65536 - std::size_t{input.Below(64)} : 0;
+    const size_t longer = what == 0xFF ? 65536 - size_t{input.Below(64)} : 0;
     const std::string padding(longer, 'p');
     const std::string both = input.Rest();
-    const std::size_t split = std::min(both.find('\xFF'), both.size());
+    const size_t split = std::min(both.find('\xFF'), both.size());
     const std::string shipped = padding + both.substr(0, split);
     const std::string user = both.substr(std::min(split + 1, both.size()));
 

@@ -20,7 +20,7 @@ using namespace plain;  // NOLINT(google-build-using-namespace): written for thi
 
 using namespace registry;  // NOLINT(google-build-using-namespace): its names are what is tested
 
-constexpr std::size_t kLongestText = 1024;
+constexpr size_t kLongestText = 1024;
 constexpr int kMaxOperations = 60;
 
 constexpr struct {
@@ -47,7 +47,7 @@ public:
             Step();
             REQUIRE_EQ(m_places.User().value_or("(none)"), m_plain.user.value_or("(none)"));
         }
-        for (std::size_t i = 0; i < m_keys.size(); ++i) {
+        for (size_t i = 0; i < m_keys.size(); ++i) {
             CloseAt(i);
         }
         REQUIRE_EQ(RegFlush(), m_plain.Flush());
@@ -71,7 +71,7 @@ private:
         const unsigned which = m_input.Below(16);
         if (which >= 3 && !m_keys.empty()) {
             const int index = static_cast<int>(which % m_keys.size());
-            return {m_keys[static_cast<std::size_t>(index)], {"", index}};
+            return {m_keys[static_cast<size_t>(index)], {"", index}};
         }
         return {kRoots[which % 3].handle, {kRoots[which % 3].name, 0}};
     }
@@ -132,7 +132,7 @@ private:
     void Open() {
         const Chosen from = ChooseKey();
         const std::string path = ChoosePath();
-        const std::uint32_t access = m_input.Flag() ? kAccessDefault : m_input.Byte();
+        const uint32_t access = m_input.Flag() ? kAccessDefault : m_input.Byte();
         HKEY key = 0;
         const RegistryError error = RegOpenKeyEx(from.handle, Wide(path).c_str(), access, &key);
         REQUIRE_EQ(error, m_plain.Open(from.plain, path, access, NextIndex()));
@@ -143,7 +143,7 @@ private:
         const Chosen from = ChooseKey();
         const std::string path = ChoosePath();
         HKEY key = 0;
-        std::uint32_t disposition = 0;
+        uint32_t disposition = 0;
         bool created = false;
         const RegistryError error =
             RegCreateKeyEx(from.handle, Wide(path).c_str(), 0, &key, &disposition);
@@ -173,7 +173,7 @@ private:
     }
 
     // Closed keys stay in the list: they are to be refused.
-    void CloseAt(std::size_t index) {
+    void CloseAt(size_t index) {
         REQUIRE_EQ(RegCloseKey(m_keys[index]), m_plain.Close(static_cast<int>(index)));
     }
 
@@ -182,8 +182,8 @@ private:
         const std::string name = ChooseName();
         RegistryValue expected;
         const RegistryError error = m_plain.Query(key.plain, name, expected);
-        std::uint32_t type = 0;
-        std::uint32_t size = 0;
+        uint32_t type = 0;
+        uint32_t size = 0;
         const std::wstring wide = Wide(name);
         REQUIRE_EQ(RegQueryValueEx(key.handle, wide.c_str(), &type, nullptr, &size), error);
         if (error != kSuccess) {
@@ -191,17 +191,17 @@ private:
         }
         const std::string bytes = AtInterface(expected);
         REQUIRE_EQ(type, expected.type);
-        REQUIRE_EQ(static_cast<std::size_t>(size), bytes.size());
+        REQUIRE_EQ(static_cast<size_t>(size), bytes.size());
         // Of exactly the size: one byte more is seen by the address sanitizer.
         std::vector<char> data(bytes.size());
         REQUIRE_EQ(RegQueryValueEx(key.handle, wide.c_str(), &type, data.data(), &size),
                    data.empty() ? error : kSuccess);
         REQUIRE_EQ(std::string(data.begin(), data.end()), bytes);
         if (!bytes.empty()) {
-            size = static_cast<std::uint32_t>(bytes.size() - 1);
+            size = static_cast<uint32_t>(bytes.size() - 1);
             REQUIRE_EQ(RegQueryValueEx(key.handle, wide.c_str(), &type, data.data(), &size),
                        kNoMemory);
-            REQUIRE_EQ(static_cast<std::size_t>(size), bytes.size());
+            REQUIRE_EQ(static_cast<size_t>(size), bytes.size());
         }
     }
 
@@ -244,14 +244,14 @@ private:
             isValue = MakeRaw(value, bytes);
         }
         REQUIRE_EQ(RegSetValueEx(key.handle, Wide(name).c_str(), value.type, bytes.data(),
-                                 static_cast<std::uint32_t>(bytes.size())),
+                                 static_cast<uint32_t>(bytes.size())),
                    m_plain.Set(key.plain, name, isValue ? std::optional(value) : std::nullopt));
     }
 
     /// Any bytes under any type.
     static bool MakeRaw(RegistryValue& value, const std::string& bytes) {
         if (value.type == kTypeNumber && bytes.size() == 4) {
-            std::memcpy(&value.number, bytes.data(), 4);
+            memcpy(&value.number, bytes.data(), 4);
             return true;
         }
         if (value.type == kTypeBinary) {
@@ -262,9 +262,9 @@ private:
             return false;
         }
         std::u32string text;
-        for (std::size_t i = 0; i + 4 <= bytes.size(); i += 4) {
+        for (size_t i = 0; i + 4 <= bytes.size(); i += 4) {
             char32_t code = 0;
-            std::memcpy(&code, bytes.data() + i, 4);
+            memcpy(&code, bytes.data() + i, 4);
             if (code == 0) {
                 break;
             }
@@ -281,14 +281,14 @@ private:
         std::string expected;
         const RegistryError error = m_plain.Enumerate(key.plain, index, expected);
         wchar_t name[300] = {};
-        std::uint32_t size = std::size(name);
+        uint32_t size = std::size(name);
         REQUIRE_EQ(RegEnumKey(key.handle, index, name, &size), error);
         if (error != kSuccess) {
             return;
         }
         REQUIRE_EQ(std::wstring(name, size), Wide(expected));
         REQUIRE(name[size] == L'\0');
-        std::uint32_t shorter = size;
+        uint32_t shorter = size;
         REQUIRE_EQ(RegEnumKey(key.handle, index, name, &shorter), kNoMemory);
         REQUIRE_EQ(shorter, size + 1);
     }
@@ -354,9 +354,9 @@ std::optional<std::string> FileOf(std::string_view bytes, unsigned kind) {
 FUZZ_TARGET(registry_store) {
     static ScratchPlaces places;
     SetRegistryPlaces(places.Places());
-    const std::size_t first = std::min(bytes.find('\xFF'), bytes.size());
+    const size_t first = std::min(bytes.find('\xFF'), bytes.size());
     const std::string_view files = bytes.substr(std::min(first + 1, bytes.size()));
-    const std::size_t second = std::min(files.find('\xFF'), files.size());
+    const size_t second = std::min(files.find('\xFF'), files.size());
     FuzzInput operations(bytes.substr(0, first));
     const unsigned kinds = operations.Byte();
     Game(places, operations)

@@ -20,9 +20,9 @@ using registry::KeyNode;
 using registry::RegistryText;
 using registry::RegistryValue;
 
-constexpr std::size_t kUncut = std::string::npos;
+constexpr size_t kUncut = std::string::npos;
 // The plain registry searches from the front, again and again.
-constexpr std::size_t kLongestText = 1024;
+constexpr size_t kLongestText = 1024;
 
 const char* const kNames[] = {"Number",       "",  "text", "\xC3\x84rger", "a\"=b",
                               "RegistryHash", "]", "#"};
@@ -74,7 +74,7 @@ void RequireSameKeys(RegistryText& text, const PlainRegistry& plain) {
         const std::vector<PlainKeyPtr> children = plain.Children(*key);
         const std::vector<KeyNode*>& nodes = text.Children(*node);
         REQUIRE_EQ(nodes.size(), children.size());
-        for (std::size_t i = 0; i < nodes.size(); ++i) {
+        for (size_t i = 0; i < nodes.size(); ++i) {
             REQUIRE_EQ(std::string(nodes[i]->name), children[i]->name);
         }
     }
@@ -172,7 +172,7 @@ void RequireStable(const std::string& written, const PlainRegistry& plain) {
 }  // namespace
 
 FUZZ_TARGET(registry_text) {
-    const std::size_t end = std::min(bytes.find('\0'), bytes.size());
+    const size_t end = std::min(bytes.find('\0'), bytes.size());
     FuzzInput changes(bytes.substr(0, end));
     const std::string_view text =
         bytes.substr(std::min(end + 1, bytes.size())).substr(0, kLongestText);

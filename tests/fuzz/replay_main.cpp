@@ -35,13 +35,13 @@ bool Replay(const FuzzTarget& target, const std::filesystem::path& corpora) {
     const std::vector<std::filesystem::path> files = FilesIn(corpora / target.Name());
     for (const std::filesystem::path& path : files) {
         // Said before, for the case that the input ends the process.
-        std::fprintf(stderr, "\r\033[K%s", path.c_str());
+        fprintf(stderr, "\r\033[K%s", path.c_str());
         target.Run(ReadFile(path));
     }
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    std::fprintf(stderr, "\r\033[K");
-    std::printf("%-24s %5zu inputs %8.3f s\n", std::string(target.Name()).c_str(), files.size(),
-                took.count());
+    fprintf(stderr, "\r\033[K");
+    printf("%-24s %5zu inputs %8.3f s\n", std::string(target.Name()).c_str(), files.size(),
+           took.count());
     return !files.empty();
 }
 
@@ -49,7 +49,7 @@ bool Replay(const FuzzTarget& target, const std::filesystem::path& corpora) {
 
 int main(int argc, char** argv) {
     if (argc != 2) {
-        std::fprintf(stderr, "usage: %s CORPORA\n", argv[0]);
+        fprintf(stderr, "usage: %s CORPORA\n", argv[0]);
         return 2;
     }
     bool allPlayed = FuzzTarget::First() != nullptr;

@@ -17,14 +17,14 @@ bool PlainResponse(const std::wstring& text, std::string& bytes) {
     const std::wstring upper = L"0123456789ABCDEF";
     std::string digits;
     for (const wchar_t c : text) {
-        const std::size_t value = std::min(lower.find(c), upper.find(c));
+        const size_t value = std::min(lower.find(c), upper.find(c));
         if (value != std::wstring::npos) {
             digits += static_cast<char>(value);
         } else if (c != L' ') {
             return false;
         }
     }
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
+    for (size_t i = 0; i + 1 < digits.size(); i += 2) {
         bytes += static_cast<char>(digits[i] * 16 + digits[i + 1]);
     }
     return true;

@@ -15,38 +15,37 @@ namespace {
 
 void Put(const std::string& path, const std::optional<std::string>& content) {
     if (!content) {
-        ::unlink(path.c_str());
+        unlink(path.c_str());
         return;
     }
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
     REQUIRE(file >= 0);
-    REQUIRE(::write(file, content->data(), content->size()) ==
-            static_cast<ssize_t>(content->size()));
-    ::close(file);
+    REQUIRE(write(file, content->data(), content->size()) == static_cast<ssize_t>(content->size()));
+    close(file);
 }
 
 std::optional<std::string> Get(const std::string& path) {
-    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0) {
         return std::nullopt;
     }
     struct stat status {};
-    REQUIRE(::fstat(file, &status) == 0);
-    std::string content(static_cast<std::size_t>(status.st_size), '\0');
-    REQUIRE(::read(file, content.data(), content.size()) == static_cast<ssize_t>(content.size()));
-    ::close(file);
+    REQUIRE(fstat(file, &status) == 0);
+    std::string content(static_cast<size_t>(status.st_size), '\0');
+    REQUIRE(read(file, content.data(), content.size()) == static_cast<ssize_t>(content.size()));
+    close(file);
     return content;
 }
 
 }  // namespace
 
 ScratchPlaces::ScratchPlaces() {
-    const char* const base = ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
+    const char* const base = access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
     std::string pattern = std::string(base) + "/zeldlg-fuzz-XXXXXX";
-    REQUIRE(::mkdtemp(pattern.data()) != nullptr);
+    REQUIRE(mkdtemp(pattern.data()) != nullptr);
     m_path = pattern;
     for (const char* directory : {"/home", "/home/.tessaly", "/shipped"}) {
-        REQUIRE(::mkdir((m_path + directory).c_str(), 0700) == 0);
+        REQUIRE(mkdir((m_path + directory).c_str(), 0700) == 0);
     }
 }
 

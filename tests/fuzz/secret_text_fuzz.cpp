@@ -17,11 +17,11 @@ using Characters = std::u32string;
 constexpr char32_t kLetters[] = U"aZ0 *\u007f\u00e9\u20ac\U0001F511";
 
 /// Mostly near the text, now and then far from it.
-long Position(FuzzInput& input, std::size_t length) {
+long Position(FuzzInput& input, size_t length) {
     const auto end = static_cast<long>(length);
     switch (input.Below(8)) {
         case 0:
-            return static_cast<std::int32_t>(input.Word());
+            return static_cast<int32_t>(input.Word());
         case 1:
             return end + static_cast<long>(input.Below(4));
         default:
@@ -29,7 +29,7 @@ long Position(FuzzInput& input, std::size_t length) {
     }
 }
 
-TextCaret Caret(FuzzInput& input, std::size_t length) {
+TextCaret Caret(FuzzInput& input, size_t length) {
     TextCaret caret;
     caret.position = Position(input, length);
     caret.from = Position(input, length);
@@ -37,8 +37,8 @@ TextCaret Caret(FuzzInput& input, std::size_t length) {
     return caret;
 }
 
-std::size_t Clamped(long position, std::size_t length) {
-    return position < 0 ? 0 : std::min(static_cast<std::size_t>(position), length);
+size_t Clamped(long position, size_t length) {
+    return position < 0 ? 0 : std::min(static_cast<size_t>(position), length);
 }
 
 class Game {
@@ -49,11 +49,11 @@ public:
         while (!m_input.IsEmpty()) {
             Step();
             REQUIRE_EQ(m_text.ToStdWstring(), plain::AsWide(m_plain));
-            const std::size_t bytes = plain::PlainEncode(m_plain).size();
+            const size_t bytes = plain::PlainEncode(m_plain).size();
             REQUIRE_EQ(Utf8Length(m_text), bytes);
             const auto limit = static_cast<int>(m_input.Below(40));
             REQUIRE_EQ(IsLimitReached(m_text, limit),
-                       limit != 0 && bytes >= static_cast<std::size_t>(limit));
+                       limit != 0 && bytes >= static_cast<size_t>(limit));
             REQUIRE_EQ(MakeMask(m_plain.size()).ToStdWstring(), std::wstring(m_plain.size(), L'*'));
         }
     }
@@ -98,24 +98,24 @@ private:
         const bool outside = from < 0 || from > length || (marked && from + count > length);
         REQUIRE_EQ(outcome == DeleteOutcome::PastEnd, outside);
         if (!outside) {
-            m_plain.erase(static_cast<std::size_t>(from), static_cast<std::size_t>(count));
+            m_plain.erase(static_cast<size_t>(from), static_cast<size_t>(count));
         }
     }
 
     void DeleteMarked() {
         TextCaret caret = Caret(m_input, m_plain.size());
         caret.to = std::max(caret.to, caret.from);
-        const std::size_t from = Clamped(caret.from, m_plain.size());
-        const std::size_t to = Clamped(caret.to, m_plain.size());
+        const size_t from = Clamped(caret.from, m_plain.size());
+        const size_t to = Clamped(caret.to, m_plain.size());
         m_plain.erase(from, to - from);
         DeleteSelection(m_text, caret);
     }
 
     void DropHidden() {
-        const std::size_t shown = m_input.Byte();
+        const size_t shown = m_input.Byte();
         const long caret = Position(m_input, m_plain.size());
         if (shown < m_plain.size()) {
-            const std::size_t from = Clamped(caret, m_plain.size());
+            const size_t from = Clamped(caret, m_plain.size());
             m_plain.erase(from, m_plain.size() - shown);
         }
         DropWhatIsNotShown(m_text, shown, caret);

@@ -76,7 +76,7 @@ FUZZ_TARGET(utf8) {
     RequireHostText(text.substr(0, text.find('\0')));
     RequireRegistryText(text);
     RequireNarrow(bytes);
-    const std::size_t middle = std::min(bytes.find('\0'), bytes.size());
+    const size_t middle = std::min(bytes.find('\0'), bytes.size());
     RequireMatch(bytes.substr(0, middle), bytes.substr(std::min(middle + 1, bytes.size())));
     RequireMatch(bytes.substr(0, middle), bytes.substr(0, middle));
 }

@@ -125,7 +125,7 @@ int main(int argc, char** argv) {
     g_reserved = argc > 2 ? argv[2] : "";
     for (std::string line; std::getline(std::cin, line);) {
         std::istringstream words(line);
-        std::printf("%#lx\n", Answer(words));
+        printf("%#lx\n", Answer(words));
         std::fflush(stdout);
     }
     return 0;

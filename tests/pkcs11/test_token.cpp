@@ -26,11 +26,11 @@
 namespace {
 
 std::string Variable(const char* name) {
-    const char* const value = std::getenv(name);
+    const char* const value = getenv(name);
     return value != nullptr ? value : "";
 }
 
-unsigned long Number(const char* name) { return std::strtoul(Variable(name).c_str(), nullptr, 0); }
+unsigned long Number(const char* name) { return strtoul(Variable(name).c_str(), nullptr, 0); }
 
 CK_FUNCTION_LIST* g_behind = nullptr;  // written once, when the module is loaded
 
@@ -54,7 +54,7 @@ CK_RV Before(const std::string& function) {
     }
     const std::string fail = Variable("TEST_TOKEN_FAIL");
     return fail.rfind(function + "=", 0) == 0
-               ? std::strtoul(fail.c_str() + function.size() + 1, nullptr, 0)
+               ? strtoul(fail.c_str() + function.size() + 1, nullptr, 0)
                : CKR_OK;
 }
 
@@ -110,7 +110,7 @@ CK_RV Login(CK_SESSION_HANDLE session, CK_USER_TYPE user, CK_UTF8CHAR* pin, CK_U
     if (user == CKU_USER && IsLocked()) {
         return CKR_PIN_LOCKED;
     }
-    if (std::remove(StateFile("refuse").c_str()) == 0) {
+    if (remove(StateFile("refuse").c_str()) == 0) {
         return CKR_PIN_INCORRECT;
     }
     std::string entry;

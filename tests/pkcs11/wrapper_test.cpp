@@ -47,7 +47,7 @@ Library g_library;
 uint32_t Deliver(PinBuffer* buffer) {
     g_library.capacity = buffer->pinLength;
     if (g_library.code == ZELDLG_OK) {
-        std::memcpy(buffer->pin, g_library.typed.data(), g_library.typed.size());
+        memcpy(buffer->pin, g_library.typed.data(), g_library.typed.size());
         buffer->pinLength = static_cast<uint32_t>(g_library.typed.size());
     }
     return g_library.code;
@@ -72,8 +72,8 @@ uint32_t ShowPinEx(const PinDialogRequestEx* request, PinBuffer* buffer) {
 uint32_t DeliverBoth(PinChangeBuffers* buffers) {
     g_library.capacity = buffers->newLength;
     if (g_library.code == ZELDLG_OK) {
-        std::memcpy(buffers->oldValue, g_library.typed.data(), g_library.typed.size());
-        std::memcpy(buffers->newValue, g_library.second.data(), g_library.second.size());
+        memcpy(buffers->oldValue, g_library.typed.data(), g_library.typed.size());
+        memcpy(buffers->newValue, g_library.second.data(), g_library.second.size());
         buffers->oldLength = g_library.typed.size();
         buffers->newLength = g_library.second.size();
     }
@@ -198,7 +198,7 @@ static_assert(!std::is_convertible_v<uint32_t, Result>, "a code is not taken for
 
 TEST(HostSecret, IsEmptyOnceItWasMoved) {
     Secret one(4);
-    std::memcpy(one.data(), "2468", 4);
+    memcpy(one.data(), "2468", 4);
     Secret other = std::move(one);
     EXPECT_EQ("2468", Text(other));
     EXPECT_TRUE(one.empty());  // NOLINT(bugprone-use-after-move): what is left is stated
@@ -207,7 +207,7 @@ TEST(HostSecret, IsEmptyOnceItWasMoved) {
 
 TEST(HostSecret, OverwritesWhatIsCutOff) {
     Secret secret(6);
-    std::memcpy(secret.data(), "246813", 6);
+    memcpy(secret.data(), "246813", 6);
     secret.truncate(4);
     EXPECT_EQ("2468", Text(secret));
     EXPECT_EQ(std::string(2, '\0'), std::string(secret.data() + 4, secret.data() + 6));
@@ -236,7 +236,7 @@ TEST(HostSession, SaysWhyALibraryCannotBeLoaded) {
         Session::load("no-such-library.so");
         FAIL();
     } catch (const std::runtime_error& error) {
-        EXPECT_NE(nullptr, std::strstr(error.what(), "no-such-library.so"));
+        EXPECT_NE(nullptr, strstr(error.what(), "no-such-library.so"));
     }
 }
 

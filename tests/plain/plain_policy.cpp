@@ -60,12 +60,12 @@ int PlainDistance(const PinPolicy& policy, std::string pin) {
 }
 
 int PlainClasses(const PinPolicy& policy, const std::string& pin) {
-    std::uint8_t lower = 0;
-    std::uint8_t upper = 0;
-    std::uint8_t digits = 0;
-    std::uint8_t punctuation = 0;
-    std::uint8_t other = 0;
-    for (std::uint8_t i = 0; i < pin.length(); i++) {
+    uint8_t lower = 0;
+    uint8_t upper = 0;
+    uint8_t digits = 0;
+    uint8_t punctuation = 0;
+    uint8_t other = 0;
+    for (uint8_t i = 0; i < pin.length(); i++) {
         const int value = static_cast<unsigned char>(pin[i]);
         if (value >= 97 && value <= 122) {
             lower++;
@@ -81,7 +81,7 @@ int PlainClasses(const PinPolicy& policy, const std::string& pin) {
     }
     int used = 0;
     int populated = 0;
-    const std::uint8_t count[] = {lower, upper, digits, punctuation};
+    const uint8_t count[] = {lower, upper, digits, punctuation};
     const int bit[] = {1, 2, 4, 8};
     for (int i = 0; i < 4; i++) {
         if (count[i] != 0 && (policy.p2ClassMask & bit[i]) != 0) {

@@ -10,8 +10,8 @@ namespace {
 
 using registry::RegistryValue;
 
-constexpr std::size_t kLongestName = 260;
-constexpr std::size_t kLongestStoredLine = 16381;
+constexpr size_t kLongestName = 260;
+constexpr size_t kLongestStoredLine = 16381;
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 
 std::string ParentName(std::string_view name) {
@@ -23,13 +23,13 @@ bool IsHeader(const std::string& line) {
            line.rfind(']') - 1 <= kLongestName;
 }
 
-std::size_t HexValue(char c) {
+size_t HexValue(char c) {
     return kHexDigits.find(c >= 'A' && c <= 'F' ? static_cast<char>(c + 32) : c);
 }
 
 bool IsHexDigit(char c) { return HexValue(c) != std::string_view::npos; }
 
-std::uint32_t PlainNumber(std::string_view digits) {
+uint32_t PlainNumber(std::string_view digits) {
     std::string run;
     for (const char c : digits) {
         if (!IsHexDigit(c)) {
@@ -40,12 +40,12 @@ std::uint32_t PlainNumber(std::string_view digits) {
     if (run.size() > 8) {
         run.erase(0, run.size() - 8);
     }
-    return run.empty() ? 0 : static_cast<std::uint32_t>(std::stoul(run, nullptr, 16));
+    return run.empty() ? 0 : static_cast<uint32_t>(std::stoul(run, nullptr, 16));
 }
 
 std::string PlainBytes(std::string_view digits) {
     std::string bytes;
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 3) {
+    for (size_t i = 0; i + 1 < digits.size(); i += 3) {
         if (!IsHexDigit(digits[i]) || !IsHexDigit(digits[i + 1])) {
             break;
         }
@@ -68,12 +68,12 @@ std::optional<RegistryValue> PlainData(std::string_view data) {
         return std::nullopt;
     }
     data.remove_prefix(1);
-    const std::size_t quote = data.rfind('"');
+    const size_t quote = data.rfind('"');
     return RegistryValue{registry::kTypeString, 0, std::string(data.substr(0, quote))};
 }
 
 void TakeLinesBehindTheLastValue(PlainSection& section, std::vector<std::string>& taken) {
-    std::size_t kept = section.lines.size();
+    size_t kept = section.lines.size();
     while (kept > 0 && !PlainParseLine(section.lines[kept - 1])) {
         --kept;
     }
@@ -105,7 +105,7 @@ std::optional<PlainValueLine> PlainParseLine(std::string_view line) {
     if (!line.starts_with('"')) {
         return std::nullopt;
     }
-    for (std::size_t end = 1; end + 1 < line.size(); ++end) {
+    for (size_t end = 1; end + 1 < line.size(); ++end) {
         if (line[end] != '"' || line[end + 1] != '=') {
             continue;
         }
@@ -121,17 +121,17 @@ std::string PlainFormatLine(std::string_view name, const RegistryValue& value) {
     std::string line = name.empty() ? "@=" : "\"" + std::string(name) + "\"=";
     if (value.type == registry::kTypeNumber) {
         char digits[16];
-        std::snprintf(digits, sizeof digits, "dword:%08x", value.number);
+        snprintf(digits, sizeof digits, "dword:%08x", value.number);
         return line + digits;
     }
     if (value.type == registry::kTypeString) {
         return line + "\"" + value.bytes + "\"";
     }
     line += "hex:";
-    for (std::size_t i = 0; i < value.bytes.size(); ++i) {
+    for (size_t i = 0; i < value.bytes.size(); ++i) {
         char digits[8];
-        std::snprintf(digits, sizeof digits, i == 0 ? "%02x" : ",%02x",
-                      static_cast<unsigned>(static_cast<unsigned char>(value.bytes[i])));
+        snprintf(digits, sizeof digits, i == 0 ? "%02x" : ",%02x",
+                 static_cast<unsigned>(static_cast<unsigned char>(value.bytes[i])));
         line += digits;
     }
     return line;
@@ -161,7 +161,7 @@ PlainRegistry::PlainRegistry(std::string_view text) {
     PlainSection* section = nullptr;
     bool inSection = false;
     std::vector<std::string> between;  // lines that belong to no key
-    for (std::size_t i = 1; i < lines.size(); ++i) {
+    for (size_t i = 1; i < lines.size(); ++i) {
         const std::string& line = lines[i];
         if (inSection && line.starts_with('[')) {
             TakeLinesBehindTheLastValue(*section, between);
@@ -292,7 +292,7 @@ bool PlainRegistry::DeleteValue(PlainKey& key, std::string_view name) {
                          [name](const std::string& line) { return IsNamed(line, name); }) > 0;
 }
 
-std::string PlainRegistry::Write(std::size_t longest) const {
+std::string PlainRegistry::Write(size_t longest) const {
     std::vector<std::string> lines = {m_firstLine, ""};
     AppendLines(lines, m_head);
     for (const PlainKeyPtr& key : m_keys) {

@@ -67,7 +67,7 @@ public:
     bool DeleteValue(PlainKey& key, std::string_view name);
 
     /// The whole text. @param longest characters that survive of a line
-    std::string Write(std::size_t longest) const;
+    std::string Write(size_t longest) const;
 
 private:
     PlainKeyPtr Add(std::string_view name);

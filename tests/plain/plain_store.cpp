@@ -13,11 +13,11 @@ constexpr unsigned kNotFound = 2;
 constexpr unsigned kAccessDenied = 5;
 constexpr unsigned kInvalidHandle = 6;
 constexpr unsigned kFileError = 1016;
-constexpr std::size_t kLongestName = 260;
-constexpr std::size_t kLongestLine = 16381;
-constexpr std::uint32_t kRead = 4;
-constexpr std::uint32_t kWrite = 8;
-constexpr std::uint32_t kKeys = 16;
+constexpr size_t kLongestName = 260;
+constexpr size_t kLongestLine = 16381;
+constexpr uint32_t kRead = 4;
+constexpr uint32_t kWrite = 8;
+constexpr uint32_t kKeys = 16;
 
 /// The name that an open key answers to, in UTF-8.
 std::string AsUtf8(std::string_view name) { return PlainEncode(PlainDecode(name, 0)); }
@@ -26,12 +26,12 @@ std::string AsUtf8(std::string_view name) { return PlainEncode(PlainDecode(name,
 
 std::optional<std::string> PlainStamp(std::string_view file) {
     std::string line;
-    for (std::size_t i = 0; i <= file.size(); ++i) {
+    for (size_t i = 0; i <= file.size(); ++i) {
         if (i < file.size()) {
             line += file[i];
         }
         if (i == file.size() || file[i] == '\n') {
-            const std::size_t mark = line.find("\"RegistryHash\"=\"");
+            const size_t mark = line.find("\"RegistryHash\"=\"");
             if (mark != std::string::npos) {
                 return line.substr(mark);
             }
@@ -65,7 +65,7 @@ unsigned PlainStore::Acquire() {
     return error;
 }
 
-unsigned PlainStore::Resolve(const KeyRef& from, std::uint32_t right, PlainKeyPtr& key) {
+unsigned PlainStore::Resolve(const KeyRef& from, uint32_t right, PlainKeyPtr& key) {
     if (!from.root.empty()) {
         const unsigned error = Acquire();
         key = error == 0 ? m_loaded->Root(from.root) : nullptr;
@@ -82,7 +82,7 @@ unsigned PlainStore::Resolve(const KeyRef& from, std::uint32_t right, PlainKeyPt
     return key->deleted ? kNotFound : 0;
 }
 
-unsigned PlainStore::FullName(const KeyRef& from, std::string_view path, std::uint32_t right,
+unsigned PlainStore::FullName(const KeyRef& from, std::string_view path, uint32_t right,
                               std::string& name) {
     PlainKeyPtr key;
     const unsigned error = from.root.empty() ? Resolve(from, right, key) : Acquire();
@@ -101,8 +101,7 @@ unsigned PlainStore::FullName(const KeyRef& from, std::string_view path, std::ui
     return name.size() > kLongestName ? kNotFound : 0;
 }
 
-unsigned PlainStore::Open(const KeyRef& from, std::string_view path, std::uint32_t access,
-                          int newKey) {
+unsigned PlainStore::Open(const KeyRef& from, std::string_view path, uint32_t access, int newKey) {
     std::string name;
     const unsigned error = FullName(from, path, 0, name);
     if (error != 0) {

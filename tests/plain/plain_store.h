@@ -26,7 +26,7 @@ public:
         int key = 0;
     };
 
-    unsigned Open(const KeyRef& from, std::string_view path, std::uint32_t access, int newKey);
+    unsigned Open(const KeyRef& from, std::string_view path, uint32_t access, int newKey);
     unsigned Create(const KeyRef& from, std::string_view path, int newKey, bool& created);
     unsigned Close(int key);
     unsigned Query(const KeyRef& key, std::string_view name, registry::RegistryValue& value);
@@ -42,14 +42,13 @@ public:
 private:
     struct OpenKey {
         PlainKeyPtr key;
-        std::uint32_t access;
+        uint32_t access;
     };
 
     unsigned Acquire();
     void Refresh();
-    unsigned Resolve(const KeyRef& from, std::uint32_t right, PlainKeyPtr& key);
-    unsigned FullName(const KeyRef& from, std::string_view path, std::uint32_t right,
-                      std::string& name);
+    unsigned Resolve(const KeyRef& from, uint32_t right, PlainKeyPtr& key);
+    unsigned FullName(const KeyRef& from, std::string_view path, uint32_t right, std::string& name);
     unsigned FindDoomed(const KeyRef& from, std::string_view path, PlainKeyPtr& key);
     void DeleteAll(const PlainKeyPtr& key);
     void WriteBack();

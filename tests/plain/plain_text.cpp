@@ -7,7 +7,7 @@ namespace zeldlg::plain {
 
 namespace {
 
-int ByteAt(std::string_view text, std::size_t index) {
+int ByteAt(std::string_view text, size_t index) {
     return index < text.size() ? static_cast<unsigned char>(text[index]) : -1;
 }
 
@@ -15,7 +15,7 @@ bool Within(int byte, int low, int high) { return byte >= low && byte <= high; }
 
 struct Row {
     int firstLow, firstHigh, secondLow, secondHigh;
-    std::size_t length;
+    size_t length;
 };
 
 // Table 3-7 of the Unicode standard.
@@ -27,7 +27,7 @@ constexpr Row kRows[] = {
 
 }  // namespace
 
-char32_t PlainSequence(std::string_view text, std::size_t& length) {
+char32_t PlainSequence(std::string_view text, size_t& length) {
     const int first = ByteAt(text, 0);
     length = 0;
     if (Within(first, 0, 0x7F)) {
@@ -43,7 +43,7 @@ char32_t PlainSequence(std::string_view text, std::size_t& length) {
         }
         length = row.length;
         int code = first % (row.length == 2 ? 0x20 : row.length == 3 ? 0x10 : 0x08);
-        for (std::size_t i = 1; i < length; ++i) {
+        for (size_t i = 1; i < length; ++i) {
             code = code * 64 + ByteAt(text, i) % 64;
         }
         return static_cast<char32_t>(code);
@@ -54,7 +54,7 @@ char32_t PlainSequence(std::string_view text, std::size_t& length) {
 std::u32string PlainDecode(std::string_view text, char32_t replacement) {
     std::u32string decoded;
     while (!text.empty()) {
-        std::size_t length = 0;
+        size_t length = 0;
         const char32_t code = PlainSequence(text, length);
         if (length > 0) {
             decoded += code;
@@ -91,11 +91,10 @@ std::string PlainEncode(std::u32string_view text) {
 }
 
 std::u32string PlainFold(std::string_view name) {
-    static const locale_t unicode = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    static const locale_t unicode = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     std::u32string folded = PlainDecode(name, 0);
     for (char32_t& code : folded) {
-        const auto lower =
-            static_cast<char32_t>(::towlower_l(static_cast<std::wint_t>(code), unicode));
+        const auto lower = static_cast<char32_t>(towlower_l(static_cast<wint_t>(code), unicode));
         // What is not ASCII stays so: the Kelvin sign is no "k".
         if (code < 0x80 || lower >= 0x80) {
             code = lower;

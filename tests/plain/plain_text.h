@@ -10,7 +10,7 @@ namespace zeldlg::plain {
 
 /// One well-formed UTF-8 sequence at the start of a text, as the Unicode tables have it.
 /// @param length set to its bytes, or to 0 when there is none
-char32_t PlainSequence(std::string_view text, std::size_t& length);
+char32_t PlainSequence(std::string_view text, size_t& length);
 
 /// Bytes outside well-formed sequences become `replacement`, or themselves (Latin-1) when it is 0.
 std::u32string PlainDecode(std::string_view text, char32_t replacement);

@@ -100,7 +100,7 @@ Expected PlainError(uint64_t code) {
     }
     if (!hasTries) {
         char text[40];
-        std::snprintf(text, sizeof text, "Device error (0x%04X)", static_cast<unsigned>(code));
+        snprintf(text, sizeof text, "Device error (0x%04X)", static_cast<unsigned>(code));
         return {text, true};
     }
     switch (code % 16) {

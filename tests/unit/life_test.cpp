@@ -196,9 +196,9 @@ constexpr uint32_t kSlowCallMs = 200;
 
 template <State state, State next>
 void ExitWhileIn() {
-    std::atexit([] { End(ProcessLife().Now() == State::Parked && !Seen().cameBack); });
+    atexit([] { End(ProcessLife().Now() == State::Parked && !Seen().cameBack); });
     StayIn(state, kSlowCallMs, next);
-    std::exit(0);
+    exit(0);
 }
 
 // Exit handlers that were there before run later.
@@ -219,10 +219,10 @@ TEST_F(LifeDeathTest, ADisplayThatIsLostDuringTheExitParksTheThreadToo) {
 }
 
 void StartDuringTheExit() {
-    std::atexit(
+    atexit(
         [] { End(!ProcessLife().Change(State::Down, State::Entering) && ProcessLife().IsOver()); });
     GoFirstAtExit();
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, AStartThatComesTooLateIsNotMade) {
@@ -240,7 +240,7 @@ __attribute__((destructor)) void CheckLast() {
 
 void ExitBeforeTheFirstCall() {
     g_checksLast = true;
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, NorIsTheFirstOfAllStarts) {
@@ -248,12 +248,12 @@ TEST_F(LifeDeathTest, NorIsTheFirstOfAllStarts) {
 }
 
 void ExitAfterAnEnd() {
-    std::atexit([] { End(ProcessLife().Now() == State::Exiting && Seen().cameBack); });
+    atexit([] { End(ProcessLife().Now() == State::Exiting && Seen().cameBack); });
     StayIn(State::Ending, 0, State::Down);
     while (!Seen().cameBack) {
         platform::WaitForEvent(*Seen().never, 1);
     }
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, AThreadThatHasEndedIsNotWaitedFor) {
@@ -271,7 +271,7 @@ void ExitDuringTheLastInstructions() {
             g_isGone = told;
         }
     };
-    std::atexit([] { End(g_isGone); });
+    atexit([] { End(g_isGone); });
     ASSERT_TRUE(ProcessLife().Change(State::Down, State::Entering));
     std::thread([] {
         static thread_local LastInstructions last;
@@ -283,7 +283,7 @@ void ExitDuringTheLastInstructions() {
     }).detach();
     WaitForEvent(*Seen().reached, kLongMs);
     GoFirstAtExit();
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, AThreadThatHasToldItsEndIsWaitedForUntilItIsGone) {
@@ -293,9 +293,9 @@ TEST_F(LifeDeathTest, AThreadThatHasToldItsEndIsWaitedForUntilItIsGone) {
 // Libraries that are loaded, and texts that are drawn, after the start register handlers, too.
 void ExitWithALateHandler() {
     StayIn(State::Starting, kSlowCallMs, State::Up);
-    std::atexit([] { End(ProcessLife().Now() == State::Parked); });
+    atexit([] { End(ProcessLife().Now() == State::Parked); });
     GoFirstAtExit();
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, TheExitBeginsWithTheThreadWhateverWasRegisteredSince) {
@@ -304,11 +304,11 @@ TEST_F(LifeDeathTest, TheExitBeginsWithTheThreadWhateverWasRegisteredSince) {
 
 // The process ends while the handler moves, as it does all the time.
 void ExitDuringAMove() {
-    std::atexit([] { End(ProcessLife().Now() == State::Exiting); });
+    atexit([] { End(ProcessLife().Now() == State::Exiting); });
     g_slowMove = true;
     std::thread(GoFirstAtExit).detach();
     WaitForEvent(*Seen().reached, kLongMs);
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, TheExitBeginsWithTheThreadAlsoWhileTheHandlerMoves) {
@@ -318,13 +318,13 @@ TEST_F(LifeDeathTest, TheExitBeginsWithTheThreadAlsoWhileTheHandlerMoves) {
 // Each other handler runs, once, and after the thread is parked.
 void ExitAfterManyMoves() {
     static int handlers = 0;
-    std::atexit([] { End(handlers == 1000); });
+    atexit([] { End(handlers == 1000); });
     for (int round = 0; round < 1000; ++round) {
-        std::atexit([] { handlers += ProcessLife().IsOver() ? 1 : 1000; });
+        atexit([] { handlers += ProcessLife().IsOver() ? 1 : 1000; });
         GoFirstAtExit();
         GoFirstAtExit();
     }
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, GoingFirstAgainAndAgainLosesNoHandler) {
@@ -333,12 +333,12 @@ TEST_F(LifeDeathTest, GoingFirstAgainAndAgainLosesNoHandler) {
 
 // As on a display that hangs: it may never come back.
 void ExitWhileAsleep() {
-    std::atexit([] {
+    atexit([] {
         Seen().never->Set();  // it is answered at last
         End(ProcessLife().Now() == State::Parked && !WaitForEvent(*Seen().back, 50));
     });
     StayIn(State::Starting, platform::kNoTimeout, State::Up);
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, AThreadThatSleepsInACallIsParkedThere) {
@@ -352,7 +352,7 @@ TEST_F(LifeDeathTest, AThreadThatSleepsInACallIsParkedThere) {
 
 // Where going on would destroy what the thread works with.
 void ExitWhileAtWork() {
-    std::atexit([] { End(false); });
+    atexit([] { End(false); });
     BringTo(ProcessLife(), State::Entering);
     std::thread([] {
         ProcessLife().Enter();
@@ -365,7 +365,7 @@ void ExitWhileAtWork() {
     static std::vector<char> buffer(BUFSIZ);
     setvbuf(stderr, buffer.data(), _IOFBF, buffer.size());
     static_cast<void>(fprintf(stderr, " and flushed"));
-    std::exit(kAsExpected);
+    exit(kAsExpected);
 }
 
 TEST_F(LifeDeathTest, TheProcessEndsWithItsStatusWhileTheThreadIsStillAtWork) {
@@ -377,14 +377,14 @@ TEST_F(LifeDeathTest, TheProcessEndsWithItsStatusWhileTheThreadIsStillAtWork) {
 }
 
 void ExitOnThePrivateThread() {
-    std::atexit([] {
+    atexit([] {
         ProcessLife().ParkAtExit();  // as the toolkit's loop does, in a handler of the host's
         End(ProcessLife().Now() == State::Parked);
     });
     BringTo(ProcessLife(), State::Entering);
     ProcessLife().Enter();
     ProcessLife().Advance(State::Starting);
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, AnExitOnThePrivateThreadDoesNotWaitForItself) {
@@ -394,7 +394,7 @@ TEST_F(LifeDeathTest, AnExitOnThePrivateThreadDoesNotWaitForItself) {
 // Composing a text uses static objects of the toolkit.
 void ExitWhileATextIsComposed() {
     static std::atomic<bool> composed{false};
-    std::atexit([] { End(composed); });
+    atexit([] { End(composed); });
     GoFirstAtExit();
     std::thread([] {
         const CatalogueReader reader;
@@ -403,7 +403,7 @@ void ExitWhileATextIsComposed() {
         composed = true;
     }).detach();
     WaitForEvent(*Seen().reached, kLongMs);
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, TheExitWaitsForATextThatIsBeingComposed) {
@@ -415,7 +415,7 @@ void ExitInAChild() {
     StayIn(State::Up, platform::kNoTimeout, State::Ending);
     const pid_t child = fork();
     if (child == 0) {
-        std::exit(kAsExpected);
+        exit(kAsExpected);
     }
     int status = 0;
     _exit(waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status)
@@ -435,11 +435,11 @@ void ForkDuringMoves() {
         }
     });
     int wrong = 0;
-    for (int fork = 0; fork < 100; ++fork) {
-        const pid_t child = ::fork();
+    for (int round = 0; round < 100; ++round) {
+        const pid_t child = fork();
         if (child == 0) {
             alarm(10);
-            std::exit(kAsExpected);
+            exit(kAsExpected);
         }
         int status = 0;
         waitpid(child, &status, 0);
@@ -456,7 +456,7 @@ TEST_F(LifeDeathTest, AChildOfAForkDuringMovesExitsToo) {
 
 // Long enough for the exit to take it for one that waits for something outside.
 void ExitWhileSignalsAreBlocked() {
-    std::atexit([] { End(ProcessLife().Now() == State::Parked); });
+    atexit([] { End(ProcessLife().Now() == State::Parked); });
     ASSERT_TRUE(ProcessLife().Change(State::Down, State::Entering));
     std::thread([] {
         ProcessLife().Enter();
@@ -471,7 +471,7 @@ void ExitWhileSignalsAreBlocked() {
         WaitForEvent(*Seen().never, kLongMs);
     }).detach();
     WaitForEvent(*Seen().reached, kLongMs);
-    std::exit(0);
+    exit(0);
 }
 
 TEST_F(LifeDeathTest, AThreadThatTakesNoSignalForAWhileIsStoppedAfterwards) {

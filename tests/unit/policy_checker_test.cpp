@@ -12,8 +12,7 @@
 namespace zeldlg {
 namespace {
 
-PinPolicy DistancePolicy(std::uint8_t threshold, std::uint8_t fullCheck,
-                         std::uint8_t caseSensitive = 1) {
+PinPolicy DistancePolicy(uint8_t threshold, uint8_t fullCheck, uint8_t caseSensitive = 1) {
     PinPolicy policy;
     policy.p1Threshold = threshold;
     policy.p1FullPinCheck = fullCheck;
@@ -21,8 +20,7 @@ PinPolicy DistancePolicy(std::uint8_t threshold, std::uint8_t fullCheck,
     return policy;
 }
 
-PinPolicy ClassesPolicy(std::uint8_t classes, std::uint8_t population, std::uint8_t length,
-                        std::uint8_t mask) {
+PinPolicy ClassesPolicy(uint8_t classes, uint8_t population, uint8_t length, uint8_t mask) {
     PinPolicy policy;
     policy.p2NbClass = classes;
     policy.p2PopMin = population;
@@ -73,7 +71,7 @@ TEST(CharacterClasses, LengthIsLookedAtLast) {
 }
 
 TEST(CharacterClasses, PinsOfMoreThan255BytesAreCountedInFull) {
-    for (const std::size_t length : {255, 256, 257, 511, 512, 65536}) {
+    for (const size_t length : {255, 256, 257, 511, 512, 65536}) {
         const std::string pin(length, 'a');
         EXPECT_EQ(CheckCharacterClasses(ClassesPolicy(1, 255, 255, 1), pin), 0x9000) << length;
         EXPECT_EQ(CheckCharacterClasses(ClassesPolicy(2, 255, 255, 31), pin), 0x6491) << length;
@@ -111,7 +109,7 @@ TEST(CharacterRestriction, WritesTheRefusedCharacterAndNothingElse) {
 }
 
 /// Refuses "bb" in every local policy: 0x6440, 0x6491, 0x6400.
-PinPolicy PolicyThatRefusesAll(std::uint8_t enabledMask) {
+PinPolicy PolicyThatRefusesAll(uint8_t enabledMask) {
     PinPolicy policy = ClassesPolicy(2, 1, 1, 31);
     policy.p4CharList = "b";
     policy.enabledMask = enabledMask;
@@ -131,7 +129,7 @@ using Expected = std::vector<PolicyStatus>;
 
 TEST(LocalPolicies, OnlyThoseThatAreEnabledAreRun) {
     for (unsigned mask = 0; mask <= 255; ++mask) {
-        PinPolicy policy = PolicyThatRefusesAll(static_cast<std::uint8_t>(mask));
+        PinPolicy policy = PolicyThatRefusesAll(static_cast<uint8_t>(mask));
         const std::vector<PolicyStatus> statuses = Statuses(policy, "bb");
         EXPECT_EQ(statuses[0], (mask & 1) != 0 ? 0x6440 : 0x9000) << mask;
         EXPECT_EQ(statuses[1], (mask & 2) != 0 ? 0x6491 : 0x9000) << mask;

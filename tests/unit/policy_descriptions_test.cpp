@@ -30,7 +30,7 @@ TEST(PolicyDescriptions, DisabledPoliciesHaveTheirTitleAndSaySo) {
 
 TEST(PolicyDescriptions, EachPolicyHasItsOwnBit) {
     for (unsigned number = 0; number < 8; ++number) {
-        const auto bit = static_cast<std::uint8_t>(1U << number);
+        const auto bit = static_cast<uint8_t>(1U << number);
         PinPolicy policy;
         policy.enabledMask = bit;
         const auto isDisabled = [](const wxString& text) {
@@ -44,8 +44,8 @@ TEST(PolicyDescriptions, EachPolicyHasItsOwnBit) {
 }
 
 struct DistanceRow {
-    std::uint8_t threshold;
-    std::uint8_t caseSensitive;
+    uint8_t threshold;
+    uint8_t caseSensitive;
     const wchar_t* text;
 };
 
@@ -93,10 +93,10 @@ TEST(PolicyDescriptions, DistanceOfFiveHasNoExample) {
 }
 
 struct ClassificationRow {
-    std::uint8_t classes;
-    std::uint8_t population;
-    std::uint8_t length;
-    std::uint8_t mask;
+    uint8_t classes;
+    uint8_t population;
+    uint8_t length;
+    uint8_t mask;
     const wchar_t* text;
 };
 
@@ -137,11 +137,11 @@ TEST(PolicyDescriptions, ClassificationTellsLengthClassesAndPopulation) {
 }
 
 struct HistoryRow {
-    std::uint8_t size;
-    std::uint8_t strictOnly;
-    std::uint8_t threshold;
-    std::uint8_t normalize;
-    std::uint8_t caseInsensitive;
+    uint8_t size;
+    uint8_t strictOnly;
+    uint8_t threshold;
+    uint8_t normalize;
+    uint8_t caseInsensitive;
     const wchar_t* text;
 };
 
@@ -230,12 +230,12 @@ TEST(PolicyDescriptions, PieceWithALongListIsCutAt499Characters) {
         L"Character restriction:\nSome characters are disallowed for usage in the PIN.";
     const std::wstring first = L"Those one are: \"";
     const std::wstring last = L"\" (without the surrounding `\"`)";
-    const std::size_t room = 499 - first.length() - last.length();
+    const size_t room = 499 - first.length() - last.length();
     EXPECT_EQ(Restriction(std::string(room, 'q'), false),
               before + first + std::wstring(room, L'q') + last);
     EXPECT_EQ(Restriction(std::string(room + 1, 'q'), false),
               before + first + std::wstring(room + 1, L'q') + last.substr(0, last.length() - 1));
-    for (const std::size_t length : {499, 500, 1 << 20}) {
+    for (const size_t length : {499, 500, 1 << 20}) {
         EXPECT_EQ(Restriction(std::string(length, 'q'), false),
                   before + first + std::wstring(499 - first.length(), L'q'))
             << length;
@@ -258,7 +258,7 @@ TEST(PolicyDescriptions, CombinedJoinsTheFourBlocksAndTheSource) {
 }
 
 TEST(PolicyDescriptions, CombinedNamesEachSource) {
-    const auto lastLine = [](std::int32_t source) {
+    const auto lastLine = [](int32_t source) {
         PinPolicy policy;
         policy.source = static_cast<PolicySource>(source);
         return DescribePinPolicy(policy).AfterLast('\n').ToStdString();
@@ -266,7 +266,7 @@ TEST(PolicyDescriptions, CombinedNamesEachSource) {
     EXPECT_EQ(lastLine(-4), "This is the current policy present on the card.");
     EXPECT_EQ(lastLine(-3), "This description is extracted from the registry setting.");
     EXPECT_EQ(lastLine(-2), "The source of this policy is unknown ...");
-    for (const std::int32_t other : {-5, -1, 0, 1, 252}) {
+    for (const int32_t other : {-5, -1, 0, 1, 252}) {
         EXPECT_EQ(lastLine(other), " /!\\ No clear source specified. /!\\") << other;
     }
 }

@@ -135,7 +135,7 @@ TEST(PolicyMessages, RefusedCharacterIsShownAsLatin1) {
     PinPolicy policy;
     const std::wstring before = L"Pin code contains at least a disallowed characters: \"";
     for (unsigned code = 1; code <= 255; ++code) {
-        policy.lastRefusedCharacter = static_cast<std::uint8_t>(code);
+        policy.lastRefusedCharacter = static_cast<uint8_t>(code);
         EXPECT_EQ(Describe(policy, 0x6400), before + static_cast<wchar_t>(code) + L"\"") << code;
     }
 }
@@ -150,7 +150,7 @@ TEST(PolicyMessages, CharacterOfCodeZeroEndsTheText) {
 
 struct ListRow {
     std::string_view pin;
-    std::uint8_t mask;
+    uint8_t mask;
     const wchar_t* used;
     const wchar_t* missing;
 };
@@ -186,7 +186,7 @@ TEST(PolicyMessages, ClassListsAreMadeFromThePinAndTheMask) {
 
 TEST(PolicyMessages, EachMemberOfEachClassIsFoundAndNothingElse) {
     struct {
-        std::uint8_t bit;
+        uint8_t bit;
         const wchar_t* name;
         std::vector<std::pair<int, int>> ranges;
     } const classes[] = {

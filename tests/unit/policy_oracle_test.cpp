@@ -60,8 +60,8 @@ public:
 private:
     unsigned Below(unsigned end) { return static_cast<unsigned>(m_random() % end); }
     bool Chance(unsigned oneIn) { return Below(oneIn) == 0; }
-    std::uint8_t Byte() { return Small(256); }
-    std::uint8_t Small(unsigned end) { return static_cast<std::uint8_t>(Below(end)); }
+    uint8_t Byte() { return Small(256); }
+    uint8_t Small(unsigned end) { return static_cast<uint8_t>(Below(end)); }
 
     std::string Text(unsigned length, unsigned first, unsigned count) {
         std::string text;

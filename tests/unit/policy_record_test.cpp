@@ -32,7 +32,7 @@ PinPolicy FilledPolicy() {
 
 TEST(PinPolicy, NewOneHasEverythingSwitchedOffAndAnUnknownSource) {
     const PinPolicy policy;
-    for (const std::uint8_t field :
+    for (const uint8_t field :
          {policy.headerByte, policy.formatTag, policy.enabledMask, policy.p1Threshold,
           policy.p1CaseSensitive, policy.p1FullPinCheck, policy.p2NbClass, policy.p2PopMin,
           policy.p2MinLen, policy.p2ClassMask, policy.p3Threshold, policy.p3HistorySize,
@@ -72,8 +72,8 @@ TEST(PinPolicy, RecordsThatDifferInOneFieldAreNotEqual) {
 TEST(PinPolicy, OnlyTheFourLowestBitsSwitchPoliciesOn) {
     PinPolicy policy;
     policy.enabledMask = 0xF0;
-    for (const std::uint8_t bit : {kPolicyElementaryDistance, kPolicyCharacterClassification,
-                                   kPolicyHistoryChecking, kPolicyCharacterRestriction}) {
+    for (const uint8_t bit : {kPolicyElementaryDistance, kPolicyCharacterClassification,
+                              kPolicyHistoryChecking, kPolicyCharacterRestriction}) {
         EXPECT_FALSE(policy.IsEnabled(bit));
     }
     policy.enabledMask = 0xF4;
@@ -82,8 +82,8 @@ TEST(PinPolicy, OnlyTheFourLowestBitsSwitchPoliciesOn) {
 }
 
 struct ToleranceRow {
-    std::uint8_t threshold;
-    std::uint8_t normalize;
+    uint8_t threshold;
+    uint8_t normalize;
     ToleranceLevel level;
 };
 

@@ -190,16 +190,16 @@ TEST_F(PolicySettings, ReadPolicyIsTheOneThatIsChecked) {
 class EnvironmentVariable {
 public:
     EnvironmentVariable(const char* name, const std::string& value) : m_name(name) {
-        if (const char* previous = std::getenv(name)) {
+        if (const char* previous = getenv(name)) {
             m_previous = previous;
         }
-        ::setenv(name, value.c_str(), 1);
+        setenv(name, value.c_str(), 1);
     }
     ~EnvironmentVariable() {
         if (m_previous) {
-            ::setenv(m_name, m_previous->c_str(), 1);
+            setenv(m_name, m_previous->c_str(), 1);
         } else {
-            ::unsetenv(m_name);
+            unsetenv(m_name);
         }
     }
     EnvironmentVariable(const EnvironmentVariable&) = delete;

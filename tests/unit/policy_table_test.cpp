@@ -52,9 +52,9 @@ std::wstring Disallowed(const std::wstring& character) {
 
 struct DistanceRow {
     std::string_view pin;
-    std::uint8_t threshold;
-    std::uint8_t caseSensitive;
-    std::uint8_t fullCheck;
+    uint8_t threshold;
+    uint8_t caseSensitive;
+    uint8_t fullCheck;
     PolicyStatus status;
     std::wstring message;
 };
@@ -146,7 +146,7 @@ const std::vector<DistanceRow> kDistanceRows = {
 };
 
 TEST(PolicyTables, ElementaryDistance) {
-    for (std::size_t i = 0; i < kDistanceRows.size(); ++i) {
+    for (size_t i = 0; i < kDistanceRows.size(); ++i) {
         const DistanceRow& row = kDistanceRows[i];
         PinPolicy policy;
         policy.p1Threshold = row.threshold;
@@ -161,10 +161,10 @@ TEST(PolicyTables, ElementaryDistance) {
 
 struct ClassesRow {
     std::string_view pin;
-    std::uint8_t classes;
-    std::uint8_t population;
-    std::uint8_t length;
-    std::uint8_t mask;
+    uint8_t classes;
+    uint8_t population;
+    uint8_t length;
+    uint8_t mask;
     PolicyStatus status;
     std::wstring message;
 };
@@ -250,7 +250,7 @@ const std::vector<ClassesRow> kClassesRows = {
 };
 
 TEST(PolicyTables, CharacterClasses) {
-    for (std::size_t i = 0; i < kClassesRows.size(); ++i) {
+    for (size_t i = 0; i < kClassesRows.size(); ++i) {
         const ClassesRow& row = kClassesRows[i];
         PinPolicy policy;
         policy.p2NbClass = row.classes;
@@ -267,7 +267,7 @@ TEST(PolicyTables, CharacterClasses) {
 struct RestrictionRow {
     std::string_view pin;
     std::string_view list;
-    std::uint8_t whiteList;
+    uint8_t whiteList;
     PolicyStatus status;
     std::wstring message;
 };
@@ -311,7 +311,7 @@ const std::vector<RestrictionRow> kRestrictionRows = {
 };
 
 TEST(PolicyTables, CharacterRestriction) {
-    for (std::size_t i = 0; i < kRestrictionRows.size(); ++i) {
+    for (size_t i = 0; i < kRestrictionRows.size(); ++i) {
         const RestrictionRow& row = kRestrictionRows[i];
         PinPolicy policy;
         policy.p4CharList = row.list;

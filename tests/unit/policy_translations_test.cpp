@@ -92,16 +92,16 @@ std::string MarkedCatalogue() {
     for (const std::string& text : kTexts) {
         entries.emplace_back(text, "<" + text + ">");
     }
-    constexpr std::uint32_t kHeaderSize = 28;
-    const auto count = static_cast<std::uint32_t>(entries.size());
-    const std::uint32_t textsAt = kHeaderSize + 16 * count;
+    constexpr uint32_t kHeaderSize = 28;
+    const auto count = static_cast<uint32_t>(entries.size());
+    const uint32_t textsAt = kHeaderSize + 16 * count;
     std::string originals;
     std::string translations;
     std::string texts;
-    const auto number = [](std::string& out, std::size_t value) {
-        const auto word = static_cast<std::uint32_t>(value);
+    const auto number = [](std::string& out, size_t value) {
+        const auto word = static_cast<uint32_t>(value);
         char bytes[sizeof word];
-        std::memcpy(bytes, &word, sizeof word);
+        memcpy(bytes, &word, sizeof word);
         out.append(bytes, sizeof bytes);
     };
     const auto add = [&](std::string& table, const std::string& text) {
@@ -114,7 +114,7 @@ std::string MarkedCatalogue() {
         add(translations, translation);
     }
     std::string file;
-    for (const std::uint32_t word :
+    for (const uint32_t word :
          {0x950412DEU, 0U, count, kHeaderSize, kHeaderSize + 8 * count, 0U, textsAt}) {
         number(file, word);
     }
@@ -126,7 +126,7 @@ public:
     wxMsgCatalog* LoadCatalog(const wxString& domain, const wxString&) override {
         const std::string file = MarkedCatalogue();
         wxCharBuffer data(file.size());
-        std::memcpy(data.data(), file.data(), file.size());
+        memcpy(data.data(), file.data(), file.size());
         return wxMsgCatalog::CreateFromData(data, domain);
     }
     wxArrayString GetAvailableTranslations(const wxString&) const override {
@@ -167,7 +167,7 @@ TEST_F(PolicyTranslations, DisabledPolicy) {
 }
 
 TEST_F(PolicyTranslations, Sources) {
-    const auto lastPiece = [this](std::int32_t source) {
+    const auto lastPiece = [this](int32_t source) {
         policy.source = static_cast<PolicySource>(source);
         return DescribePinPolicy(policy).AfterLast('<');
     };

@@ -12,7 +12,7 @@
 namespace zeldlg {
 namespace {
 
-using Bytes = std::array<std::uint8_t, sizeof(PinPolicyWire)>;
+using Bytes = std::array<uint8_t, sizeof(PinPolicyWire)>;
 
 /// Each field has a value of its own; the header bytes are 0xA0 and 3.
 PinPolicy DistinctPolicy() {
@@ -44,10 +44,10 @@ class HostWire {
 public:
     HostWire() {
         Bytes bytes;
-        for (std::size_t i = 0; i < bytes.size(); ++i) {
-            bytes[i] = static_cast<std::uint8_t>(0xA0 + i);
+        for (size_t i = 0; i < bytes.size(); ++i) {
+            bytes[i] = static_cast<uint8_t>(0xA0 + i);
         }
-        std::memcpy(&block, bytes.data(), bytes.size());
+        memcpy(&block, bytes.data(), bytes.size());
         block.charList = &list;
     }
 
@@ -76,8 +76,8 @@ TEST(PinPolicyWire, BuiltBlockHasEveryFieldAtItsPlace) {
     EXPECT_EQ(descriptor.tag, 3U);
     EXPECT_EQ(descriptor.size, 32U);
     Bytes bytes;
-    std::memcpy(bytes.data(), descriptor.block, bytes.size());
-    for (std::size_t offset = 0; offset < 14; ++offset) {
+    memcpy(bytes.data(), descriptor.block, bytes.size());
+    for (size_t offset = 0; offset < 14; ++offset) {
         EXPECT_EQ(bytes[offset], 0xA0 + offset) << offset;
     }
     EXPECT_EQ(bytes[24], 0xB8);
@@ -87,7 +87,7 @@ TEST(PinPolicyWire, BuiltBlockHasEveryFieldAtItsPlace) {
     EXPECT_EQ(bytes[30], 0xFF);
     EXPECT_EQ(bytes[31], 0xFF);
     const PinPolicyCharList* list = nullptr;
-    std::memcpy(&list, bytes.data() + 16, sizeof list);
+    memcpy(&list, bytes.data() + 16, sizeof list);
     EXPECT_EQ(list->length, 4U);
     EXPECT_EQ(list->characters, policy.p4CharList.data()) << "the characters stay the policy's";
 }
@@ -137,12 +137,12 @@ TEST(PinPolicyWire, TagIsNeverTakenOver) {
 
 TEST(PinPolicyWire, TagsUpToThreeAreReadAndAllOthersMeanNoPolicy) {
     HostWire wire;
-    for (std::uint32_t tag = 0; tag <= 255; ++tag) {
+    for (uint32_t tag = 0; tag <= 255; ++tag) {
         wire.descriptor.tag = tag;
         PinPolicy policy;
         EXPECT_EQ(FillPinPolicy(policy, &wire.descriptor), tag <= 3) << "tag " << tag;
     }
-    for (const std::uint32_t tag : {4U, 255U, 0x100U, 0x10000U, 0x80000000U, 0xFFFFFFFFU}) {
+    for (const uint32_t tag : {4U, 255U, 0x100U, 0x10000U, 0x80000000U, 0xFFFFFFFFU}) {
         wire.descriptor.tag = tag;
         ExpectNoPolicy(&wire.descriptor);
     }
@@ -157,7 +157,7 @@ TEST(PinPolicyWire, NothingBehindATagAboveThreeIsLookedAt) {
 TEST(PinPolicyWire, RoundTripsWithEveryTag) {
     for (unsigned tag = 0; tag <= 255; ++tag) {
         PinPolicy policy = DistinctPolicy();
-        policy.formatTag = static_cast<std::uint8_t>(tag);
+        policy.formatTag = static_cast<uint8_t>(tag);
         const PinPolicyFlatCopy copy(policy);
         const PinPolicyDescriptor descriptor = copy.Descriptor();
         EXPECT_EQ(descriptor.tag, tag);
@@ -171,19 +171,19 @@ TEST(PinPolicyWire, RoundTripsWithEveryTag) {
 
 TEST(PinPolicyWire, SourceIsCarriedWhateverItsValue) {
     HostWire wire;
-    for (const std::int32_t source :
+    for (const int32_t source :
          {-4, -3, -2, -1, 0, 1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
         wire.block.source = source;
         PinPolicy policy;
         ASSERT_TRUE(FillPinPolicy(policy, &wire.descriptor));
-        EXPECT_EQ(static_cast<std::int32_t>(policy.source), source);
+        EXPECT_EQ(static_cast<int32_t>(policy.source), source);
         EXPECT_EQ(PinPolicyFlatCopy(policy).Descriptor().block->source, source);
     }
 }
 
 TEST(PinPolicyWire, BlockSmallerThanTheRecordIsUnusable) {
     HostWire wire;
-    for (std::uint32_t size = 0; size < 32; ++size) {
+    for (uint32_t size = 0; size < 32; ++size) {
         wire.descriptor.size = size;
         ExpectUnusable(&wire.descriptor);
     }
@@ -191,7 +191,7 @@ TEST(PinPolicyWire, BlockSmallerThanTheRecordIsUnusable) {
 
 TEST(PinPolicyWire, LargerBlockIsReadUpToTheRecordsSize) {
     HostWire wire;
-    for (const std::uint32_t size : {33U, 40U, 64U, 0xFFFFFFFFU}) {
+    for (const uint32_t size : {33U, 40U, 64U, 0xFFFFFFFFU}) {
         wire.descriptor.size = size;
         PinPolicy policy;
         EXPECT_TRUE(FillPinPolicy(policy, &wire.descriptor)) << size;
@@ -209,7 +209,7 @@ TEST(PinPolicyWire, NullListIsEmptyUnlessTheCharacterRestrictionIsEnabled) {
     HostWire wire;
     wire.block.charList = nullptr;
     for (unsigned enabled = 0; enabled <= 0xFF; ++enabled) {
-        wire.block.enabledMask = static_cast<std::uint8_t>(enabled);
+        wire.block.enabledMask = static_cast<uint8_t>(enabled);
         if ((enabled & 0x08U) != 0) {
             ExpectUnusable(&wire.descriptor);
             continue;
@@ -225,9 +225,9 @@ TEST(PinPolicyWire, NullListIsEmptyUnlessTheCharacterRestrictionIsEnabled) {
 TEST(PinPolicyWire, NullCharactersAreUnusableUnlessTheLengthIsZero) {
     HostWire wire;
     wire.list.characters = nullptr;
-    for (const std::uint32_t length : {1U, 64U, 0xFFFFFFFFU}) {
+    for (const uint32_t length : {1U, 64U, 0xFFFFFFFFU}) {
         wire.list.length = length;
-        for (const std::uint8_t enabled : std::initializer_list<std::uint8_t>{0x00, 0x08, 0xFF}) {
+        for (const uint8_t enabled : std::initializer_list<uint8_t>{0x00, 0x08, 0xFF}) {
             wire.block.enabledMask = enabled;
             ExpectUnusable(&wire.descriptor);
         }
@@ -242,7 +242,7 @@ TEST(PinPolicyWire, ListOfLengthZeroIsNotRead) {
     HostWire wire;
     wire.list.length = 0;
     // An address at which nothing can be read.
-    std::memset(&wire.list.characters, 0x01, sizeof wire.list.characters);
+    memset(&wire.list.characters, 0x01, sizeof wire.list.characters);
     PinPolicy policy;
     EXPECT_TRUE(FillPinPolicy(policy, &wire.descriptor));
     EXPECT_EQ(policy.p4CharList, "");
@@ -250,12 +250,11 @@ TEST(PinPolicyWire, ListOfLengthZeroIsNotRead) {
 
 TEST(PinPolicyWire, ListIsReadToExactlyItsLength) {
     HostWire wire;
-    for (const std::size_t length :
-         {std::size_t{1}, std::size_t{64}, std::size_t{65}, std::size_t{1} << 20}) {
+    for (const size_t length : {size_t{1}, size_t{64}, size_t{65}, size_t{1} << 20}) {
         // On the heap without a terminator: an address sanitizer sees a byte read too many.
         const auto characters = std::make_unique<char[]>(length);
-        std::memset(characters.get(), 'q', length);
-        wire.list = {static_cast<std::uint32_t>(length), 0, characters.get()};
+        memset(characters.get(), 'q', length);
+        wire.list = {static_cast<uint32_t>(length), 0, characters.get()};
         PinPolicy policy;
         ASSERT_TRUE(FillPinPolicy(policy, &wire.descriptor));
         EXPECT_EQ(policy.p4CharList, std::string(length, 'q'));

@@ -34,15 +34,15 @@ constexpr int kNoNumber = 99;
 class RegistryFaults : public test::RegistryTest {
 protected:
     void TearDown() override {
-        ::chmod((scratch / "").c_str(), 0755);
-        ::chmod((scratch / "home").c_str(), 0755);
+        chmod((scratch / "").c_str(), 0755);
+        chmod((scratch / "home").c_str(), 0755);
         RegistryTest::TearDown();
     }
 
     /// Lets nobody but root make anything in the home or a temporary directory.
     void ForbidNewFiles() {
-        ASSERT_EQ(::chmod((scratch / "home").c_str(), 0555), 0);
-        ASSERT_EQ(::chmod((scratch / "").c_str(), 0555), 0);
+        ASSERT_EQ(chmod((scratch / "home").c_str(), 0555), 0);
+        ASSERT_EQ(chmod((scratch / "").c_str(), 0555), 0);
     }
 
     static int NumberInKey() {
@@ -86,7 +86,7 @@ TEST_F(RegistryFaults, DirectoryInTheFilesPlaceIsPassedOver) {
 
 TEST_F(RegistryFaults, FifoInTheFilesPlaceIsPassedOverWithoutWaiting) {
     std::filesystem::create_directories(UserDirectoryPath());
-    ASSERT_EQ(::mkfifo(UserFile().c_str(), 0600), 0);
+    ASSERT_EQ(mkfifo(UserFile().c_str(), 0600), 0);
     ExpectShippedInsteadOfUserFile();
 }
 
@@ -119,7 +119,7 @@ TEST_F(RegistryFaults, ShippedFileThatIsADirectoryOrFifoCountsAsMissing) {
     WriteFile(SystemFile(), SmallRegistry("00000006"));
     EXPECT_EQ(NumberInKey(), 6);
     std::filesystem::remove(ShippedFile());
-    ASSERT_EQ(::mkfifo(ShippedFile().c_str(), 0600), 0);
+    ASSERT_EQ(mkfifo(ShippedFile().c_str(), 0600), 0);
     EXPECT_EQ(NumberInKey(), 6);
 }
 
@@ -127,25 +127,25 @@ TEST_F(RegistryFaults, UnreadableHomeGivesTheShippedFile) {
     WriteFile(ShippedFile(), SmallRegistry("00000005", "\"RegistryHash\"=\"one\"\r\n"));
     WriteFile(UserFile(), SmallRegistry("00000006"));
     ForbidNewFiles();
-    ASSERT_EQ(::chmod((scratch / "home").c_str(), 0), 0);
+    ASSERT_EQ(chmod((scratch / "home").c_str(), 0), 0);
     EXPECT_EQ(NumberAsOrdinaryUser(), 5);
     EXPECT_EQ(SetSevenAsOrdinaryUser(), 20);
-    ASSERT_EQ(::chmod((scratch / "home").c_str(), 0755), 0);
+    ASSERT_EQ(chmod((scratch / "home").c_str(), 0755), 0);
     EXPECT_EQ(ReadFile(UserFile()), SmallRegistry("00000006"));
 }
 
 TEST_F(RegistryFaults, UnreadableUserFileIsLeftAsItIs) {
     WriteFile(ShippedFile(), SmallRegistry("00000005", "\"RegistryHash\"=\"one\"\r\n"));
     WriteFile(UserFile(), SmallRegistry("00000006"));
-    ASSERT_EQ(::chmod(UserFile().c_str(), 0222), 0);
+    ASSERT_EQ(chmod(UserFile().c_str(), 0222), 0);
     EXPECT_EQ(NumberAsOrdinaryUser(), 5);
-    ASSERT_EQ(::chmod(UserFile().c_str(), 0644), 0);
+    ASSERT_EQ(chmod(UserFile().c_str(), 0644), 0);
     EXPECT_EQ(ReadFile(UserFile()), SmallRegistry("00000006"));
 }
 
 TEST_F(RegistryFaults, ReadOnlyHomeIsReadAndAFailedWriteIsReported) {
     WriteFile(UserFile(), SmallRegistry("00000006"));
-    ASSERT_EQ(::chmod(UserFile().c_str(), 0444), 0);
+    ASSERT_EQ(chmod(UserFile().c_str(), 0444), 0);
     ForbidNewFiles();
     EXPECT_EQ(NumberAsOrdinaryUser(), 6);
     EXPECT_EQ(SetSevenAsOrdinaryUser(), 20);
@@ -155,8 +155,8 @@ TEST_F(RegistryFaults, ReadOnlyHomeIsReadAndAFailedWriteIsReported) {
 // kept: the change goes where nothing reads it as long as the user's file can be read.
 TEST_F(RegistryFaults, ReadOnlyUserFileKeepsItsSettingsAndTheChangeGoesToTheTemporaryFile) {
     WriteFile(UserFile(), SmallRegistry("00000006"));
-    ASSERT_EQ(::chmod(UserFile().c_str(), 0444), 0);
-    ASSERT_EQ(::chmod((scratch / "").c_str(), 0777), 0);
+    ASSERT_EQ(chmod(UserFile().c_str(), 0444), 0);
+    ASSERT_EQ(chmod((scratch / "").c_str(), 0777), 0);
     EXPECT_EQ(SetSevenAsOrdinaryUser(), 0);
     EXPECT_EQ(ReadFile(UserFile()), SmallRegistry("00000006"));
     EXPECT_EQ(ReadFile(UserTemporaryFile()), SmallRegistry("00000007"));
@@ -226,9 +226,9 @@ TEST_F(RegistryFaults, UserFileDeletedWhileAKeyIsOpenIsMadeAgain) {
 
 /// Lets no file grow beyond `bytes`: writing on fails as on a full file system.
 void LimitFileSize(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
+    signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{bytes, bytes};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
+    setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 TEST_F(RegistryFaults, FullFileSystemWhileWritingIsReportedAndWhatWasWrittenStays) {
@@ -274,9 +274,9 @@ TEST_F(RegistryFaults, HomeOnAFullFileSystemGivesTheShippedFile) {
     WriteFile(ShippedFile(), SmallRegistry("00000005", std::string(8000, ';').append("\r\n")));
     const std::string home = scratch / "home";
     const int result = InChild([&] {
-        if (::unshare(CLONE_NEWNS) != 0 ||
-            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("none", home.c_str(), "tmpfs", 0, "size=4k") != 0) {
+        if (unshare(CLONE_NEWNS) != 0 ||
+            mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            mount("none", home.c_str(), "tmpfs", 0, "size=4k") != 0) {
             return 80;
         }
         std::filesystem::create_directories(home + "/.tessaly");
@@ -290,10 +290,10 @@ TEST_F(RegistryFaults, HomeOnAFullFileSystemGivesTheShippedFile) {
 }
 
 TEST_F(RegistryFaults, RestrictiveUmaskAppliesToWhatIsMade) {
-    const mode_t old = ::umask(077);
+    const mode_t old = umask(077);
     WriteFile(ShippedFile(), SmallRegistry("00000005"));
     EXPECT_EQ(NumberInKey(), 5);
-    ::umask(old);
+    umask(old);
     EXPECT_EQ(Mode(UserFile()), 0700U);
 }
 

@@ -23,10 +23,10 @@ class RegistryFile : public test::RegistryTest {
 protected:
     void SetUp() override {
         RegistryTest::SetUp();
-        m_oldMask = ::umask(0);  // the modes asked for are the modes seen
+        m_oldMask = umask(0);  // the modes asked for are the modes seen
     }
     void TearDown() override {
-        ::umask(m_oldMask);
+        umask(m_oldMask);
         RegistryTest::TearDown();
     }
 
@@ -41,7 +41,7 @@ protected:
     }
 
     static std::string Diagnostic(int error) {
-        return "v0:" + std::to_string(::getpid()) + ":The registry cannot be read: error " +
+        return "v0:" + std::to_string(getpid()) + ":The registry cannot be read: error " +
                std::to_string(error) + "\n";
     }
 

@@ -33,7 +33,7 @@ protected:
     void Alone(const std::function<int()>& body) {
         const int result = body();
         scratch.Remove();
-        ::_exit(result);
+        _exit(result);
     }
 
     /// A changed key that is open.

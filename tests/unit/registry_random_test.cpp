@@ -43,7 +43,7 @@ RegistryValue RandomValue(Random& random) {
     switch (Below(random, 3)) {
         case 0:
             value.type = kTypeNumber;
-            value.number = static_cast<std::uint32_t>(random());
+            value.number = static_cast<uint32_t>(random());
             break;
         case 1:
             value.type = kTypeBinary;
@@ -181,8 +181,8 @@ std::string RandomInsertion(Random& random) {
 }
 
 void Mutate(Random& random, std::string& text) {
-    const std::size_t at = Below(random, static_cast<unsigned>(text.size()) + 1);
-    const std::size_t length = Below(random, 20);
+    const size_t at = Below(random, static_cast<unsigned>(text.size()) + 1);
+    const size_t length = Below(random, 20);
     switch (Below(random, 7)) {
         case 0:
             text.resize(at);

@@ -29,8 +29,8 @@ protected:
     static std::vector<std::wstring> SubKeys(HKEY key) {
         std::vector<std::wstring> names;
         wchar_t name[300];
-        std::uint32_t size = std::size(name);
-        while (RegEnumKey(key, static_cast<std::uint32_t>(names.size()), name, &size) == kSuccess) {
+        uint32_t size = std::size(name);
+        while (RegEnumKey(key, static_cast<uint32_t>(names.size()), name, &size) == kSuccess) {
             names.emplace_back(name, size);
             size = std::size(name);
         }
@@ -45,11 +45,11 @@ TEST_F(RegistryStoreChanges, QueryWithoutABufferReturnsSizeAndTypeOnly) {
     const Key key(HKEY_LOCAL_MACHINE, L"Key");
     const struct {
         const wchar_t* name;
-        std::uint32_t type, size;
+        uint32_t type, size;
     } rows[] = {{L"Number", 4, 4}, {L"Text", 1, 4 * sizeof(wchar_t)}, {L"Bytes", 3, 3}};
     for (const auto& row : rows) {
-        std::uint32_t type = 0;
-        std::uint32_t size = 0;
+        uint32_t type = 0;
+        uint32_t size = 0;
         EXPECT_EQ(RegQueryValueEx(key.handle, row.name, &type, nullptr, &size), kSuccess);
         EXPECT_EQ(type, row.type);
         EXPECT_EQ(size, row.size);
@@ -60,7 +60,7 @@ TEST_F(RegistryStoreChanges, ValueThatDoesNotFitIsNotWritten) {
     UseFile(SmallRegistry("00000001", "\"Bytes\"=hex:01,02,03\r\n"));
     const Key key(HKEY_LOCAL_MACHINE, L"Key");
     unsigned char bytes[3] = {9, 9, 9};
-    std::uint32_t size = 2;
+    uint32_t size = 2;
     EXPECT_EQ(RegQueryValueEx(key.handle, L"Bytes", nullptr, bytes, &size), kNoMemory);
     EXPECT_EQ(size, 3U);
     EXPECT_EQ(bytes[0], 9);
@@ -71,8 +71,8 @@ TEST_F(RegistryStoreChanges, ValueThatDoesNotFitIsNotWritten) {
 TEST_F(RegistryStoreChanges, MissingValueIsNotFoundAndLeavesTheOutputsAlone) {
     UseFile(SmallRegistry("00000001"));
     const Key key(HKEY_LOCAL_MACHINE, L"Key");
-    std::uint32_t type = 77;
-    std::uint32_t size = 88;
+    uint32_t type = 77;
+    uint32_t size = 88;
     EXPECT_EQ(RegQueryValueEx(key.handle, L"None", &type, nullptr, &size), kNotFound);
     EXPECT_EQ(type, 77U);
     EXPECT_EQ(size, 88U);
@@ -150,7 +150,7 @@ TEST_F(RegistryStoreChanges, TailOfTheOldTextDoesNotBringDeletedValuesOfTheSecti
 TEST_F(RegistryStoreChanges, WhatTheFileCannotHoldIsRefused) {
     UseFile(SmallRegistry("00000001"));
     Key key(HKEY_LOCAL_MACHINE, L"Key");
-    const std::uint32_t number = 1;
+    const uint32_t number = 1;
     EXPECT_EQ(RegSetValueEx(key.handle, L"Number", kTypeNumber, &number, 3), kFileError);
     EXPECT_EQ(RegSetValueEx(key.handle, L"Number", 2, &number, 4), kFileError);
     EXPECT_EQ(SetText(key.handle, L"Text", L"two\r\nlines"), kFileError);
@@ -187,7 +187,7 @@ TEST_F(RegistryStoreChanges, RootsHaveValuesToo) {
 
 TEST_F(RegistryStoreChanges, CreatingTellsNewFromExisting) {
     HKEY key = 0;
-    std::uint32_t disposition = 0;
+    uint32_t disposition = 0;
     EXPECT_EQ(RegCreateKeyEx(HKEY_LOCAL_MACHINE, L"A\\B", 0, &key, &disposition), kSuccess);
     EXPECT_EQ(disposition, kCreatedNewKey);
     EXPECT_EQ(RegCloseKey(key), kSuccess);
@@ -206,7 +206,7 @@ TEST_F(RegistryStoreChanges, EnumeratingGivesSubKeysInFileOrderAnd2PastTheLast) 
     const Key key(HKEY_LOCAL_MACHINE, L"A");
     EXPECT_EQ(SubKeys(key.handle), (std::vector<std::wstring>{L"Zeta", L"Beta", L"Alpha"}));
     wchar_t name[5];
-    std::uint32_t size = std::size(name);
+    uint32_t size = std::size(name);
     EXPECT_EQ(RegEnumKey(key.handle, 3, name, &size), 2U);
     EXPECT_EQ(RegEnumKey(key.handle, 0xFFFFFFFF, name, &size), 2U);
     size = 4;

@@ -29,7 +29,7 @@ class RegistryStore : public test::RegistryTest {
 protected:
     void UseFile(const std::string& content) { WriteFile(UserFile(), content); }
 
-    static std::optional<std::uint32_t> NumberInKey() {
+    static std::optional<uint32_t> NumberInKey() {
         return Number(Key(HKEY_LOCAL_MACHINE, L"Key").handle, L"Number");
     }
 };
@@ -82,7 +82,7 @@ TEST_F(RegistryStore, FileWithoutTheSignatureYields1017OnEveryOperation) {
     UseFile("Windows Registry Editor Version 5.00\r\n");
     HKEY key = 0;
     wchar_t name[10];
-    std::uint32_t size = std::size(name);
+    uint32_t size = std::size(name);
     EXPECT_EQ(RegOpenKeyEx(HKEY_LOCAL_MACHINE, L"Key", 284, &key), 1017U);
     EXPECT_EQ(RegCreateKeyEx(HKEY_LOCAL_MACHINE, L"Key", 0, &key, nullptr), 1017U);
     EXPECT_EQ(RegQueryValueEx(HKEY_LOCAL_MACHINE, L"v", nullptr, nullptr, nullptr), 1017U);
@@ -221,7 +221,7 @@ TEST_F(RegistryStore, TwoThousandOpenKeysAreServedQuicklyAndRightly) {
     for (int i = 0; i < 2000; ++i) {
         keys.push_back(
             std::make_unique<Key>(HKEY_LOCAL_MACHINE, (L"k" + std::to_wstring(i)).c_str()));
-        ASSERT_EQ(Number(keys.back()->handle, L"I"), static_cast<std::uint32_t>(i % 2)) << i;
+        ASSERT_EQ(Number(keys.back()->handle, L"I"), static_cast<uint32_t>(i % 2)) << i;
     }
 }
 
@@ -241,7 +241,7 @@ TEST_F(RegistryStore, StaleAndBogusHandlesAreInvalid) {
     const Key open(HKEY_LOCAL_MACHINE, L"Key");
     HKEY key = 0;
     wchar_t name[10];
-    std::uint32_t size = std::size(name);
+    uint32_t size = std::size(name);
     for (const HKEY bad : {HKEY{0}, HKEY{1}, stale, open.handle + 1, HKEY{0x7FFFFFFF},
                            std::numeric_limits<HKEY>::max()}) {
         EXPECT_EQ(RegOpenKeyEx(bad, L"Key", 284, &key), kInvalidHandle) << bad;
@@ -258,15 +258,15 @@ TEST_F(RegistryStore, StaleAndBogusHandlesAreInvalid) {
 
 TEST_F(RegistryStore, EachOperationNeedsItsBit) {
     UseFile(SmallRegistry("00000001") + "[HKEY_LOCAL_MACHINE\\Key\\Sub]\r\n\r\n");
-    for (const std::uint32_t access : {0x0U, 0x04U, 0x08U, 0x10U, 0x1CU, 284U, ~0x1CU, ~0U}) {
+    for (const uint32_t access : {0x0U, 0x04U, 0x08U, 0x10U, 0x1CU, 284U, ~0x1CU, ~0U}) {
         const Key key(HKEY_LOCAL_MACHINE, L"Key", access);
-        const auto expect = [access](RegistryError error, std::uint32_t bit) {
+        const auto expect = [access](RegistryError error, uint32_t bit) {
             EXPECT_EQ(error, (access & bit) != 0 ? kSuccess : kAccessDenied)
                 << "access " << access << ", bit " << bit;
         };
-        std::uint32_t size = 0;
+        uint32_t size = 0;
         wchar_t name[10];
-        std::uint32_t length = std::size(name);
+        uint32_t length = std::size(name);
         HKEY made = 0;
         expect(SetNumber(key.handle, L"Other", 1), 0x08);
         expect(RegQueryValueEx(key.handle, L"Number", nullptr, nullptr, &size), 0x04);
@@ -284,7 +284,7 @@ TEST_F(RegistryStore, EachOperationNeedsItsBit) {
 TEST_F(RegistryStore, RequiredPointersThatAreNullYield1) {
     UseFile(SmallRegistry("00000001"));
     const Key key(HKEY_LOCAL_MACHINE, L"Key");
-    std::uint32_t size = 4;
+    uint32_t size = 4;
     wchar_t name[10];
     EXPECT_EQ(RegOpenKeyEx(HKEY_LOCAL_MACHINE, L"Key", 284, nullptr), 1U);
     EXPECT_EQ(RegCreateKeyEx(HKEY_LOCAL_MACHINE, L"Key", 0, nullptr, nullptr), 1U);

@@ -16,8 +16,7 @@ using test::WriteText;
 
 KeyNode* FindKey(RegistryText& text, std::string_view name) { return text.Find(FoldedName(name)); }
 
-std::optional<std::uint32_t> NumberOf(RegistryText& text, std::string_view key,
-                                      std::string_view name) {
+std::optional<uint32_t> NumberOf(RegistryText& text, std::string_view key, std::string_view name) {
     KeyNode* node = FindKey(text, key);
     const auto value = node == nullptr ? std::nullopt : text.Value(*node, name);
     return value && value->type == kTypeNumber ? std::optional(value->number) : std::nullopt;
@@ -363,7 +362,7 @@ TEST(RegistryText, ManyLookUpsFindTheSameAsOne) {
     for (int i = 99; i >= 0; --i) {
         const std::string digits = std::to_string(10 + i % 80);
         EXPECT_EQ(NumberOf(*text, "root\\KEY" + std::to_string(i), "N"),
-                  static_cast<std::uint32_t>(std::stoul(digits, nullptr, 16)));
+                  static_cast<uint32_t>(std::stoul(digits, nullptr, 16)));
     }
     EXPECT_EQ(ChildNames(*text, "Root").size(), 100U);
     EXPECT_EQ(ChildNames(*text, "Root").front(), "Key0");

@@ -23,7 +23,7 @@ using test::WriteFile;
 using RegistryThreads = test::RegistryTest;
 
 constexpr unsigned kThreads = 8;
-constexpr std::uint32_t kRounds = 60;
+constexpr uint32_t kRounds = 60;
 
 TEST_F(RegistryThreads, EightThreadsOpenReadSetAndCloseAtOnce) {
     std::string content = "REGEDIT4\r\n\r\n";
@@ -37,7 +37,7 @@ TEST_F(RegistryThreads, EightThreadsOpenReadSetAndCloseAtOnce) {
     for (unsigned i = 0; i < kThreads; ++i) {
         threads.emplace_back([i, &wrong] {
             const std::wstring path = L"Key" + std::to_wstring(i);
-            for (std::uint32_t round = 0; round < kRounds; ++round) {
+            for (uint32_t round = 0; round < kRounds; ++round) {
                 Key key(HKEY_LOCAL_MACHINE, path.c_str());
                 const bool right = key.error == kSuccess && Number(key.handle, L"n") == round &&
                                    SetNumber(key.handle, L"n", round + 1) == kSuccess &&
@@ -65,16 +65,16 @@ TEST_F(RegistryThreads, TwoValuesChangedTogetherAreNeverSeenApart) {
     std::vector<std::thread> threads;
     for (unsigned i = 0; i < kThreads; ++i) {
         threads.emplace_back([i, &wrong] {
-            std::uint32_t last = 0;
-            for (std::uint32_t round = 1; round <= kRounds; ++round) {
+            uint32_t last = 0;
+            for (uint32_t round = 1; round <= kRounds; ++round) {
                 const Key key(HKEY_LOCAL_MACHINE, L"Key");
                 if (i == 0) {  // the one writer
                     wrong += SetNumber(key.handle, L"Number", round) == kSuccess ? 0 : 1;
                     wrong += SetNumber(key.handle, L"Copy", round) == kSuccess ? 0 : 1;
                     continue;
                 }
-                const std::uint32_t copy = Number(key.handle, L"Copy").value_or(0);
-                const std::uint32_t number = Number(key.handle, L"Number").value_or(0);
+                const uint32_t copy = Number(key.handle, L"Copy").value_or(0);
+                const uint32_t number = Number(key.handle, L"Number").value_or(0);
                 wrong += number >= copy && copy >= last ? 0 : 1;
                 last = copy;
             }
@@ -94,11 +94,11 @@ TEST_F(RegistryThreads, KeysAreCreatedEnumeratedAndDeletedAtOnce) {
     for (unsigned i = 0; i < kThreads; ++i) {
         threads.emplace_back([i, &wrong] {
             const std::wstring path = L"Top" + std::to_wstring(i) + L"\\Sub";
-            for (std::uint32_t round = 0; round < kRounds / 4; ++round) {
+            for (uint32_t round = 0; round < kRounds / 4; ++round) {
                 HKEY key = 0;
                 wrong += RegCreateKeyEx(HKEY_CURRENT_USER, path.c_str(), 0, &key, nullptr);
                 wchar_t name[100];
-                std::uint32_t size = std::size(name);
+                uint32_t size = std::size(name);
                 wrong += RegEnumKey(HKEY_CURRENT_USER, 0, name, &size);
                 wrong += RegDeleteTree(HKEY_CURRENT_USER, path.substr(0, 4).c_str(), 0);
                 wrong += RegCloseKey(key);
@@ -113,7 +113,7 @@ TEST_F(RegistryThreads, KeysAreCreatedEnumeratedAndDeletedAtOnce) {
 
 TEST_F(RegistryThreads, CancelledThreadFinishesItsOperationAndLocksNobodyOut) {
     WriteFile(UserFile(), SmallRegistry("00000001"));
-    onLookUp = [](std::string_view) { ::pthread_cancel(::pthread_self()); };
+    onLookUp = [](std::string_view) { pthread_cancel(pthread_self()); };
     pthread_t thread{};
     const auto body = [](void*) -> void* {
         HKEY key = 0;
@@ -121,13 +121,13 @@ TEST_F(RegistryThreads, CancelledThreadFinishesItsOperationAndLocksNobodyOut) {
         EXPECT_EQ(error, kNotFound);
         // Without this the thread would end at the next call that may be cancelled.
         int state = 0;
-        ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
+        pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state);
         EXPECT_EQ(state, PTHREAD_CANCEL_ENABLE);
         return nullptr;
     };
-    ASSERT_EQ(::pthread_create(&thread, nullptr, body, nullptr), 0);
+    ASSERT_EQ(pthread_create(&thread, nullptr, body, nullptr), 0);
     void* result = &thread;
-    ASSERT_EQ(::pthread_join(thread, &result), 0);
+    ASSERT_EQ(pthread_join(thread, &result), 0);
     EXPECT_EQ(result, nullptr);
     onLookUp = [](std::string_view) {};
     EXPECT_EQ(ReadDword(L"Key", L"Number"), 1U);

@@ -17,7 +17,7 @@ std::optional<RegistryValue> Read(std::string_view line) {
     return parsed ? std::optional(ReadValue(*parsed)) : std::nullopt;
 }
 
-RegistryValue NumberValue(std::uint32_t number) { return {kTypeNumber, number, {}}; }
+RegistryValue NumberValue(uint32_t number) { return {kTypeNumber, number, {}}; }
 RegistryValue TextValue(std::string text) { return {kTypeString, 0, std::move(text)}; }
 RegistryValue BinaryValue(std::string bytes) { return {kTypeBinary, 0, std::move(bytes)}; }
 

@@ -54,7 +54,7 @@ TEST(SecretText, GrowsWithoutLosingAnything) {
     for (int i = 0; i < 1000; ++i) {
         const auto digit = static_cast<wchar_t>(L'0' + i % 10);
         InsertCharacter(text, i / 2, digit);
-        expected.insert(static_cast<std::size_t>(i / 2), 1, digit);
+        expected.insert(static_cast<size_t>(i / 2), 1, digit);
     }
     EXPECT_EQ(text, expected);
     Forget(text);

@@ -20,7 +20,7 @@ TEST(TokenErrors, EveryCodeHasItsText) {
         {224, "Token not present"}};
     for (unsigned code = 0; code <= 0x400; ++code) {
         char other[40];
-        std::snprintf(other, sizeof other, "Device error (0x%02X)", code);
+        snprintf(other, sizeof other, "Device error (0x%02X)", code);
         const auto known = texts.find(code);
         EXPECT_EQ(TokenErrorText(code).utf8_string(), known != texts.end() ? known->second : other)
             << code;

@@ -93,7 +93,7 @@ protected:
         const bool written =
             registry::test::ReadFile(UserFile()) == registry::test::SmallRegistry("0000000a");
         scratch.Remove();
-        ::_exit(written ? 0 : 1);
+        _exit(written ? 0 : 1);
     }
 };
 

@@ -67,7 +67,7 @@ int Report::Finish() {
 }
 
 std::string Variable(const char* name) {
-    const char* const value = std::getenv(name);
+    const char* const value = getenv(name);
     return value == nullptr ? "not set" : *value == '\0' ? "set, but empty" : value;
 }
 

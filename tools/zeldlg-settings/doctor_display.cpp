@@ -95,7 +95,7 @@ void ReportVariables(Report& report) {
     for (const char* const name :
          {"XDG_RUNTIME_DIR", "XAUTHORITY", "GDK_BACKEND", "GTK_THEME", "GDK_SCALE", "GDK_DPI_SCALE",
           "GTK_MODULES", "GTK_IM_MODULE", "NO_AT_BRIDGE"}) {
-        if (std::getenv(name) != nullptr) {
+        if (getenv(name) != nullptr) {
             report.Line(name, Variable(name));
         }
     }
@@ -109,11 +109,11 @@ std::string SocketError(const std::string& path) {
         return strerror(ENAMETOOLONG);
     }
     std::copy(path.begin(), path.end(), address.sun_path);
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const int client = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     const bool connected =
-        connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+        connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     std::string error = connected ? "" : strerror(errno);
-    close(socket);
+    close(client);
     return error;
 }
 
@@ -131,13 +131,13 @@ std::string WaylandSocket(const std::string& display) {
     if (display.starts_with('/')) {
         return display;
     }
-    const char* const directory = std::getenv("XDG_RUNTIME_DIR");
+    const char* const directory = getenv("XDG_RUNTIME_DIR");
     return directory == nullptr ? std::string() : std::string(directory) + "/" + display;
 }
 
 void ReportSocket(Report& report, const char* variable,
                   std::string (*socketOf)(const std::string&)) {
-    const char* const display = std::getenv(variable);
+    const char* const display = getenv(variable);
     const std::string socket =
         display == nullptr || *display == '\0' ? std::string() : socketOf(display);
     if (!socket.empty()) {
@@ -153,7 +153,7 @@ void ReportUnreachable(Report& report, const Ending& probe) {
     } else if (probe.how == Ending::How::TooLong) {
         report.Problem("The display does not answer.",
                        "Is its server stopped, or the way to it blocked?");
-    } else if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr) {
+    } else if (getenv("DISPLAY") == nullptr && getenv("WAYLAND_DISPLAY") == nullptr) {
         report.Problem("Neither DISPLAY nor WAYLAND_DISPLAY is set: there is no display.",
                        "Run the host in a desktop session. Over ssh, use ssh -X; in a sandbox, "
                        "let it have the display's socket.");

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "doctor.h"
-#include "registry/file_descriptor.h"
+#include "platform/file_descriptor.h"
 #include "registry/registry_file.h"
 #include "stored_settings.h"
 

@@ -28,7 +28,7 @@ long MillisecondsSince(Clock::time_point start) {
 
 void SayFile(const DLG_FunctionList* dialogs) {
     void* address = nullptr;
-    std::memcpy(&address, &dialogs->Finalize, sizeof address);
+    memcpy(&address, &dialogs->Finalize, sizeof address);
     Dl_info info;
     if (dladdr(address, &info) != 0) {
         printf("file: %s\n", info.dli_fname);

@@ -15,7 +15,7 @@ uint8_t HexDigits(std::string_view digits) {
         digits.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) {
         throw ProtocolError("not two hexadecimal digits: " + std::string(digits));
     }
-    return static_cast<uint8_t>(std::strtoul(std::string(digits).c_str(), nullptr, 16));
+    return static_cast<uint8_t>(strtoul(std::string(digits).c_str(), nullptr, 16));
 }
 
 }  // namespace
@@ -105,11 +105,11 @@ uint64_t ParseNumber(const std::string& text, bool isSigned, uint64_t low, uint6
     uint64_t value = 0;
     bool fits = false;
     if (isSigned) {
-        const int64_t number = std::strtoll(text.c_str(), &end, 0);
+        const int64_t number = strtoll(text.c_str(), &end, 0);
         fits = number >= static_cast<int64_t>(low) && number <= static_cast<int64_t>(high);
         value = static_cast<uint64_t>(number);
     } else {
-        value = std::strtoull(text.c_str(), &end, 0);
+        value = strtoull(text.c_str(), &end, 0);
         fits = !negative && value >= low && value <= high;
     }
     if (text.empty() || *end != '\0' || errno != 0 || !fits) {

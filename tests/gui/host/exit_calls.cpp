@@ -33,8 +33,8 @@ void Call() {
 }  // namespace
 
 void PrepareExitCalls() {
-    if (std::atexit(Call) != 0) {
-        std::abort();
+    if (atexit(Call) != 0) {
+        abort();
     }
 }
 

@@ -21,7 +21,7 @@ public:
           m_null(arguments.TakeNull(name)),
           m_capacity(arguments.TakeNumber<uint32_t>(name + "Capacity", kDefaultCapacity)),
           m_units(m_capacity + kGuard) {
-        std::memset(m_units.data(), kFill, m_units.size() * sizeof(Unit));
+        memset(m_units.data(), kFill, m_units.size() * sizeof(Unit));
     }
 
     Unit* Pointer() { return m_null ? nullptr : m_units.data(); }
@@ -47,7 +47,7 @@ class Slot {
 public:
     Slot(Arguments& arguments, const std::string& name)
         : m_name(name), m_null(arguments.TakeNull(name)) {
-        std::memset(&m_value, kFill, sizeof(m_value));
+        memset(&m_value, kFill, sizeof(m_value));
     }
 
     T* Pointer() { return m_null ? nullptr : &m_value; }

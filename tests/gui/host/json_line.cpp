@@ -21,7 +21,7 @@ std::string Quoted(std::string_view text) {
             quoted += character;
         } else if (byte < 0x20 || byte >= 0x7f) {
             std::array<char, 8> escape{};
-            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(byte));
+            snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(byte));
             quoted += escape.data();
         } else {
             quoted += character;

@@ -70,7 +70,7 @@ struct Policy {
             if (wire.Size() != sizeof(block)) {
                 throw ProtocolError("policy takes 32 bytes");
             }
-            std::memcpy(&block, wire.Pointer(), sizeof(block));
+            memcpy(&block, wire.Pointer(), sizeof(block));
             block.charList = nullList ? nullptr : &list;
         }
         descriptor.block = nullBlock ? nullptr : &block;

@@ -242,7 +242,7 @@ struct Translation {
         size = buffer.Capacity();
         if (text.value) {
             source.resize(text.value->size() / sizeof(Unit));
-            std::memcpy(source.data(), text.value->data(), source.size() * sizeof(Unit));
+            memcpy(source.data(), text.value->data(), source.size() * sizeof(Unit));
         }
     }
     void Call(void* function, JsonLine& line) {

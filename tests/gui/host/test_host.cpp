@@ -132,7 +132,7 @@ void* Host::FindInTable(const std::string& name) {
         entry += sizeof(void*);
         if (known.name == name) {
             void* function = nullptr;
-            std::memcpy(&function, entry, sizeof(function));
+            memcpy(&function, entry, sizeof(function));
             return function;
         }
     }
@@ -187,7 +187,7 @@ void Host::DescribeTable(JsonLine& line) {
         }
     }
     uint64_t version = 0;
-    std::memcpy(&version, Table(), sizeof(version));
+    memcpy(&version, Table(), sizeof(version));
     line.Unsigned("version", version);
     line.Unsigned("entries", kTableSize);
     line.List("different", different);

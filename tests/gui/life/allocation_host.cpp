@@ -150,7 +150,7 @@ int Run(char** words) {
     const life::Library& library = life::Open(words[1]);
     dl_iterate_phdr(NoteModule, nullptr);
     auto* const asked = new Asked{library};  // for longer than a call that is not answered
-    g_failing = static_cast<uint32_t>(std::atoi(words[2]));
+    g_failing = static_cast<uint32_t>(atoi(words[2]));
     g_armed = true;
     life::StartThread(Ask, asked);
     WaitForAnswers(*asked);
@@ -160,7 +160,7 @@ int Run(char** words) {
     AskAll(library, false);
     library.Finalize();
     Say("exit", 0);
-    return std::atoi(words[3]);
+    return atoi(words[3]);
 }
 
 }  // namespace

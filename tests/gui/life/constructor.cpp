@@ -9,7 +9,7 @@
 namespace {
 
 __attribute__((constructor)) void Call() {
-    void* const library = dlopen(std::getenv("ZELDLG_LIBRARY"), RTLD_NOW | RTLD_LOCAL);
+    void* const library = dlopen(getenv("ZELDLG_LIBRARY"), RTLD_NOW | RTLD_LOCAL);
     auto* const getLocale =
         reinterpret_cast<decltype(&DLG_GetLocale)>(dlsym(library, "DLG_GetLocale"));
     std::array<wchar_t, 64> buffer{};

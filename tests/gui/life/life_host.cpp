@@ -226,7 +226,7 @@ int Exit(const Library& library, const Options& options) {
         AllowFailures();
     }
     if (finalise == "atexit") {
-        static_cast<void>(std::atexit(FinaliseAtExit));
+        static_cast<void>(atexit(FinaliseAtExit));
     }
     if (options.Number("allocate") != 0) {
         StartAllocating();
@@ -456,7 +456,7 @@ constexpr std::array kModes = {
 
 int Run(int count, char** words) {
     for (const Mode& mode : kModes) {
-        if (count >= 3 && std::strcmp(mode.name, words[1]) == 0) {
+        if (count >= 3 && strcmp(mode.name, words[1]) == 0) {
             static const auto* const options = new Options(count, words);
             return mode.run(Open(words[2]), *options);
         }

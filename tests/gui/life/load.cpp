@@ -52,7 +52,7 @@ void Translate(const Library& library, uint32_t) {
     auto size = static_cast<uint32_t>(buffer.size());
     const uint32_t result = library.GetTranslationUTF8("Enter PIN", buffer.data(), &size);
     Expect("GetTranslationUTF8", result, ZELDLG_OK, ZELDLG_FAILED);
-    if (result == ZELDLG_OK && std::strcmp(buffer.data(), "Enter PIN") != 0) {
+    if (result == ZELDLG_OK && strcmp(buffer.data(), "Enter PIN") != 0) {
         Wrong("GetTranslationUTF8, another text", result);
     }
 }

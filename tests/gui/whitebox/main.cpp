@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
     delete wxLog::SetActiveTarget(new wxLogStderr);
     wxApp::SetInstance(new zeldlg::test::TestApp);
     if (!wxEntryStart(argc, argv)) {
-        std::fputs("The toolkit did not start: is there a display?\n", stderr);
+        fputs("The toolkit did not start: is there a display?\n", stderr);
         return 1;
     }
     wxSetAssertHandler(FailOnAssert);

@@ -42,8 +42,7 @@ bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
     const wxImage left = one.ConvertToImage();
     const wxImage right = other.ConvertToImage();
     const auto bytes = static_cast<size_t>(left.GetWidth()) * left.GetHeight() * 3;
-    return left.GetSize() == right.GetSize() &&
-           std::memcmp(left.GetData(), right.GetData(), bytes) == 0;
+    return left.GetSize() == right.GetSize() && memcmp(left.GetData(), right.GetData(), bytes) == 0;
 }
 
 bool HasIcon(const wxWindow& dialog, const wxArtID& art) {

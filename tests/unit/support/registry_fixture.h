@@ -42,8 +42,8 @@ class ScratchDirectory {
 public:
     ScratchDirectory() {
         std::string pattern = std::filesystem::temp_directory_path() / "zeldlg-registry-XXXXXX";
-        if (::mkdtemp(pattern.data()) == nullptr || ::chmod(pattern.c_str(), 0755) != 0) {
-            std::abort();
+        if (mkdtemp(pattern.data()) == nullptr || chmod(pattern.c_str(), 0755) != 0) {
+            abort();
         }
         m_path = pattern;
     }
@@ -75,22 +75,22 @@ inline void WriteFile(const std::string& path, std::string_view content) {
 
 inline unsigned Mode(const std::string& path) {
     struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777U : 0;
+    return stat(path.c_str(), &status) == 0 ? status.st_mode & 0777U : 0;
 }
 
 /// Runs `body` in a child process and returns what it returned (0 to 99), 100 when it raised an
 /// exception, or -1 when it died.
 inline int InChild(const std::function<int()>& body) {
-    const pid_t child = ::fork();
+    const pid_t child = fork();
     if (child == 0) {
         try {
-            ::_exit(body());
+            _exit(body());
         } catch (...) {
-            ::_exit(100);
+            _exit(100);
         }
     }
     int status = 0;
-    if (::waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
+    if (waitpid(child, &status, 0) != child || !WIFEXITED(status)) {
         return -1;
     }
     return WEXITSTATUS(status);
@@ -99,8 +99,8 @@ inline int InChild(const std::function<int()>& body) {
 /// Gives up the rights of root, to which no file mode applies. For use in a child process.
 inline bool BecomeOrdinaryUser() {
     constexpr uid_t kNobody = 65534;
-    return ::geteuid() != 0 || (::setresgid(kNobody, kNobody, kNobody) == 0 &&
-                                ::setresuid(kNobody, kNobody, kNobody) == 0);
+    return geteuid() != 0 ||
+           (setresgid(kNobody, kNobody, kNobody) == 0 && setresuid(kNobody, kNobody, kNobody) == 0);
 }
 
 inline std::unique_ptr<RegistryText> MakeText(std::string_view content) {
@@ -122,7 +122,7 @@ inline std::string WriteText(RegistryText& text) {
 /// A key handle that closes itself.
 class Key {
 public:
-    Key(HKEY parent, const wchar_t* path, std::uint32_t access = kAccessDefault)
+    Key(HKEY parent, const wchar_t* path, uint32_t access = kAccessDefault)
         : error(RegOpenKeyEx(parent, path, access, &handle)) {}
     ~Key() { Close(); }
     Key(const Key&) = delete;
@@ -136,25 +136,24 @@ public:
     RegistryError error;
 };
 
-inline RegistryError SetNumber(HKEY key, const wchar_t* name, std::uint32_t number) {
+inline RegistryError SetNumber(HKEY key, const wchar_t* name, uint32_t number) {
     return RegSetValueEx(key, name, kTypeNumber, &number, sizeof number);
 }
 
 inline RegistryError SetText(HKEY key, const wchar_t* name, const std::wstring& text) {
     return RegSetValueEx(key, name, kTypeString, text.c_str(),
-                         static_cast<std::uint32_t>((text.size() + 1) * sizeof(wchar_t)));
+                         static_cast<uint32_t>((text.size() + 1) * sizeof(wchar_t)));
 }
 
 inline RegistryError SetBytes(HKEY key, const wchar_t* name, std::string_view bytes) {
-    return RegSetValueEx(key, name, kTypeBinary, bytes.data(),
-                         static_cast<std::uint32_t>(bytes.size()));
+    return RegSetValueEx(key, name, kTypeBinary, bytes.data(), static_cast<uint32_t>(bytes.size()));
 }
 
 /// A number value, or nothing.
-inline std::optional<std::uint32_t> Number(HKEY key, const wchar_t* name) {
-    std::uint32_t number = 0;
-    std::uint32_t type = 0;
-    std::uint32_t size = sizeof number;
+inline std::optional<uint32_t> Number(HKEY key, const wchar_t* name) {
+    uint32_t number = 0;
+    uint32_t type = 0;
+    uint32_t size = sizeof number;
     if (RegQueryValueEx(key, name, &type, &number, &size) != kSuccess || type != kTypeNumber) {
         return std::nullopt;
     }
@@ -163,8 +162,8 @@ inline std::optional<std::uint32_t> Number(HKEY key, const wchar_t* name) {
 
 /// A string value, or nothing.
 inline std::optional<std::wstring> Text(HKEY key, const wchar_t* name) {
-    std::uint32_t type = 0;
-    std::uint32_t size = 0;
+    uint32_t type = 0;
+    uint32_t size = 0;
     if (RegQueryValueEx(key, name, &type, nullptr, &size) != kSuccess || type != kTypeString) {
         return std::nullopt;
     }

@@ -1,4 +1,4 @@
-#include "registry/file_descriptor.h"
+#include "platform/file_descriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <utility>
 
-namespace zeldlg::registry {
+namespace zeldlg::platform {
 
 FileDescriptor::~FileDescriptor() {
     if (IsOpen()) {
@@ -82,4 +82,4 @@ bool FileDescriptor::Flush() const {
     return result == 0;
 }
 
-}  // namespace zeldlg::registry
+}  // namespace zeldlg::platform

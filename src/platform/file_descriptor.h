@@ -1,5 +1,5 @@
 // An open file, closed when its holder goes.
-// Only regular files are opened: what stands in a registry file's place may be anything.
+// Only regular files are opened: what stands in a file's place may be anything.
 #pragma once
 
 #include <sys/types.h>
@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace zeldlg::registry {
+namespace zeldlg::platform {
 
 class FileDescriptor {
 public:
@@ -45,4 +45,4 @@ private:
     size_t m_size = 0;
 };
 
-}  // namespace zeldlg::registry
+}  // namespace zeldlg::platform
