@@ -3,7 +3,6 @@
 
 import contextlib
 import os
-import signal
 import socket
 import threading
 import unittest
@@ -27,7 +26,7 @@ class DisplayLoss(StageTestCase):
 
     def lose_display(self):
         self.other.close()  # a client that is still connected ends with its display
-        os.kill(self.stage.servers["Xvfb"].pid, signal.SIGKILL)
+        self.stage.lose_display()
 
     def open(self, export, title, **arguments):
         call = self.host.call(export, **arguments)

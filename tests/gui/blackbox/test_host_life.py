@@ -494,7 +494,7 @@ class Neighbours(LifeCase):
         self.cancel_pin_dialog(host)
 
     def test_a_host_with_a_toolkit_of_its_own_gets_failures_and_goes_on(self):
-        host = self.start_host(toolkit=True)
+        host = self.start_host(toolkit="wx")
         host.command("toolkit start")
         window = self.screen.find_window("Host window", host)
         for _ in range(2):

@@ -178,7 +178,7 @@ class HostOnScreen(StageTestCase):
             self.assertEqual(64, call.output("pinLength"))
 
     def test_a_host_with_a_toolkit_of_its_own_starts_it(self):
-        host = self.start_host(toolkit=True)
+        host = self.start_host(toolkit="wx")
         self.assertTrue(host.command("toolkit start")["started"])
         self.screen.find_window("Host window", host)
         host.command("toolkit stop")

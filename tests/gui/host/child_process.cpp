@@ -4,7 +4,12 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdint>
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
+#include "arguments.h"
 
 namespace testhost {
 
@@ -15,6 +20,8 @@ using Finalise = void (*)();
 using Results = std::array<uint32_t, 2>;
 
 constexpr unsigned kPatienceSeconds = 15;
+
+std::atomic<uint64_t> g_reaped = 0;
 
 [[noreturn]] void RunChild(int writing, GetLocale getLocale, Finalise finalise) {
     alarm(kPatienceSeconds);  // the signal ends a child that hangs
@@ -55,5 +62,38 @@ void ReportForkedCalls(void* getLocale, void* finalise, JsonLine& line) {
         line.Null("second");
     }
 }
+
+void BecomeChild() {
+    const pid_t child = fork();
+    if (child == 0) {
+        return;
+    }
+    if (child < 0) {
+        throw ProtocolError("cannot fork");
+    }
+    int status = 0;
+    const bool ended = waitpid(child, &status, 0) == child && WIFEXITED(status);
+    _exit(ended ? WEXITSTATUS(status) : EXIT_FAILURE);
+}
+
+void ReapAllChildren() {
+    std::thread([] {
+        for (;;) {
+            if (waitpid(-1, nullptr, 0) > 0) {
+                ++g_reaped;
+            } else {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+        }
+    }).detach();
+    if (fork() == 0) {
+        _exit(EXIT_SUCCESS);
+    }
+    while (g_reaped == 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+uint64_t ReapedChildren() { return g_reaped; }
 
 }  // namespace testhost

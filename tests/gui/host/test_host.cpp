@@ -23,8 +23,8 @@
 #include "export_calls.h"
 #include "glib_loop.h"
 #include "gtk_start.h"
-#include "host_toolkit.h"
 #include "json_line.h"
+#include "main_thread.h"
 #include "process_state.h"
 #include "sleep_recorder.h"
 #include "thread_faults.h"
@@ -203,6 +203,8 @@ bool Host::Inspect(const Words& words, JsonLine& line) {
         {{"locale"}, ReportLocale},
         {{"environment"}, ReportEnvironment},
         {{"sleeps"}, ReportSleeps},
+        {{"reaped"}, [](JsonLine& l) { l.Unsigned("count", ReapedChildren()); }},
+        {{"toolkit", "frames"}, [](JsonLine& l) { l.Unsigned("frames", PaintedFrames()); }},
         {{"glib-loop", "ticks"}, [](JsonLine& l) { l.Unsigned("ticks", GlibLoopTicks()); }},
     };
     const auto report = kReports.find(words);
@@ -239,6 +241,14 @@ bool Host::Change(const Words& words, JsonLine& line) {
         StopGlibLoop();
     } else if (words == Words{"fork"}) {
         ReportForkedCalls(FindSymbol("DLG_GetLocale"), FindSymbol("DLG_Finalize"), line);
+    } else if (words == Words{"become-child"}) {
+        BecomeChild();
+        m_workers.clear();  // their threads are the parent's
+        line.Number("pid", getpid());
+    } else if (words == Words{"reap"}) {
+        ReapAllChildren();
+    } else if (words.size() == 2 && words[0] == "close") {
+        close(static_cast<int>(ParseNumber(words[1], false, 0, INT32_MAX)));
     } else if (words == Words{"exit-calls"}) {
         CallAtExit(FindSymbol("DLG_GetLocale"), FindSymbol("DLG_Finalize"));
     } else if (words == Words{"gtk-init"}) {
@@ -309,4 +319,6 @@ int Main(int argumentCount, char** arguments) {
 
 }  // namespace testhost
 
-int main(int argumentCount, char** arguments) { return testhost::Main(argumentCount, arguments); }
+int main(int argumentCount, char** arguments) {
+    return testhost::RunMainThread([=] { return testhost::Main(argumentCount, arguments); });
+}

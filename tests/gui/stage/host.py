@@ -1,6 +1,7 @@
 """A host process under the test's control: a program that loads the library and calls it."""
 
 import collections
+import contextlib
 import dataclasses
 import json
 import os
@@ -106,17 +107,18 @@ class Host:
 
     `zel_home` is the directory of its settings file, fresh for every host; `registry` is the text
     of that file. `environment` is added to that of this process, None unsets a variable; `prefix`
-    is a command to start the host with. With `toolkit`, it is the program that can run an
-    instance of the toolkit of its own. `strict` says whether faults reported on standard error
-    fail the test (default: ZELDLG_STRICT_STDERR, on unless that is 0).
+    is a command to start the host with. `toolkit` names that which the host's main thread can run
+    a window of its own with: gtk3, gtk4, qt5, qt6, wx (see tests/hosts). `strict` says whether
+    faults reported on standard error fail the test (default: ZELDLG_STRICT_STDERR, on unless that
+    is 0).
     """
 
     def __init__(self, library=None, program=None, registry=None, environment=None, prefix=(),
-                 toolkit=False, strict=None):
+                 toolkit=None, strict=None):
         self._library = library or library_path()
         self._program = program or _from_environment("ZELDLG_TEST_HOST")
         if toolkit:
-            self._program += "_wx"
+            self._program += f"_{toolkit}"
         self._prefix = list(prefix)
         self._strict = (os.environ.get("ZELDLG_STRICT_STDERR", "1") != "0" if strict is None
                         else strict)
@@ -357,9 +359,33 @@ class Host:
     def table(self):
         return self.command("table")
 
+    def become_child(self):
+        """Lets the host fork: its child is the host from now on."""
+        self.pid = self.command("become-child")["pid"]
+
+    def helpers(self):
+        """The process ids of the library's processes that show its windows."""
+        return helpers(self.pid)
+
+    def frames(self):
+        """How often the host's own window has been painted."""
+        return self.command("toolkit frames")["frames"]
+
     def ticks(self):
         """How often the host's own GLib loop has ticked."""
         return self.command("glib-loop ticks")["ticks"]
+
+
+def helpers(process_id):
+    """The processes that show the library's windows for that one; as a rule none, or one."""
+    found = []
+    for entry in filter(str.isdigit, os.listdir("/proc")):
+        with contextlib.suppress(OSError), open(f"/proc/{entry}/stat") as file:
+            name, rest = file.read().split("(", 1)[1].rsplit(")", 1)
+            state, parent = rest.split()[:2]
+            if (name, int(parent)) == ("zeldlg-helper", process_id) and state != "Z":
+                found.append(int(entry))
+    return found
 
 
 def policy(characters=b"", **fields):

@@ -8,6 +8,7 @@ import tempfile
 import time
 
 from .bus import Bus
+from .host import helpers
 from .node import ROOT, Node
 from .servers import dying_with_parent
 from .wait import Gone, StageError, scaled, wait_until
@@ -20,7 +21,8 @@ STILL_SECONDS = 0.15
 class Screen:
     """The screen of a stage; without arguments, of the stage that this process runs on.
 
-    A "host" below is anything with a `pid`, or a process id; None means every program.
+    A "host" below is anything with a `pid`, or a process id: its windows are also those of the
+    process that the library shows them in. None means every program.
     """
 
     def __init__(self, environment=None):
@@ -41,10 +43,10 @@ class Screen:
 
     def windows(self, host=None):
         """The accessible windows on the screen."""
-        return [window for program in self._programs(_process_id(host))
+        return [window for program in self._programs(_process_ids(host))
                 for window in self._windows_of(program)]
 
-    def _programs(self, process_id):
+    def _programs(self, wanted):
         # Programs without a window are not asked: one that has ended its user interface stays on
         # the bus and does not answer.
         owners = {owner for _, owner, _ in self.x11.windows()}
@@ -54,7 +56,7 @@ class Screen:
                 owner = program.process_id
             except Gone:
                 continue
-            if owner in owners and process_id in (None, owner):
+            if owner in owners and (wanted is None or owner in wanted):
                 yield program
 
     @staticmethod
@@ -67,13 +69,15 @@ class Screen:
     def accessible_windows(self, host, title):
         """The program's windows with that title, also where X knows none of them (Wayland)."""
         registry = Node(self, "org.a11y.atspi.Registry", ROOT)
-        return [window for program in registry.children if program.process_id == host.pid
+        wanted = _process_ids(host)
+        return [window for program in registry.children if program.process_id in wanted
                 for window in program.children if window.showing and window.name == title]
 
     def titles(self, host=None):
         """The titles of the windows, from the window manager: the program need not answer."""
-        process_id = _process_id(host)
-        return [title for _, owner, title in self.x11.windows() if process_id in (None, owner)]
+        wanted = _process_ids(host)
+        return [title for _, owner, title in self.x11.windows()
+                if wanted is None or owner in wanted]
 
     def find_window(self, title, host=None, timeout=20):
         """The only window with that title, once it is on the screen and managed."""
@@ -266,5 +270,9 @@ class Screen:
         self.screenshot(path, window, margin)
 
 
-def _process_id(host):
-    return getattr(host, "pid", host)
+def _process_ids(host):
+    """The processes whose windows are the host's; None for all."""
+    if host is None:
+        return None
+    process_id = getattr(host, "pid", host)
+    return {process_id, *helpers(process_id)}

@@ -130,6 +130,9 @@ class Server:
             status = f" with status {self._process.returncode}"
         return f"{self.name} (pid {self.pid}) died{status}; its log:\n{self.log() or '(empty)'}"
 
+    def kill(self):
+        signal.pidfd_send_signal(self.pidfd, signal.SIGKILL)
+
     def stop(self):
         """Asks the process to end, insists after five seconds, and forgets it."""
         for number in (signal.SIGTERM, signal.SIGKILL):
@@ -241,18 +244,31 @@ class Stage:
             subprocess.run(["sh", "-c", JANITOR, self.directory], stdin=reading, check=True,
                            start_new_session=True)
 
-    def _start_display(self):
+    def _start_display(self, *number):
         reading, writing = os.pipe()
         with contextlib.ExitStack() as stack:
             stack.callback(os.close, reading)
             # -r: a key held down by a slow machine must not repeat. -noreset: the keyboard map
             # and root properties outlive the first client.
-            command = ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{self._size}x24",
-                       "-dpi", str(self._dpi), "-nolisten", "tcp", "-noreset", "-r"]
+            command = ["Xvfb", *number, "-displayfd", str(writing), "-screen", "0",
+                       f"{self._size}x24", "-dpi", str(self._dpi), "-nolisten", "tcp", "-noreset",
+                       "-r"]
             server = self._start("Xvfb", command, [writing])
             os.close(writing)
             self.environment["DISPLAY"] = ":" + self._answer(server, reading)
         self._tell_resolution()
+
+    def lose_display(self):
+        """Kills the display, as a crash would; what stands on it ends, too."""
+        self.servers["Xvfb"].kill()
+        for name in ("Xvfb", *self._manager[:1]):
+            self.servers.pop(name).stop()
+
+    def restart_display(self):
+        """Brings the display back after its loss, by the same name."""
+        self._start_display(self.environment["DISPLAY"])
+        if self._manager:
+            self._start_window_manager()
 
     def _tell_resolution(self):
         x11 = X11(self.environment["DISPLAY"])

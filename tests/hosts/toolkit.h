@@ -1,0 +1,25 @@
+/// A host with a window of its own: one file for each toolkit, behind the commands of the test
+/// host (tests/gui/host).
+#pragma once
+
+#include <functional>
+
+namespace testhost {
+
+constexpr const char* kWindowTitle = "Host window";
+constexpr int kWindowWidth = 300;
+constexpr int kWindowHeight = 120;
+constexpr int kFrameMilliseconds = 20;
+
+/// On the main thread: starts the toolkit, shows a window which it paints in another colour with
+/// every frame, calls `running` from its loop, and returns once it was told to quit. May be called
+/// again then. False, without a call of `running`, when the toolkit could not start.
+bool RunToolkit(const std::function<void()>& running);
+
+/// From any thread, while it runs.
+void QuitToolkit();
+
+/// The red of the next frame, 255 at most; counts it.
+int NextFrame();
+
+}  // namespace testhost
