@@ -19,16 +19,17 @@ typedef struct Option {
     const char* help;
 } Option;
 
-#define FLAG(name, field, help) \
-    { name, NULL, kFlag, offsetof(Options, field), NULL, help }
+// Versions of clang-format set these braces differently.
+// clang-format off
+#define FLAG(name, field, help) {name, NULL, kFlag, offsetof(Options, field), NULL, help}
 #define TEXT(name, argument, field, fallback, help) \
-    { name, argument, kText, offsetof(Options, field), fallback, help }
+    {name, argument, kText, offsetof(Options, field), fallback, help}
 #define NUMBER(name, field, fallback, help) \
-    { name, "N", kNumber, offsetof(Options, field), fallback, help }
+    {name, "N", kNumber, offsetof(Options, field), fallback, help}
 #define BYTE(name, argument, field, help) \
-    { name, argument, kByte, offsetof(Options, policy.field), "0", help }
-#define ITEM(name, argument, help) \
-    { name, argument, kItem, 0, NULL, help }
+    {name, argument, kByte, offsetof(Options, policy.field), "0", help}
+#define ITEM(name, argument, help) {name, argument, kItem, 0, NULL, help}
+// clang-format on
 
 static const Option kOptions[] = {
     TEXT("application", "TEXT", application, "Certificate manager", "name of the application"),

@@ -1,5 +1,7 @@
 #!/usr/bin/env python3
-"""Fails when a file of src/ includes a room that its own room must not know."""
+"""Fails when a file of src/ includes a room that its own room must not know, or anything before its
+own header: that is how each header is compiled by itself once.
+"""
 
 import pathlib
 import re
@@ -24,7 +26,11 @@ def problems(root):
             yield f"{path}: unknown room '{room}'"
             continue
         allowed = RANKS[RANKS.index(room):]
-        for kind, name in INCLUDE.findall(path.read_text(encoding="utf-8")):
+        includes = INCLUDE.findall(path.read_text(encoding="utf-8"))
+        own = str(path.relative_to(root).with_suffix(".h"))
+        if path.suffix == ".cpp" and (root / own).exists() and includes[:1] != [('"', own)]:
+            yield f'{path}: the first include must be "{own}"'
+        for kind, name in includes:
             if kind == '"':
                 if pathlib.PurePosixPath(name).parts[0] not in allowed:
                     yield f'{path}: room {room} must not include "{name}"'

@@ -325,12 +325,11 @@ CK_FUNCTION_LIST MakeFunctions() {
 
 }  // namespace p11
 
-extern "C" __attribute__((visibility("default"))) CK_RV C_GetFunctionList(
-    CK_FUNCTION_LIST** functions) {
+extern "C" __attribute__((visibility("default"))) CK_RV C_GetFunctionList(CK_FUNCTION_LIST** list) {
     static CK_FUNCTION_LIST all = p11::MakeFunctions();
-    if (functions == nullptr) {
+    if (list == nullptr) {
         return CKR_ARGUMENTS_BAD;
     }
-    *functions = &all;
+    *list = &all;
     return CKR_OK;
 }

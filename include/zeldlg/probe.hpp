@@ -306,7 +306,7 @@ inline std::string settings() {
     while (access(place.c_str(), F_OK) != 0 && place.size() > home.size()) {
         place.erase(place.rfind('/'));
     }
-    struct stat status {};
+    struct stat status = {};
     const int wanted =
         stat(place.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? W_OK | X_OK : R_OK | W_OK;
     return access(place.c_str(), wanted) == 0 ? "" : place + ": " + std::strerror(errno);

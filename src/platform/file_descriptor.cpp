@@ -33,7 +33,7 @@ FileDescriptor FileDescriptor::Open(const std::string& path, int flags, mode_t m
     if (!file.IsOpen()) {
         return file;
     }
-    struct stat status {};
+    struct stat status = {};
     if (fstat(file.m_fd, &status) != 0 || !S_ISREG(status.st_mode)) {
         file = FileDescriptor();
         if ((flags & O_EXCL) != 0) {

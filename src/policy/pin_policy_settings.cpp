@@ -10,9 +10,11 @@ namespace {
 
 constexpr const wchar_t* kPoliciesKey = L"SOFTWARE\\Corvenna\\Tessaly\\2.0\\Policies";
 
+using PolicyByte = uint8_t PinPolicy::*;
+
 struct NumberValue {
     const wchar_t* name;
-    uint8_t PinPolicy::*field;
+    PolicyByte field;
     // Taken when the value is missing; without it the field stays as it is.
     std::optional<uint8_t> whenMissing = std::nullopt;
 };

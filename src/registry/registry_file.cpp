@@ -43,7 +43,7 @@ FileDescriptor OpenOrMake(const std::string& directory, mode_t directoryMode) {
 }
 
 bool IsRegularFile(const std::string& path) {
-    struct stat status {};
+    struct stat status = {};
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 

@@ -25,7 +25,7 @@ constexpr mode_t kCopyMode = 0766;
 
 // False as well for a file that cannot be looked at: it must not be taken for a missing one.
 bool IsMissing(const std::string& path) {
-    struct stat status {};
+    struct stat status = {};
     return stat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 

@@ -41,7 +41,7 @@ public:
         return entry != nullptr ? entry->d_name : nullptr;
     }
     bool HasFile(const std::string& path) const {
-        struct stat status {};
+        struct stat status = {};
         return fstatat(dirfd(m_entries.get()), path.c_str(), &status, 0) == 0 &&
                S_ISREG(status.st_mode);
     }

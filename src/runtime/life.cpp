@@ -146,8 +146,8 @@ constexpr uint32_t kLastInstructionsMs = 100;
 // Parks the thread in the call that it sleeps in, by a signal that it does not block. (A thread at
 // work must not be stopped so: it may hold a lock that the exit is going to need.)
 void StopIn(pid_t thread) {
-    struct sigaction park {};
-    struct sigaction before {};
+    struct sigaction park = {};
+    struct sigaction before = {};
     park.sa_handler = [](int) { ProcessLife().ParkAtExit(); };
     sigaction(SIGSYS, &park, &before);
     tgkill(getpid(), thread, SIGSYS);

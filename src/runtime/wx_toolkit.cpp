@@ -56,7 +56,7 @@ void GiveMessagesBack() {
 // While it runs the toolkit creates our application object; afterwards the host's own. It sets
 // SIGPIPE to be ignored, for the whole process.
 bool StartWx() {
-    struct sigaction pipe {};
+    struct sigaction pipe = {};
     sigaction(SIGPIPE, nullptr, &pipe);
     const platform::ScopeExit restorePipe([&pipe] { sigaction(SIGPIPE, &pipe, nullptr); });
     const wxAppInitializerFunction previous = wxApp::GetInitializerFunction();

@@ -44,8 +44,9 @@ void KeepRowsSingleLine(GtkTreeView* tree) {
 gboolean IsOtherRow(GtkTreeModel* model, gint, const gchar* typed, GtkTreeIter* row,
                     gpointer data) {
     const std::unique_ptr<GtkTreePath, FreePath> path(gtk_tree_model_get_path(model, row));
-    const int place = gtk_tree_path_get_indices(path.get())[0];
-    const wxString text = static_cast<const wxListBox*>(data)->GetString(place);
+    const int* const place = gtk_tree_path_get_indices(path.get());
+    const wxString text =
+        static_cast<const wxListBox*>(data)->GetString(static_cast<unsigned>(*place));
     return text.Lower().Contains(wxString::FromUTF8(typed).Lower()) ? FALSE : TRUE;
 }
 

@@ -29,7 +29,7 @@ std::optional<std::string> Get(const std::string& path) {
     if (file < 0) {
         return std::nullopt;
     }
-    struct stat status {};
+    struct stat status = {};
     REQUIRE(fstat(file, &status) == 0);
     std::string content(static_cast<size_t>(status.st_size), '\0');
     REQUIRE(read(file, content.data(), content.size()) == static_cast<ssize_t>(content.size()));

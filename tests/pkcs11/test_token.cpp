@@ -168,8 +168,7 @@ CK_RV CloseSession(CK_SESSION_HANDLE session) {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) CK_RV C_GetFunctionList(
-    CK_FUNCTION_LIST** functions) {
+extern "C" __attribute__((visibility("default"))) CK_RV C_GetFunctionList(CK_FUNCTION_LIST** list) {
     static CK_FUNCTION_LIST all;
     if (g_behind == nullptr) {
         void* const library = dlopen(Variable("TEST_TOKEN_BEHIND").c_str(), RTLD_NOW);
@@ -190,6 +189,6 @@ extern "C" __attribute__((visibility("default"))) CK_RV C_GetFunctionList(
         all.C_Sign = Sign;
         all.C_CloseSession = CloseSession;
     }
-    *functions = &all;
+    *list = &all;
     return CKR_OK;
 }

@@ -219,7 +219,9 @@ TEST(HostSession, TheLastOneEndsTheUserInterface) {
     g_library = {};
     {
         const Session first(kFunctions);
-        { const Session second(kFunctions); }
+        {
+            const Session second(kFunctions);  // ends at once
+        }
         EXPECT_TRUE(g_library.calls.empty());
     }
     EXPECT_EQ(std::vector<std::string>{"finalise"}, g_library.calls);

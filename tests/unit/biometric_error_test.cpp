@@ -133,8 +133,8 @@ TEST(BiometricErrors, EveryShortCodeHasTheTextOfItsRule) {
 
 TEST(BiometricErrors, LongCodesFollowTheSameRules) {
     for (const uint64_t high : {uint64_t{0x10000}, uint64_t{1} << 32, ~uint64_t{0xFFFF}}) {
-        for (const uint64_t low : {0x0000, 0x6983, 0x6A82, 0x6400, 0x63C0, 0x63C1, 0x63C5, 0xA700,
-                                   0xA716, 0xA71C, 0xFFFF}) {
+        for (const uint64_t low : {0x0000U, 0x6983U, 0x6A82U, 0x6400U, 0x63C0U, 0x63C1U, 0x63C5U,
+                                   0xA700U, 0xA716U, 0xA71CU, 0xFFFFU}) {
             ASSERT_NO_FATAL_FAILURE(ExpectPlainError(high | low));
         }
     }

@@ -18,9 +18,9 @@ struct Picture {
     explicit Picture(std::span<const char* const> lines) {
         int columns = 0;
         int rows = 0;
-        int keys = 0;
+        unsigned keys = 0;
         int keyLength = 0;
-        EXPECT_EQ(sscanf(lines[0], "%d %d %d %d", &columns, &rows, &keys, &keyLength), 4);
+        EXPECT_EQ(sscanf(lines[0], "%d %d %u %d", &columns, &rows, &keys, &keyLength), 4);
         EXPECT_EQ(columns, 32);
         EXPECT_EQ(rows, 32);
         EXPECT_EQ(keyLength, 1);

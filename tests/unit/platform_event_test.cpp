@@ -109,7 +109,6 @@ TEST(Event, AutoResetEventSetOnceReleasesExactlyOneOfTwoWaitingThreadsThousandTi
     ManualResetEvent event(EventKind::AutoReset);
     ManualResetEvent stop;
     std::atomic<int> released{0};
-    std::atomic<bool> stopped{false};
     const auto body = [&] {
         ManualResetEvent* const events[] = {&event, &stop};
         while (WaitForEvents(2, events, false, kNoTimeout) == 0) {
@@ -396,7 +395,9 @@ TEST(Event, CreationAnswersItsResultCodes) {
 
 TEST(EventHandle, OnlyTheOwnerDestroysTheEvent) {
     auto owner = EventHandle::Create();
-    { const auto shared = EventHandle::Share(owner); }
+    {
+        const auto shared = EventHandle::Share(owner);  // ends at once
+    }
     const auto moved = std::move(owner);
     moved->Set();
     EXPECT_TRUE(WaitForEvent(*moved, 0));

@@ -87,7 +87,7 @@ TEST(AppendTextToFile, CreatesWithMode0666WhateverTheMaskAndAppends) {
     EXPECT_EQ(AppendTextToFile(path.c_str(), "one\n"), kSuccess);
     EXPECT_EQ(AppendTextToFile(path.c_str(), "two\n"), kSuccess);
     EXPECT_EQ(umask(mask), 077U) << "the mask is given back";
-    struct stat status {};
+    struct stat status = {};
     ASSERT_EQ(stat(path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0666U);
     EXPECT_EQ(ReadFile(path), "one\ntwo\n");

@@ -71,7 +71,7 @@ TEST(CharacterClasses, LengthIsLookedAtLast) {
 }
 
 TEST(CharacterClasses, PinsOfMoreThan255BytesAreCountedInFull) {
-    for (const size_t length : {255, 256, 257, 511, 512, 65536}) {
+    for (const size_t length : {255U, 256U, 257U, 511U, 512U, 65536U}) {
         const std::string pin(length, 'a');
         EXPECT_EQ(CheckCharacterClasses(ClassesPolicy(1, 255, 255, 1), pin), 0x9000) << length;
         EXPECT_EQ(CheckCharacterClasses(ClassesPolicy(2, 255, 255, 31), pin), 0x6491) << length;

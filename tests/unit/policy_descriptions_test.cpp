@@ -235,7 +235,7 @@ TEST(PolicyDescriptions, PieceWithALongListIsCutAt499Characters) {
               before + first + std::wstring(room, L'q') + last);
     EXPECT_EQ(Restriction(std::string(room + 1, 'q'), false),
               before + first + std::wstring(room + 1, L'q') + last.substr(0, last.length() - 1));
-    for (const size_t length : {499, 500, 1 << 20}) {
+    for (const size_t length : {499U, 500U, 1U << 20}) {
         EXPECT_EQ(Restriction(std::string(length, 'q'), false),
                   before + first + std::wstring(499 - first.length(), L'q'))
             << length;

@@ -109,7 +109,9 @@ TEST(PinPolicyWire, EmptyCharacterListIsBuiltWithLengthZero) {
 
 TEST(PinPolicyWire, ReleasingLeavesThePolicyAsItWas) {
     const PinPolicy policy = DistinctPolicy();
-    { const PinPolicyFlatCopy copy(policy); }
+    {
+        const PinPolicyFlatCopy copy(policy);  // released at once
+    }
     EXPECT_EQ(policy, DistinctPolicy());
 }
 

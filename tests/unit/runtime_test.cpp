@@ -506,7 +506,7 @@ bool ChangeParent(CMessage* message) {
 TEST(Runner, AHandlersChangeOfTheCurrentParentEndsWithItsRequest) {
     Script script;
     const auto runner = MakeRunner(script, {ChangeParent});
-    for (const uint64_t parent : {0x10, 0x20, 0x30}) {
+    for (const uint64_t parent : {0x10U, 0x20U, 0x30U}) {
         auto* seen = reinterpret_cast<wxWindow*>(1);
         CMessage message(1, parent, reinterpret_cast<uint64_t>(&seen));
         ASSERT_TRUE(runner->Send(message));

@@ -12,12 +12,12 @@ namespace {
 
 template <typename... Arguments>
 concept CanAsk = requires(Arguments... arguments) {
-    api::Ask(arguments...);
+    api::Ask(arguments...);  // compiles
 };
 
 template <typename... Arguments>
 concept CanSend = requires(Arguments... arguments) {
-    api::Send(arguments...);
+    api::Send(arguments...);  // compiles
 };
 
 using ShowPin = decltype(kShowPin);

@@ -18,9 +18,11 @@ namespace {
 
 using namespace zeldlg;
 
+using PolicyByte = uint8_t PinPolicy::*;
+
 struct NumberOption {
     const char* name;
-    uint8_t PinPolicy::*field;
+    PolicyByte field;
 };
 
 constexpr NumberOption kNumbers[] = {

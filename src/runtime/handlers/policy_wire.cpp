@@ -9,9 +9,12 @@ namespace zeldlg {
 
 namespace {
 
+template <typename Record>
+using ByteOf = uint8_t Record::*;
+
 struct ByteField {
-    uint8_t PinPolicyWire::*wire;
-    uint8_t PinPolicy::*policy;
+    ByteOf<PinPolicyWire> wire;
+    ByteOf<PinPolicy> policy;
 };
 
 // Everything that is one byte on both sides, in the order of the block.

@@ -37,7 +37,7 @@ void HostHandler(int) {}
 
 void ReportSignals(JsonLine& line) {
     for (int number = 1; number < NSIG; ++number) {
-        struct sigaction action {};
+        struct sigaction action = {};
         if (sigaction(number, nullptr, &action) != 0) {
             continue;  // reserved by the C library
         }
@@ -114,7 +114,7 @@ void SetSignal(const std::string& name, const std::string& how) {
     while (number < NSIG && SignalName(number) != name) {
         ++number;
     }
-    struct sigaction action {};
+    struct sigaction action = {};
     if (how == "handler") {
         action.sa_handler = HostHandler;
     } else if (how == "ignore") {

@@ -115,7 +115,7 @@ void ExitInHandler(int, siginfo_t*, void* context) {
 }
 
 void CatchSignal() {
-    struct sigaction action {};
+    struct sigaction action = {};
     action.sa_sigaction = ExitInHandler;
     action.sa_flags = SA_SIGINFO;
     sigaction(SIGUSR1, &action, nullptr);

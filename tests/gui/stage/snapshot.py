@@ -5,7 +5,7 @@ The library answers at its pace of ten milliseconds, so what counts is how often
 
 import dataclasses
 
-from .node import ATSPI, NULL, ON_SCREEN, STATES
+from .node import ATSPI, NULL, ON_SCREEN, STATES, role_of
 from .wait import Gone, wait_until
 
 PROPERTIES = "org.freedesktop.DBus.Properties"
@@ -78,8 +78,8 @@ def _look(nodes):
         role, name, description, state, box = (next(answers)[0] for _ in range(5))
         bits = state[0] | state[1] << 32
         states = {name for bit, name in STATES.items() if bits >> bit & 1}
-        showing = {"showing", "visible"} <= states
-        found.append(Seen(node, role, name, description, states, tuple(box)) if showing else None)
+        seen = Seen(node, role_of(role), name, description, states, tuple(box))
+        found.append(seen if {"showing", "visible"} <= states else None)
     return found
 
 

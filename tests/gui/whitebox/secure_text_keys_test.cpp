@@ -89,8 +89,8 @@ TEST_F(SecureTextKeys, ShiftTabGoesBackToThePreviousControl) {
 TEST_F(SecureTextKeys, ReturnPressesTheDefaultButton) {
     OpenWith("1234");
     int pressed = 0;
-    m_dialog->Bind(
-        wxEVT_BUTTON, [&](wxCommandEvent&) { ++pressed; }, wxID_OK);
+    const auto count = [&](wxCommandEvent&) { ++pressed; };
+    m_dialog->Bind(wxEVT_BUTTON, count, wxID_OK);
     user::Press(WXK_RETURN);
     EXPECT_TRUE(PumpUntil([&] { return pressed == 1; }));
     user::Press(WXK_NUMPAD_ENTER);
@@ -102,8 +102,8 @@ TEST_F(SecureTextKeys, EscapeCancelsTheDialog) {
     OpenWith("1234");
     new wxButton(m_dialog, wxID_CANCEL, "Cancel");
     int pressed = 0;
-    m_dialog->Bind(
-        wxEVT_BUTTON, [&](wxCommandEvent&) { ++pressed; }, wxID_CANCEL);
+    const auto count = [&](wxCommandEvent&) { ++pressed; };
+    m_dialog->Bind(wxEVT_BUTTON, count, wxID_CANCEL);
     wxUIActionSimulator().Char(WXK_ESCAPE);
     EXPECT_TRUE(PumpUntil([&] { return pressed == 1; }));
     ExpectUntouched("1234");

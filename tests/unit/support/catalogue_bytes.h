@@ -1,6 +1,7 @@
 // Catalogues made byte by byte, which the toolkit can open from memory instead of from a file.
 #pragma once
 
+#include <wx/arrstr.h>
 #include <wx/translation.h>
 
 #include <cstdint>

@@ -74,7 +74,7 @@ inline void WriteFile(const std::string& path, std::string_view content) {
 }
 
 inline unsigned Mode(const std::string& path) {
-    struct stat status {};
+    struct stat status = {};
     return stat(path.c_str(), &status) == 0 ? status.st_mode & 0777U : 0;
 }
 
