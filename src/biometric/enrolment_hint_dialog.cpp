@@ -47,7 +47,7 @@ CEnrolmentHintDialog::CEnrolmentHintDialog(wxWindow* parent)
 }
 
 void CEnrolmentHintDialog::AddCheckBox(wxSizer* rows) {
-    auto* const box = new wxCheckBox(
+    wxCheckBox* const box = layout::NewCheckBox(
         this, kCheckBoxId, Translate("Show this window during the next enrolment procedure"));
     box->SetValue(true);
     box->Bind(wxEVT_CHECKBOX,

@@ -17,17 +17,18 @@ namespace {
 
 constexpr int kHeadlinePointSize = 12;
 
+// No smaller than the text below.
 wxFont HeadlineFont(wxFont font) {
-    font.SetPointSize(kHeadlinePointSize);
+    font.SetPointSize(std::max(font.GetPointSize(), kHeadlinePointSize));
     font.SetWeight(wxFONTWEIGHT_BOLD);
     return font;
 }
 
 // Shows the beginning of a label, so many bytes of UTF-8, in the font of headlines.
-void MarkHeadline(const wxStaticText& label, size_t bytes) {
+void MarkHeadline(const wxStaticText& label, size_t bytes, const wxFont& font) {
     PangoAttrList* const attributes = pango_attr_list_new();
     for (PangoAttribute* const each : {pango_attr_weight_new(PANGO_WEIGHT_BOLD),
-                                       pango_attr_size_new(kHeadlinePointSize * PANGO_SCALE)}) {
+                                       pango_attr_size_new(font.GetPointSize() * PANGO_SCALE)}) {
         each->end_index = static_cast<guint>(bytes);
         pango_attr_list_insert(attributes, each);
     }
@@ -87,9 +88,11 @@ void CSuperTokenNotificationDialog::AddPicture(wxSizer* rows) {
 }
 
 void CSuperTokenNotificationDialog::AddTexts(wxSizer* rows, const NotificationTexts& texts) {
-    const wxString headline = layout::WrapText(*this, HeadlineFont(GetFont()), texts.headline);
+    const wxFont font = HeadlineFont(GetFont());
+    const wxString headline =
+        layout::WrapText(*this, font, texts.headline, layout::TextWidth(*this));
     wxStaticText* const main = NewCentredText(wxEmptyString);
-    MarkHeadline(*main, ToUtf8(headline).size());
+    MarkHeadline(*main, ToUtf8(headline).size(), font);
     main->SetLabelText(headline + layout::WrapText(*this, texts.explanation));
     SetAccessibleName(*main, texts.headline + texts.explanation);
     wxStaticText* const instruction = NewCentredText(layout::WrapText(*this, texts.instruction));

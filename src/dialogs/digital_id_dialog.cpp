@@ -42,7 +42,6 @@ CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prom
     layout::Finish(*this, rows);
     TellDetailsThatAreCut();
     CancelOnClose(*this);
-    CentreOnScreen();
     m_list->SetFocus();
     if (m_countDown) {
         StartCountDown();
@@ -95,9 +94,9 @@ void CDigitalIDSelectionDialog::AddDirectory(wxSizer* rows) {
 }
 
 void CDigitalIDSelectionDialog::AddAlwaysUse(wxSizer* rows) {
-    m_alwaysUse = new wxCheckBox(this, wxID_ANY,
-                                 Translate("Always use this Digital ID (this dialog will not "
-                                           "be displayed again)"));
+    m_alwaysUse = layout::NewCheckBox(
+        this, wxID_ANY,
+        Translate("Always use this Digital ID (this dialog will not be displayed again)"));
     m_alwaysUse->SetValue(m_prompt.alwaysUse);
     rows->Add(m_alwaysUse, Bordered());
 }

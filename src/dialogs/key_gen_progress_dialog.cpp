@@ -10,6 +10,7 @@
 #include "widgets/desktop.h"
 #include "widgets/dialog_window.h"
 #include "widgets/layout.h"
+#include "widgets/screen_fit.h"
 
 namespace zeldlg {
 
@@ -46,7 +47,11 @@ CKeyGenProgressDialog::CKeyGenProgressDialog(wxWindow* parent)
     row->Add(m_picture, each);
     row->Add(layout::NewText(this, Translate("Generating key-pair, please wait...")), each);
     layout::AlignLabels(*this);
-    SetSizerAndFit(row);
+    auto* const rows = new wxBoxSizer(wxVERTICAL);
+    rows->Add(row);
+    SetSizer(rows);
+    layout::FitScreen(*this, *rows);
+    rows->Fit(this);
     DescribeWindow(*this, WindowRole::Dialog);
     CentreAtPointer(*this);
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowNextPicture(); });

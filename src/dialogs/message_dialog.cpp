@@ -3,10 +3,9 @@
 #include <gtk/gtk.h>
 #include <wx/artprov.h>
 #include <wx/defs.h>
-#include <wx/display.h>
-#include <wx/scrolwin.h>
 #include <wx/settings.h>
 #include <wx/statbmp.h>
+#include <wx/stattext.h>
 
 #include <algorithm>
 #include <iterator>
@@ -17,6 +16,7 @@
 #include "widgets/desktop.h"
 #include "widgets/dialog_window.h"
 #include "widgets/layout.h"
+#include "widgets/screen_fit.h"
 
 namespace zeldlg {
 
@@ -68,9 +68,6 @@ constexpr int kTickMilliseconds = 1000;
 // The longest count that the Yes button has room for from the start: almost three hours.
 constexpr int64_t kWidestCount = -9999;
 
-// What the frame of a window and its distance to the edges of the screen take, in pixels.
-const wxSize kAroundContent(32, 64);
-
 struct IconLook {
     MessageIcon icon;
     const char* art;
@@ -99,29 +96,6 @@ wxStaticBitmap* NewIcon(wxWindow* parent, long style) {
 
 wxString YesLabel(int64_t seconds) { return FormatTranslated("&Yes (%ds)", ShownNumber(seconds)); }
 
-wxSize RoomOnScreen(const wxWindow& window) {
-    const int display = wxDisplay::GetFromWindow(&window);
-    return wxDisplay(display != wxNOT_FOUND ? static_cast<unsigned>(display) : 0U)
-               .GetClientArea()
-               .GetSize() -
-           kAroundContent;
-}
-
-// What `content` takes when it scrolls in `room`: a bar in one direction takes room in the other.
-wxSize WithScrollBars(const wxSize& content, const wxSize& room, const wxWindow& area) {
-    const bool scrollsAcross = content.x > room.x;
-    const bool scrollsDown = content.y > room.y;
-    wxSize size = content;
-    if (scrollsAcross) {
-        size.y += wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, &area);
-    }
-    if (scrollsDown) {
-        size.x += wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, &area);
-    }
-    size.DecTo(room);
-    return size;
-}
-
 }  // namespace
 
 CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const wxString& message,
@@ -140,12 +114,17 @@ CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const 
 }
 
 wxSizer* CMessageDialog::NewMessageRow(const wxString& message, long style) {
-    m_message = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(message));
-    m_messageRow = new wxBoxSizer(wxHORIZONTAL);
-    m_messageRow->Add(NewIcon(this, style),
-                      wxSizerFlags().Border(wxTOP | wxBOTTOM | wxLEFT, kBorder));
-    m_messageRow->Add(m_message, wxSizerFlags().CentreVertical().Border(wxALL, kBorder));
-    return m_messageRow;
+    wxStaticBitmap* const icon = NewIcon(this, style);
+    auto* const text = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(message));
+    const int room = layout::RoomForContent(*this).x - icon->GetBestSize().x - 3 * kBorder -
+                     wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this);
+    if (text->GetBestSize().x > room) {
+        layout::ShowWrapped(*text, message, room);
+    }
+    auto* const row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(icon, wxSizerFlags().Border(wxTOP | wxBOTTOM | wxLEFT, kBorder));
+    row->Add(text, wxSizerFlags().CentreVertical().Border(wxALL, kBorder));
+    return row;
 }
 
 // kept: Yes answers as OK does and No as Cancel does.
@@ -197,7 +176,7 @@ void CMessageDialog::MakeDefault(wxButton* button) {
 void CMessageDialog::FinishLayout(wxSizer* rows) {
     layout::AlignLabels(*this);
     SetSizer(rows);
-    KeepMessageOnScreen();
+    layout::FitScreen(*this, *rows);
     rows->Fit(this);
     SetMinSize(GetSize());
     SetMaxSize(GetSize());
@@ -210,26 +189,6 @@ void CMessageDialog::FinishLayout(wxSizer* rows) {
     const auto raise =
         +[](GtkWidget* window, gpointer) { gdk_window_raise(gtk_widget_get_window(window)); };
     g_signal_connect(GetHandle(), "map", G_CALLBACK(raise), nullptr);
-}
-
-// A text that the screen is too small for goes into an area that scrolls, by keyboard too, so
-// that the buttons stay in reach.
-void CMessageDialog::KeepMessageOnScreen() {
-    const wxSize text = m_message->GetBestSize();
-    const wxSize room = text + RoomOnScreen(*this) - GetSizer()->CalcMin();
-    if (text.x <= room.x && text.y <= room.y) {
-        return;
-    }
-    auto* const area = new wxScrolledWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                                            wxHSCROLL | wxVSCROLL | wxBORDER_NONE);
-    // Bars that only show when the mouse is near would leave the rest of the text unnoticed.
-    gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(area->GetHandle()), FALSE);
-    m_message->Reparent(area);
-    area->SetVirtualSize(text);
-    area->SetScrollRate(GetCharWidth(), GetCharHeight());
-    area->SetMinSize(WithScrollBars(text, room, *area));
-    area->MoveBeforeInTabOrder(m_defaultButton);
-    m_messageRow->Replace(m_message, area);
 }
 
 void CMessageDialog::StartCountDown() {

@@ -5,7 +5,6 @@
 #include <wx/button.h>
 #include <wx/dialog.h>
 #include <wx/sizer.h>
-#include <wx/stattext.h>
 #include <wx/timer.h>
 
 #include <cstdint>
@@ -24,8 +23,9 @@ MessageButtons MessageButtonsOf(long style);
 class CMessageDialog : public wxDialog {
 public:
     /// @param parent May be null: the box then belongs to no other window.
-    /// @param message Shown literally, line breaks as they are; scrolls when the screen is too
-    ///        small for it.
+    /// @param message Shown literally, wrapped where the screen ends; scrolls when that is too
+    /// small
+    ///        for it.
     /// @param style The toolkit's message-box flags.
     /// @param countDownSeconds 0 for none; ignored without Yes and No.
     CMessageDialog(wxWindow* parent, const wxString& caption, const wxString& message, long style,
@@ -39,15 +39,12 @@ private:
     void MakeDefault(wxButton* button);
 
     void FinishLayout(wxSizer* rows);
-    void KeepMessageOnScreen();
 
     void StartCountDown();
     void ShowSecondsLeft();
 
     wxTimer m_timer;
     int64_t m_remainingSeconds;
-    wxSizer* m_messageRow = nullptr;
-    wxStaticText* m_message = nullptr;
     wxButton* m_defaultButton = nullptr;
 };
 

@@ -7,6 +7,7 @@
 #include "widgets/desktop.h"
 #include "widgets/dialog_window.h"
 #include "widgets/layout.h"
+#include "widgets/screen_fit.h"
 
 namespace zeldlg {
 
@@ -25,13 +26,13 @@ CTokenDialog::CTokenDialog(wxWindow* parent)
     m_okButton = new Button(this, wxID_OK, Translate("OK"));
     m_okButton->SetDefault();
     m_okButton->Disable();
-    auto* const rows = new wxBoxSizer(wxVERTICAL);
+    m_rows = new wxBoxSizer(wxVERTICAL);
     const wxSizerFlags each = wxSizerFlags().CentreHorizontal().Border(wxALL, kBorder);
-    rows->Add(label, each);
-    rows->Add(m_list, wxSizerFlags(each).Proportion(1));
-    rows->Add(m_okButton, each);
+    m_rows->Add(label, each);
+    m_rows->Add(m_list, wxSizerFlags(each).Proportion(1));
+    m_rows->Add(m_okButton, each);
     auto* const margin = new wxBoxSizer(wxVERTICAL);
-    margin->Add(rows, wxSizerFlags(1).Expand().Border(wxALL, layout::kMargin - kBorder));
+    margin->Add(m_rows, wxSizerFlags(1).Expand().Border(wxALL, layout::kMargin - kBorder));
     SetSizer(margin);
     CancelOnEscapeAndClose(*this);
     m_list->Bind(wxEVT_LISTBOX_DCLICK, [this](wxCommandEvent&) { EndModal(wxID_OK); });
@@ -47,6 +48,7 @@ void CTokenDialog::AddItem(const wxString& text, uint64_t identifier) {
 }
 
 void CTokenDialog::FinishLayout() {
+    layout::FitScreen(*this, *m_rows);
     GetSizer()->SetSizeHints(this);
     DescribeWindow(*this, WindowRole::Dialog);
     CentreAtPointer(*this);

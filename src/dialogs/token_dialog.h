@@ -29,6 +29,7 @@ public:
     uint64_t GetIdentifier() const { return m_list->ChosenValue(); }
 
 private:
+    wxBoxSizer* m_rows;
     ChoiceList* m_list;
     wxButton* m_okButton;
 };

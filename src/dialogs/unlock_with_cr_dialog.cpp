@@ -9,6 +9,7 @@
 #include "widgets/accessible.h"
 #include "widgets/dialog_window.h"
 #include "widgets/layout.h"
+#include "widgets/screen_fit.h"
 #include "widgets/secure_text_control.h"
 #include "widgets/text_panel.h"
 
@@ -22,22 +23,35 @@ constexpr size_t kSerialNumberLines = 4;
 constexpr size_t kChallengeLines = 4;
 // Challenge and response are read out and typed digit by digit: they are shown larger.
 constexpr double kCodeFontScale = 1.2;
-constexpr size_t kCodeDigits = 36;
+constexpr int kFewestDigits = 16;
+constexpr int kMostDigits = 36;
+constexpr size_t kDigitsInGroup = 4;
+// A share of the width at which texts are broken: labels and fields take no more together.
+constexpr double kWidthOfAll = 1.6;
 constexpr int kCodePadding = 6;
 // What the border of a field and a bar that scrolls it may take besides.
 constexpr int kFieldFrame = 20;
 
-// What a field takes to show so many lines of a code.
-wxSize CodeSize(const wxWindow& field, int lines) {
-    return {field.GetTextExtent(wxString('0', kCodeDigits)).x + 2 * kCodePadding + kFieldFrame,
+constexpr const char* kLabels[] = {
+    CATALOGUE_KEY("Challenge:"), CATALOGUE_KEY("Token serial number:"), CATALOGUE_KEY("Response:"),
+    CATALOGUE_KEY("Enter new PIN:"), CATALOGUE_KEY("Confirm new PIN:")};
+enum Label { Challenge, SerialNumber, Response, NewPin, Confirmation };
+
+int WidthOf(const wxWindow& field, int places) {
+    return field.GetTextExtent(wxString('0', static_cast<size_t>(places))).x;
+}
+
+// What a field takes to show so many lines of a code, each with so many places.
+wxSize CodeSize(const wxWindow& field, int places, int lines) {
+    return {WidthOf(field, places) + 2 * kCodePadding + kFieldFrame,
             lines * field.GetCharHeight() + 2 * kCodePadding + 2};
 }
 
 // Long challenges are wrapped, very long ones scroll.
-int ChallengeLines(wxTextCtrl& field) {
-    const wxString shown = field.GetValue().Left(kChallengeLines * kCodeDigits);
-    const int width = field.GetTextExtent(wxString('0', kCodeDigits)).x;
-    const size_t lines = wxSplit(layout::WrapText(field, shown, width), '\n', '\0').size();
+int ChallengeLines(wxTextCtrl& field, int places) {
+    const wxString shown = field.GetValue().Left(kChallengeLines * static_cast<size_t>(places));
+    const wxString wrapped = layout::WrapText(field, shown, WidthOf(field, places));
+    const size_t lines = wxSplit(wrapped, '\n', '\0').size();
     return static_cast<int>(std::max<size_t>(lines, 1));
 }
 
@@ -106,7 +120,8 @@ platform::SecretBytes CUnlockWithCRDialog::NewPin() const {
 
 void CUnlockWithCRDialog::AddHeading() {
     const wxString text = FormatHostTexts("Unlocking the PIN for \"%s\":", m_prompt.tokenLabel);
-    const layout::ElidedText elided = layout::ElideText(*this, text, kHeadingLines);
+    const layout::ElidedText elided =
+        layout::ElideText(*this, text, kHeadingLines, layout::TextWidth(*this));
     auto* const heading = new CTextPanel(this, elided.shown, GetFont());
     if (elided.isCut) {
         layout::TellWhole(*heading, text);
@@ -114,15 +129,24 @@ void CUnlockWithCRDialog::AddHeading() {
     m_rows->Add(heading);
 }
 
+// How many places of a line a code of so many digits is to have: in groups, and as there is room.
+int CUnlockWithCRDialog::PlacesOf(const wxWindow& field, size_t digits) const {
+    const int places = static_cast<int>(
+        std::clamp<size_t>(digits + digits / kDigitsInGroup, kFewestDigits, kMostDigits));
+    const int room = RoomForFields() - CodeSize(field, 0, 1).x;
+    return std::clamp(room / WidthOf(field, 1), 1, places);
+}
+
 void CUnlockWithCRDialog::AddChallenge() {
-    wxStaticText* const label = NewLabel(CATALOGUE_KEY("Challenge:"));
+    wxStaticText* const label = NewLabel(kLabels[Label::Challenge]);
     auto* const field =
         new wxTextCtrl(this, wxID_ANY, ChallengeText(m_prompt.challenge), wxDefaultPosition,
                        wxDefaultSize, wxTE_MULTILINE | wxTE_READONLY | wxTE_CHARWRAP);
     field->SetFont(CodeFont());
     layout::PadText(*field, kCodePadding);
     field->SetBackgroundColour(GetBackgroundColour());  // it looks as little editable as it is
-    field->SetMinSize(CodeSize(*field, ChallengeLines(*field)));
+    const int places = PlacesOf(*field, field->GetValue().length());
+    field->SetMinSize(CodeSize(*field, places, ChallengeLines(*field, places)));
     field->ShowPosition(0);
     // A bar that only shows when the mouse is near would leave the rest unnoticed.
     gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(field->GetHandle()), FALSE);
@@ -131,7 +155,7 @@ void CUnlockWithCRDialog::AddChallenge() {
 }
 
 void CUnlockWithCRDialog::AddSerialNumber() {
-    wxStaticText* const label = NewLabel(CATALOGUE_KEY("Token serial number:"));
+    wxStaticText* const label = NewLabel(kLabels[Label::SerialNumber]);
     wxStaticText* const number =
         layout::NewHeading(this, m_prompt.serialNumber, kSerialNumberLines);
     SetCaptionFor(*label, *number);
@@ -139,20 +163,44 @@ void CUnlockWithCRDialog::AddSerialNumber() {
 }
 
 void CUnlockWithCRDialog::AddResponse() {
-    wxStaticText* const label = NewLabel(CATALOGUE_KEY("Response:"));
+    wxStaticText* const label = NewLabel(kLabels[Label::Response]);
     m_responseField = new ResponseField(this);
     m_responseField->SetFont(CodeFont());
-    wxSize size = CodeSize(*m_responseField, 1);
+    const auto digits = 2 * static_cast<size_t>(std::max(m_prompt.responseLength, 0));
+    wxSize size = CodeSize(*m_responseField, PlacesOf(*m_responseField, digits), 1);
     size.IncTo({wxDefaultCoord, m_responseField->GetBestSize().y});
     m_responseField->SetMinSize(size);
     SetLabelFor(*label, *m_responseField);
     const RuleLine rule = NewRuleLine(
         this, FormatTranslated("Response is %d bytes long", m_prompt.responseLength), m_responseOk);
     m_responseIcon = rule.icon;
+    AddResponseRow(label, rule.line);
+}
+
+// Pixels that are left beside the widest label.
+int CUnlockWithCRDialog::RoomForFields() const {
+    int widest = 0;
+    for (const char* const label : kLabels) {
+        widest = std::max(widest, GetTextExtent(Translate(label)).x);
+    }
+    return std::min(static_cast<int>(kWidthOfAll * layout::TextWidth(*this)),
+                    layout::RoomForContent(*this).x - 2 * layout::kMargin) -
+           widest - layout::kSectionGap;
+}
+
+// The rule stands below its field where there is no room beside it.
+void CUnlockWithCRDialog::AddResponseRow(wxStaticText* label, wxSizer* rule) {
+    const int width = m_responseField->GetMinSize().x + layout::kSectionGap + rule->GetMinSize().x;
+    if (width > RoomForFields()) {
+        AddRow(label, m_responseField);
+        m_grid->AddSpacer(0);
+        m_grid->Add(rule);
+        return;
+    }
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(m_responseField, wxSizerFlags().CentreVertical());
     row->AddSpacer(layout::kSectionGap);
-    row->Add(rule.line, wxSizerFlags().CentreVertical());
+    row->Add(rule, wxSizerFlags().CentreVertical());
     m_grid->Add(label, wxSizerFlags().CentreVertical());
     m_grid->Add(row);
 }
@@ -160,8 +208,8 @@ void CUnlockWithCRDialog::AddResponse() {
 void CUnlockWithCRDialog::AddNewPin() {
     m_grid->AddSpacer(layout::kLineGap);
     m_grid->AddSpacer(layout::kLineGap);
-    m_pinField = AddPinField(CATALOGUE_KEY("Enter new PIN:"));
-    m_confirmField = AddPinField(CATALOGUE_KEY("Confirm new PIN:"));
+    m_pinField = AddPinField(kLabels[Label::NewPin]);
+    m_confirmField = AddPinField(kLabels[Label::Confirmation]);
     AddPinRules();
 }
 

@@ -58,6 +58,7 @@ private:
     void AddChallenge();
     void AddSerialNumber();
     void AddResponse();
+    void AddResponseRow(wxStaticText* label, wxSizer* rule);
     void AddNewPin();
     PinField* AddPinField(const char* label);
     void AddPinRules();
@@ -65,6 +66,8 @@ private:
     void AddRow(wxStaticText* label, wxWindow* field);
     wxStaticText* NewLabel(const char* text);
     wxFont CodeFont() const;
+    int RoomForFields() const;
+    int PlacesOf(const wxWindow& field, size_t digits) const;
 
     void Revalidate();
     void CheckPins();

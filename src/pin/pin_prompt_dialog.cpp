@@ -50,8 +50,8 @@ void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
     if (lines.failure == nullptr) {
         return;
     }
-    auto* const warnings =
-        new ColouredTexts(this, {layout::WarningColour()}, ColouredTexts::Icon::Warning);
+    auto* const warnings = new ColouredTexts(
+        this, {layout::WarningColour()}, ColouredTexts::Icon::Warning, layout::TextWidth(*this));
     m_failureText = warnings->AddText(Translate(lines.failure), layout::WarningColour());
     if (lines.warning != nullptr) {
         m_warningText = warnings->AddText(WarningText(lines), layout::WarningColour());

@@ -89,7 +89,7 @@ int CChangePinDialog::SectionGap() const {
 }
 
 int CChangePinDialog::MessageWidth() const {
-    return m_prompt.policed ? kPolicedMessageWidth : layout::kTextWidth;
+    return m_prompt.policed ? kPolicedMessageWidth : layout::TextWidth(*this);
 }
 
 void CChangePinDialog::AddFailure(const ChangePinAttempts& attempts) {

@@ -8,13 +8,16 @@
 #include <utility>
 
 #include "widgets/accessible.h"
+#include "widgets/layout.h"
+#include "widgets/screen_fit.h"
 
 namespace zeldlg {
 
 namespace {
 
-constexpr int kMinWidth = 320;
-constexpr int kMaxWidth = 560;
+// Shares of the width at which texts are broken.
+constexpr double kMinWidth = 0.8;
+constexpr double kMaxWidth = 1.4;
 constexpr int kMinRows = 4;
 constexpr int kMaxRows = 10;
 constexpr int kFrame = 2;
@@ -151,10 +154,16 @@ uint64_t ChoiceList::ChosenValue() const {
 wxSize ChoiceList::DoGetBestSize() const {
     const int rowsWidth =
         GetCount() < kMeasuredRows ? wxListBox::DoGetBestSize().x : m_widthOfFirstRows;
-    const int width = std::clamp(rowsWidth, kMinWidth, kMaxWidth);
-    const int rows = std::clamp(static_cast<int>(GetCount()), kMinRows, kMaxRows);
-    return {width, rows * RowHeight(TreeOf(*this)) + kFrame +
-                       wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, this)};
+    const int textWidth = layout::TextWidth(*this);
+    const int width = std::clamp(rowsWidth, static_cast<int>(kMinWidth * textWidth),
+                                 static_cast<int>(kMaxWidth * textWidth));
+    const wxSize room =
+        layout::RoomForContent(*this) - wxSize(layout::kMargin, layout::kMargin) * 2;
+    const int rowHeight = RowHeight(TreeOf(*this));
+    const int maxRows = std::clamp(room.y / 2 / rowHeight, kMinRows, kMaxRows);
+    const int rows = std::clamp(static_cast<int>(GetCount()), kMinRows, maxRows);
+    return {std::min(width, room.x),
+            rows * rowHeight + kFrame + wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, this)};
 }
 
 void ChoiceList::OnKeyDown(wxKeyEvent& event) {

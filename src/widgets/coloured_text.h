@@ -53,8 +53,7 @@ public:
 
     /// @param colours All colours that the texts may have.
     /// @param width Pixels that all of it takes at most.
-    ColouredTexts(wxWindow* parent, std::initializer_list<wxColour> colours, Icon icon,
-                  int width = layout::kTextWidth);
+    ColouredTexts(wxWindow* parent, std::initializer_list<wxColour> colours, Icon icon, int width);
 
     /// Adds a text below those that there are, wrapped.
     wxStaticText* AddText(const wxString& text, const wxColour& colour);

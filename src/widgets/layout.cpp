@@ -5,12 +5,14 @@
 #include <wx/dcclient.h>
 #include <wx/fontutil.h>
 
+#include <limits>
 #include <memory>
 
 #include "resources/texts.h"
 #include "widgets/accessible.h"
 #include "widgets/button.h"
 #include "widgets/desktop.h"
+#include "widgets/screen_fit.h"
 
 namespace zeldlg::layout {
 
@@ -36,16 +38,25 @@ wxString DirectionMark(const wxWindow& window, const PangoLayoutLine& line, cons
     return line.resolved_dir == PANGO_DIRECTION_RTL ? L"\u200F" : L"\u200E";
 }
 
-wxStaticText* NewLabel(wxWindow* parent, const wxString& text) {
-    return new wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(text));
-}
-
-// As most texts do. The label has measured itself anyway.
-bool FitsOneLine(const wxStaticText& label, const wxString& text) {
-    return text.find('\n') == wxString::npos && label.GetBestSize().x <= kTextWidth;
-}
+constexpr int kTextLetters = 58;
+constexpr size_t kAllLines = std::numeric_limits<size_t>::max();
+constexpr size_t kFewestHeadingLines = 2;
 
 }  // namespace
+
+// Of English in every language: a line of the widest letters would be too long to read.
+int TextWidth(const wxWindow& window) {
+    PangoFontMetrics* const metrics = pango_context_get_metrics(
+        gtk_widget_get_pango_context(window.GetHandle()),
+        window.GetFont().GetNativeFontInfo()->description, pango_language_from_string("en"));
+    const int letter = pango_font_metrics_get_approximate_char_width(metrics);
+    pango_font_metrics_unref(metrics);
+    return PANGO_PIXELS(kTextLetters * letter);
+}
+
+wxString WrapText(wxWindow& window, const wxString& text) {
+    return WrapText(window, text, TextWidth(window));
+}
 
 wxString WrapText(wxWindow& window, const wxString& text, int width) {
     return WrapText(window, window.GetFont(), text, width);
@@ -79,17 +90,51 @@ wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, in
     return wrapped;
 }
 
-wxStaticText* NewText(wxWindow* parent, const wxString& text) {
-    wxStaticText* const label = NewLabel(parent, text);
-    if (FitsOneLine(*label, text)) {
-        return label;
+// Most texts fit one line, and the label has measured itself anyway.
+TextLabel::TextLabel(wxWindow* parent, const wxString& text, size_t maxLines)
+    : wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(text)),
+      m_text(text),
+      m_maxLines(maxLines),
+      m_width(TextWidth(*parent)) {
+    if (text.find('\n') != wxString::npos || GetBestSize().x > m_width) {
+        ShowWrapped();
     }
-    const wxString wrapped = WrapText(*parent, text);
-    if (wrapped != text) {
-        label->SetLabelText(wrapped);
-        SetAccessibleName(*label, text);
+}
+
+void TextLabel::WrapAt(int width) {
+    if (m_lines > 1 && width != m_width) {
+        m_width = width;
+        ShowWrapped();
     }
-    return label;
+}
+
+bool TextLabel::DropLine() {
+    if (m_maxLines == kAllLines || m_lines <= kFewestHeadingLines) {
+        return false;
+    }
+    m_maxLines = m_lines - 1;
+    ShowWrapped();
+    return true;
+}
+
+void TextLabel::ShowWrapped() {
+    const ElidedText elided = ElideText(*this, m_text, m_maxLines, m_width);
+    m_lines = elided.lines;
+    SetLabelText(elided.shown);
+    if (elided.isCut) {
+        TellWhole(*this, m_text);
+    } else {
+        UnsetToolTip();
+        SetAccessibleName(*this, m_text);
+    }
+}
+
+TextLabel* NewText(wxWindow* parent, const wxString& text) {
+    return new TextLabel(parent, text, kAllLines);
+}
+
+TextLabel* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
+    return new TextLabel(parent, text, maxLines);
 }
 
 void ShowWrapped(wxStaticText& label, const wxString& text, int width) {
@@ -97,17 +142,26 @@ void ShowWrapped(wxStaticText& label, const wxString& text, int width) {
     SetAccessibleName(label, text);
 }
 
-ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines) {
-    const wxString wrapped = WrapText(window, text);
+wxCheckBox* NewCheckBox(wxWindow* parent, wxWindowID id, const wxString& text) {
+    const wxString wrapped = WrapText(*parent, text);
+    auto* const box = new wxCheckBox(parent, id, wxControl::EscapeMnemonics(wrapped));
+    if (wrapped != text) {
+        SetAccessibleName(*box, text);
+    }
+    return box;
+}
+
+ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines, int width) {
+    const wxString wrapped = WrapText(window, text, width);
     const wxArrayString lines = wxSplit(wrapped, '\n', '\0');
     if (lines.size() <= maxLines) {
-        return {wrapped, false};
+        return {wrapped, lines.size(), false};
     }
     wxString shown;
     for (size_t line = 0; line < maxLines; ++line) {
         shown += lines[line] + (line + 1 < maxLines ? L"\n" : L"\u2026");
     }
-    return {shown, true};
+    return {shown, maxLines, true};
 }
 
 void TellWhole(wxWindow& window, const wxString& text) {
@@ -121,21 +175,6 @@ void TellWholeIfCut(wxStaticText& label) {
     if (text.x > room.x || text.y > room.y) {
         TellWhole(label, label.GetLabelText());
     }
-}
-
-wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
-    wxStaticText* const heading = NewLabel(parent, text);
-    if (FitsOneLine(*heading, text)) {
-        return heading;
-    }
-    const ElidedText elided = ElideText(*parent, text, maxLines);
-    heading->SetLabelText(elided.shown);
-    if (elided.isCut) {
-        TellWhole(*heading, text);
-    } else if (elided.shown != text) {
-        SetAccessibleName(*heading, text);
-    }
-    return heading;
 }
 
 void ReserveRoom(wxStaticText& label) {
@@ -184,7 +223,8 @@ void Finish(wxTopLevelWindow& window, wxSizer* content) {
     auto* const margin = new wxBoxSizer(wxVERTICAL);
     margin->Add(content, wxSizerFlags(1).Expand().Border(wxALL, kMargin));
     AlignLabels(window);
-    window.SetSizerAndFit(margin);
+    window.SetSizer(margin);
+    FitScreen(window, *content);
     margin->SetSizeHints(&window);
     DescribeWindow(window, WindowRole::Dialog);
     window.Layout();

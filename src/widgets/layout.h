@@ -2,6 +2,7 @@
 #pragma once
 
 #include <wx/button.h>
+#include <wx/checkbox.h>
 #include <wx/colour.h>
 #include <wx/font.h>
 #include <wx/sizer.h>
@@ -20,25 +21,27 @@ inline constexpr int kLineGap = 4;
 /// Pixels that the content of the smallest dialog is wide.
 inline constexpr int kMinContentWidth = 280;
 
-/// Pixels after which a text is broken, so that a long label does not widen its dialog.
-inline constexpr int kTextWidth = 400;
+/// Pixels after which a text is broken, so that a long label does not widen its dialog: what some
+/// 58 average letters take in the window's font.
+int TextWidth(const wxWindow& window);
 
 /// The colour of warnings; see ColouredTexts.
 inline wxColour WarningColour() { return {255, 0, 0, 255}; }
 
-/// The text with line breaks where it would be wider than `width` pixels in the window's font;
-/// a word that is wider than that is broken as well.
-wxString WrapText(wxWindow& window, const wxString& text, int width = kTextWidth);
+/// The text with line breaks where it would be wider than `width` pixels, or TextWidth(), in the
+/// window's font; a word that is wider than that is broken as well.
+wxString WrapText(wxWindow& window, const wxString& text);
+wxString WrapText(wxWindow& window, const wxString& text, int width);
 /// The same in a font that the window itself does not use.
-wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text,
-                  int width = kTextWidth);
+wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, int width);
 
 /// A wrapped text of a limited number of lines; an ellipsis ends one that was cut.
 struct ElidedText {
     wxString shown;
+    size_t lines;
     bool isCut;
 };
-ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines);
+ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines, int width);
 
 /// Makes the whole of a text known that `window` shows cut: as tool tip and accessible name.
 void TellWhole(wxWindow& window, const wxString& text);
@@ -47,16 +50,46 @@ void TellWhole(wxWindow& window, const wxString& text);
 /// of its text is to be seen. Call it when the label has its size.
 void TellWholeIfCut(wxStaticText& label);
 
-/// A label that shows `text` literally (an ampersand is an ampersand), wrapped. Its accessible name
-/// is the text as it is: a screen reader would make a pause where a line ends.
-wxStaticText* NewText(wxWindow* parent, const wxString& text);
+/// What is broken into lines once more when its window turns out to be wider than its texts.
+class WrappedRow {
+public:
+    virtual ~WrappedRow() = default;
+    /// @param width In pixels.
+    virtual void WrapAt(int width) = 0;
+};
+
+/// A label that shows a text literally (an ampersand is an ampersand), wrapped. Its accessible name
+/// is the text as it is: a screen reader would make a pause where a line ends. What goes beyond the
+/// lines that it may have is cut with an ellipsis, and the whole text is the tool tip as well.
+class TextLabel : public wxStaticText, public WrappedRow {
+public:
+    TextLabel(wxWindow* parent, const wxString& text, size_t maxLines);
+
+    void WrapAt(int width) override;
+
+    /// Does with a line less. @return Whether it could: a heading keeps two, another text all.
+    bool DropLine();
+
+private:
+    void ShowWrapped();
+
+    wxString m_text;
+    size_t m_maxLines;
+    size_t m_lines = 1;
+    int m_width;
+};
+
+/// A label for all of a text.
+TextLabel* NewText(wxWindow* parent, const wxString& text);
+
+/// A label for a text that may be long where there is little room.
+TextLabel* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines);
 
 /// Gives a label another text, wrapped in the label's own font, and the accessible name with it.
-void ShowWrapped(wxStaticText& label, const wxString& text, int width = kTextWidth);
+void ShowWrapped(wxStaticText& label, const wxString& text, int width);
 
-/// As NewText(), for a text that may be long where there is little room: what goes beyond
-/// `maxLines` is cut with an ellipsis, and the whole text is the tool tip and the accessible name.
-wxStaticText* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines);
+/// A check box whose text is wrapped.
+wxCheckBox* NewCheckBox(wxWindow* parent, wxWindowID id, const wxString& text);
 
 /// Gives a label at least the size of its text in the font that was set for it. The toolkit learns
 /// of that font only when the window is shown, and would lay it out for another one until then.
@@ -78,8 +111,8 @@ struct ButtonRow {
 /// @param okLabel Translated; may have a mnemonic.
 ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel);
 
-/// Gives the window its content, with a margin, and the size that it needs; centres it at the
-/// pointer. To be called when all controls are there.
+/// Gives the window its content, with a margin, and the size that it needs, see FitScreen();
+/// centres it at the pointer. To be called when all controls are there.
 void Finish(wxTopLevelWindow& window, wxSizer* content);
 
 }  // namespace zeldlg::layout

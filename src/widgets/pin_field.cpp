@@ -5,6 +5,7 @@
 #include <wx/valtext.h>
 #include <wx/weakref.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -18,7 +19,8 @@ using platform::SecretBytes;
 
 namespace {
 
-constexpr int kFieldHeight = 24;
+constexpr int kLeastHeight = 24;
+constexpr int kAroundText = 6;  // pixels above and below it together
 constexpr int kAtCaret = -1;
 
 // The toolkit's filter for typed characters. Its validation at OK would open a box that quotes
@@ -31,6 +33,11 @@ public:
     bool TransferToWindow() override { return true; }
     bool TransferFromWindow() override { return true; }
 };
+
+wxSize FieldSize(const wxWindow& parent) {
+    return {CSecureTextControl::GetFieldWidth(),
+            std::max(kLeastHeight, parent.GetCharHeight() + kAroundText)};
+}
 
 // Where in its text a field shows what is at `x`, in characters. `x` is in pixels of the widget.
 int PlaceAt(GtkEntry* entry, int x) {
@@ -173,8 +180,8 @@ struct WaysIn {
 };
 
 PinField::PinField(wxWindow* parent, wxStaticText& label, Accepts accepts)
-    : wxTextCtrl(parent, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                 wxSize(CSecureTextControl::GetFieldWidth(), kFieldHeight), wxTE_PASSWORD),
+    : wxTextCtrl(parent, wxID_ANY, wxEmptyString, wxDefaultPosition, FieldSize(*parent),
+                 wxTE_PASSWORD),
       m_accepts(accepts) {
     SetLabelFor(label, *this);
     MarkAsSecretField(*this);

@@ -4,10 +4,10 @@ import re
 
 EXCLUDED = (
     ("how much air there is between things", r"src/.*",
-     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextWidth|k\w*Padding|k\w*Gap|kIndent"
-     r"|kFrame|kFieldFrame|kAroundContent|kCascade)\b"),
+     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextLetters|kAroundText|k\w*Padding|k\w*Gap|kIndent"
+     r"|kFrame|kFieldFrame|kCascade)\b"),
     ("how much room a long text gets before it is cut, wrapped or scrolls", r"src/.*",
-     r"\b(k\w*Lines|kMinWidth|kMaxWidth|kMinRows|kMaxRows|kScrollStep|kCodeFontScale|kCodeDigits"
+     r"\b(k\w*Lines|kMinWidth|kMaxWidth|kMinRows|kMaxRows|kScrollStep|kCodeFontScale|k(Fewest|Most)Digits|kWidthOfAll"
      r"|kExplanationWidth|kPolicedMessageWidth|k\w*TextHeight|kNoticeWidth|kWidestCount)\b"),
 )
 

@@ -10,6 +10,8 @@ from stage.natural_size import natural_size
 
 # Roles whose name is drawn into the control.
 BUTTONS = ("push button", "check box", "radio button")
+# Those that may take several lines.
+WRAPPED = ("check box",)
 # What holds others and is not drawn itself.
 AROUND = ("frame", "dialog", "alert", "filler", "panel", "viewport")
 COMBO_ARROW = 24
@@ -137,5 +139,6 @@ class Layout:
             text = re.sub(r"-?\d+", "%d", control.name)
             if control.role == "push button" and text not in self.button_texts:
                 yield f"{control} is not from the catalogue"
-            if control.box[2] < needed[0] or control.box[3] < needed[1]:
+            lines = round(control.box[3] / needed[1]) if control.role in WRAPPED else 1
+            if lines * control.box[2] < needed[0] or control.box[3] < needed[1]:
                 yield f"{control} is smaller than its text, which takes {needed}"

@@ -16,7 +16,7 @@ from stage.x11 import X11
 WIDTH = 1000
 LEFT, RIGHT = 0, WIDTH
 # One of each kind that finds its place in a way of its own.
-KINDS = ("pin", "pad Modification", "select-token", "locked", "keygen")
+KINDS = ("pin", "pad Modification", "select-token", "select-id", "locked", "keygen")
 
 
 def mutter(_directory, program):

@@ -1,6 +1,7 @@
 // Finds the controls of a dialog, at any depth, as a person would name them.
 #pragma once
 
+#include <wx/control.h>
 #include <wx/stattext.h>
 #include <wx/window.h>
 
@@ -30,8 +31,8 @@ Control& Nth(const wxWindow& window, size_t index) {
     return *AllOf<Control>(window).at(index);
 }
 
-/// What a label reads, with blanks where its lines end: where that is depends on the font.
-inline wxString Unwrapped(const wxStaticText& label) {
+/// What a label or a box reads, with blanks where its lines end: where that is depends on the font.
+inline wxString Unwrapped(const wxControl& label) {
     wxString text = label.GetLabelText();
     text.Replace("\n", " ");
     return text;

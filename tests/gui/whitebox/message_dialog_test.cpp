@@ -300,6 +300,12 @@ wxString Lines(int count) {
     return text;
 }
 
+// A line that is wider than the screen is broken there.
+wxString WithoutBreaks(wxString text) {
+    text.Replace("\n", "");
+    return text;
+}
+
 TEST_F(MessageDialog, StaysOnTheScreenWithItsButtonsWhateverTheText) {
     const wxSize screen = wxGetClientDisplayRect().GetSize();
     for (const wxString& text : {Lines(200), wxString('W', 4000), Lines(200) + wxString('W', 4000),
@@ -312,7 +318,7 @@ TEST_F(MessageDialog, StaysOnTheScreenWithItsButtonsWhateverTheText) {
         const wxRect client(m_dialog->GetClientSize());
         EXPECT_TRUE(client.Contains(DefaultButton().GetRect()));
         EXPECT_TRUE(client.Contains(m_dialog->FindWindow(wxID_CANCEL)->GetRect()));
-        EXPECT_EQ(TextOf(*m_dialog), text);
+        EXPECT_EQ(WithoutBreaks(TextOf(*m_dialog)), WithoutBreaks(text));
         m_dialog->Destroy();
     }
     m_dialog = nullptr;

@@ -468,7 +468,7 @@ TEST(StatedConstants, OfTheDigitalIdDialog) {
          {"OK, with the seconds that hold without a setting", "OK (5s)", LabelOf(*dialog, 5100)},
          {"Cancel", "Cancel", LabelOf(*dialog, 5101)},
          {"check box", "Always use this Digital ID (this dialog will not be displayed again)",
-          Nth<wxCheckBox>(*dialog, 0).GetLabelText()},
+          Unwrapped(Nth<wxCheckBox>(*dialog, 0))},
          {"check box at first", false, Nth<wxCheckBox>(*dialog, 0).GetValue()},
          {"texts",
           Texts{"Multiple Digital IDs found; please select an appropriate Digital ID from the "
@@ -633,7 +633,7 @@ TEST(StatedConstants, OfTheEnrolmentHint) {
                          "use exactly the same finger in all three scans."},
                    Labels(*dialog)},
                   {"check box", "Show this window during the next enrolment procedure",
-                   LabelOf(*dialog, 13568)},
+                   Unwrapped(dynamic_cast<wxControl&>(WithId(*dialog, 13568)))},
                   {"check box at first", true, Nth<wxCheckBox>(*dialog, 0).GetValue()},
                   {"buttons", 1, static_cast<long>(AllOf<wxButton>(*dialog).size())},
                   {"OK", "OK", ok.GetLabel()},
