@@ -4,6 +4,7 @@ Boxes are (x, y, width, height) in pixels.
 """
 
 import itertools
+import math
 import re
 
 from stage.natural_size import natural_size
@@ -139,6 +140,6 @@ class Layout:
             text = re.sub(r"-?\d+", "%d", control.name)
             if control.role == "push button" and text not in self.button_texts:
                 yield f"{control} is not from the catalogue"
-            lines = round(control.box[3] / needed[1]) if control.role in WRAPPED else 1
+            lines = math.ceil(control.box[3] / needed[1]) if control.role in WRAPPED else 1
             if lines * control.box[2] < needed[0] or control.box[3] < needed[1]:
                 yield f"{control} is smaller than its text, which takes {needed}"

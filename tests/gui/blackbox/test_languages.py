@@ -165,8 +165,9 @@ class NobodysLanguages(LanguageCase):
         call, window = self.show_dialog(host, dialog, *VARIANTS[dialog.name])
         explanation = window.find("text")
         seen = [explanation.text]
-        layout = Layout(take_snapshot(window), self.translate)
-        for control in layout.controls:
+        snapshot = take_snapshot(window)
+        layout = Layout(snapshot, self.translate)
+        for control in snapshot.walk():
             if control.role == "push button" and control.name.startswith(layout.balls):
                 control.node.press()
                 wait_until(lambda: explanation.text != seen[-1], what="another explanation",
