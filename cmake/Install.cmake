@@ -6,6 +6,8 @@ install(TARGETS zeldlglib EXPORT zeldlgTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime
                 NAMELINK_COMPONENT development
         INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# In the folder where the library looks for it, from its own.
+install(TARGETS zeldlg-helper DESTINATION ${CMAKE_INSTALL_LIBDIR}/zeldlg COMPONENT runtime)
 install(DIRECTORY include/zeldlg DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 # The library reads /usr/share/tessaly/registry: under another prefix the file is a sample.
 install(FILES packaging/registry DESTINATION ${CMAKE_INSTALL_DATADIR}/tessaly COMPONENT runtime)

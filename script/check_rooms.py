@@ -8,10 +8,10 @@ import re
 import sys
 
 # A room includes itself and rooms behind it in this list, no others.
-RANKS = ("api", "runtime", "biometric", "dialogs", "policy", "pin", "widgets", "resources",
-         "registry", "platform")
+RANKS = ("helper", "api", "runtime", "biometric", "dialogs", "policy", "pin", "widgets",
+         "resources", "registry", "platform")
 # Dialogs know nothing of hosts: the record types of the public header are for those who do.
-KNOW_HOSTS = {"api", "runtime"}
+KNOW_HOSTS = {"helper", "api", "runtime"}
 NO_TOOLKIT = {"registry", "platform"}
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]', re.MULTILINE)

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "api/prompt_texts.h"
+#include "resources/catalogue.h"
 #include "runtime/gui_runner.h"
 #include "runtime/message.h"
 
@@ -17,7 +19,7 @@ namespace {
 
 // Read once, when the library is loaded: calls come on any thread, and in signal handlers.
 const bool kIsTraced = [] {
-    const char* const wish = getenv("ZELDLG_TRACE");
+    const char* const wish = secure_getenv("ZELDLG_TRACE");
     return wish != nullptr && std::string_view(wish) == "1";
 }();
 
@@ -47,8 +49,8 @@ uint32_t GuardedRequest(const char* request, uint32_t failure, uint32_t (*body)(
     });
 }
 
-bool SendPacked(uint64_t code, uint64_t param1, uint64_t param2) {
-    CMessage message(code, param1, param2);
+bool SendPacked(uint64_t code, uint64_t param1, uint64_t param2, const remote::WireForm& form) {
+    CMessage message(code, param1, param2, &form);
     return SendRequest(GetGuiRunner(), &message);
 }
 
@@ -112,16 +114,25 @@ uint32_t AskPinPad(const Request<const void*, bool*>& request, const void* handl
     });
 }
 
-void StartTexts() { GetGuiRunner(); }
+bool SendPrompt(const PromptRequest& prompt, bool* answer) {
+    GetGuiRunner();  // and with it the catalogue
+    if (IsServedByHelper()) {
+        return Send(kPrompt, &prompt, answer);
+    }
+    const wxString text = [&prompt] {
+        const CatalogueReader catalogueReader;
+        return TextOf(prompt);
+    }();
+    return Send(BoxOf(prompt), static_cast<const wchar_t*>(text.wc_str()), answer);
+}
 
 // kept: the box never writes the answer, so a box that was shown answers "cancelled" whatever the
 // user chose.
-uint32_t SendPrompt(const BoxRequest& request, const wxString& text) {
-    bool answer = false;
-    if (!Send(request, static_cast<const wchar_t*>(text.wc_str()), &answer)) {
-        return ZELDLG_FAILED;
-    }
-    return ConfirmedOrCancelled(answer);
+uint32_t Prompt(const PromptRequest& prompt) {
+    return Guarded(BoxOf(prompt).name, ZELDLG_FAILED, [&prompt] {
+        bool answer = false;
+        return SendPrompt(prompt, &answer) ? ConfirmedOrCancelled(answer) : ZELDLG_FAILED;
+    });
 }
 
 }  // namespace zeldlg::api

@@ -12,7 +12,7 @@
 #include <initializer_list>
 #include <type_traits>
 
-#include "resources/catalogue.h"
+#include "runtime/remote/records.h"
 #include "runtime/requests.h"
 
 namespace zeldlg::api {
@@ -72,14 +72,15 @@ uint32_t Guarded(const char* request, uint32_t failure, const Body& body) {
         &body);
 }
 
-bool SendPacked(uint64_t code, uint64_t param1, uint64_t param2);
+bool SendPacked(uint64_t code, uint64_t param1, uint64_t param2, const remote::WireForm& form);
 
-/// Sends a request, starting the GUI thread when there is none, and waits until it is over.
+/// Sends a request, starting who serves it when there is nobody, and waits until it is over.
 /// Raises what its handler threw. @return Whether it was carried out.
 template <typename Record, typename Reply>
 bool Send(const Request<Record, Reply>& request, std::type_identity_t<Record> record = {},
           std::type_identity_t<Reply> reply = {}) {
-    return SendPacked(request.code, Packed(record), Packed(reply));
+    return SendPacked(request.code, Packed(record), Packed(reply),
+                      remote::kWireForm<Record, Reply>);
 }
 
 // One function for each way of deriving the result (the letter of the rule in brackets). Null
@@ -164,23 +165,11 @@ void TellPinPad(const PadReport& request, const void* handle);
 /// The answer byte that the handler wrote.
 uint32_t AskPinPad(const Request<const void*, bool*>& request, const void* handle);
 
-/// Starts the GUI thread, and with it the catalogue, unless it is there.
-void StartTexts();
-/// Sends a composed text. @return Confirmed or cancelled.
-uint32_t SendPrompt(const BoxRequest& request, const wxString& text);
+/// A question or notice whose text is composed on the calling thread, of this process or of its
+/// helper. @return Confirmed or cancelled.
+uint32_t Prompt(const PromptRequest& prompt);
 
-/// A question or notice whose text is composed on the calling thread.
-/// @param composeText Returns the text, translated.
-template <typename Compose>
-uint32_t Prompt(const BoxRequest& request, const Compose& composeText) {
-    return Guarded(request.name, ZELDLG_FAILED, [&] {
-        StartTexts();
-        const wxString text = [&composeText] {
-            const CatalogueReader catalogueReader;
-            return composeText();
-        }();
-        return SendPrompt(request, text);
-    });
-}
+/// Composes it and has it shown, or has its helper do both. @return Whether it was carried out.
+bool SendPrompt(const PromptRequest& prompt, bool* answer);
 
 }  // namespace zeldlg::api

@@ -4,8 +4,6 @@
 
 #include "api/call_frame.h"
 #include "api/demonstration.h"
-#include "api/prompt_texts.h"
-#include "resources/texts.h"
 #include "runtime/gui_runner.h"
 
 using namespace zeldlg;
@@ -81,27 +79,21 @@ uint32_t DLG_ShowLockedDialog(const char* tokenLabel) {
 uint32_t DLG_ShowConfirmDeleteCertificate(const char* applicationName, const char* tokenLabel,
                                           const char* issuedTo, const char* issuedBy,
                                           const char* validFrom, const char* validTo) {
-    return Prompt(kQuestionBox, [&] {
-        return ConfirmDeleteCertificateText({.applicationName = HostTextOrLocale(applicationName),
-                                             .tokenLabel = HostTextOrLocale(tokenLabel),
-                                             .issuedTo = HostText(issuedTo),
-                                             .issuedBy = HostText(issuedBy),
-                                             .validFrom = HostText(validFrom),
-                                             .validTo = HostText(validTo)});
-    });
+    return Prompt({.kind = PromptRequest::ConfirmDeleteCertificate,
+                   .texts = {applicationName, tokenLabel, issuedTo, issuedBy, validFrom, validTo}});
 }
 
-uint32_t DLG_ShowUnlockTokenDialog() { return Prompt(kQuestionBox, UnlockTokenText); }
+uint32_t DLG_ShowUnlockTokenDialog() { return Prompt({.kind = PromptRequest::UnlockToken}); }
 
-uint32_t DLG_AskChangeTransportPIN() { return Prompt(kQuestionBox, ChangeTransportPinText); }
+uint32_t DLG_AskChangeTransportPIN() { return Prompt({.kind = PromptRequest::ChangeTransportPin}); }
 
 uint32_t DLG_AskEarlyUnexpirePin(uint32_t days) {
-    return Prompt(kQuestionBox, [days] { return EarlyUnexpirePinText(days); });
+    return Prompt({.kind = PromptRequest::EarlyUnexpirePin, .days = days});
 }
 
-uint32_t DLG_ShowCRUnblockFailed() { return Prompt(kErrorBox, UnblockFailedText); }
+uint32_t DLG_ShowCRUnblockFailed() { return Prompt({.kind = PromptRequest::UnblockFailed}); }
 
-uint32_t DLG_ShowPUKIsLocked() { return Prompt(kErrorBox, PukLockedText); }
+uint32_t DLG_ShowPUKIsLocked() { return Prompt({.kind = PromptRequest::PukLocked}); }
 
 uint32_t DLG_ShowSupertokenError(uint64_t code) { return AskForRetry(kBiometricError, &code); }
 

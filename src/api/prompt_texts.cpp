@@ -1,5 +1,7 @@
 #include "api/prompt_texts.h"
 
+#include <array>
+
 #include "resources/texts.h"
 
 namespace zeldlg {
@@ -40,5 +42,43 @@ wxString UnblockFailedText() {
 }
 
 wxString PukLockedText() { return Translate("PUK locked!"); }
+
+namespace {
+
+wxString CertificateTextOf(const PromptRequest& prompt) {
+    const char* const* const texts = prompt.texts;
+    return ConfirmDeleteCertificateText({.applicationName = HostTextOrLocale(texts[0]),
+                                         .tokenLabel = HostTextOrLocale(texts[1]),
+                                         .issuedTo = HostText(texts[2]),
+                                         .issuedBy = HostText(texts[3]),
+                                         .validFrom = HostText(texts[4]),
+                                         .validTo = HostText(texts[5])});
+}
+
+struct Kind {
+    BoxRequest box;
+    wxString (*compose)(const PromptRequest& prompt);
+};
+
+template <wxString (*kCompose)()>
+wxString Fixed(const PromptRequest&) {
+    return kCompose();
+}
+
+// In the order of PromptRequest::Kind.
+constexpr std::array<Kind, 6> kKinds{{
+    {kQuestionBox, CertificateTextOf},
+    {kQuestionBox, Fixed<UnlockTokenText>},
+    {kQuestionBox, Fixed<ChangeTransportPinText>},
+    {kQuestionBox, [](const PromptRequest& prompt) { return EarlyUnexpirePinText(prompt.days); }},
+    {kErrorBox, Fixed<UnblockFailedText>},
+    {kErrorBox, Fixed<PukLockedText>},
+}};
+
+}  // namespace
+
+wxString TextOf(const PromptRequest& prompt) { return kKinds.at(prompt.kind).compose(prompt); }
+
+const BoxRequest& BoxOf(const PromptRequest& prompt) { return kKinds.at(prompt.kind).box; }
 
 }  // namespace zeldlg

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "runtime/requests.h"
+
 namespace zeldlg {
 
 struct CertificateTexts {
@@ -23,5 +25,10 @@ wxString ChangeTransportPinText();
 wxString EarlyUnexpirePinText(uint32_t days);
 wxString UnblockFailedText();
 wxString PukLockedText();
+
+/// The text of a prompt, and the box that shows it. They throw std::logic_error for a text that is
+/// null, and for a prompt that there is not.
+wxString TextOf(const PromptRequest& prompt);
+const BoxRequest& BoxOf(const PromptRequest& prompt);
 
 }  // namespace zeldlg

@@ -3,101 +3,30 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <chrono>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
-#include <utility>
 
 #include "runtime/handlers/handlers.h"
+#include "runtime/own_runner.h"
+#include "runtime/process_wish.h"
+#include "runtime/remote/helper_process.h"
+#include "runtime/remote/remote_runner.h"
 #include "runtime/wx_toolkit.h"
-
-using zeldlg::Life;
-using zeldlg::platform::WaitForEvent;
-
-namespace {
-
-using State = Life::State;
-
-constexpr uint32_t kLookMs = 1;
-
-// Looks every millisecond until something holds. Stays first at the exit meanwhile: a start is one
-// long call of the toolkit, in which the thread itself comes to nothing else.
-// @return Whether it holds; false after the time-out.
-template <typename Predicate>
-bool AwaitWhileStarting(uint32_t timeoutMs, const Predicate& predicate) {
-    using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!predicate(kLookMs)) {
-        if (Clock::now() >= end) {
-            return false;
-        }
-        zeldlg::GoFirstAtExit();
-    }
-    return true;
-}
-
-}  // namespace
-
-GuiRunner::GuiRunner(Life& life, std::unique_ptr<zeldlg::Toolkit> toolkit,
-                     std::span<const zeldlg::RequestHandler> handlers)
-    : m_life(life),
-      m_thread(std::make_unique<zeldlg::CWXRunner>(life, m_startedEvent.Get(), m_quitEvent.Get(),
-                                                   std::move(toolkit), handlers)) {
-    if (m_thread->Start(m_requestEvent.Get())) {
-        AwaitWhileStarting(kStartWaitMs, [this](uint32_t milliseconds) {
-            return WaitForEvent(*m_startedEvent, milliseconds) || !IsRunning();
-        });
-    }
-}
-
-GuiRunner::~GuiRunner() { Stop(); }
-
-bool GuiRunner::Stop() {
-    if (!IsRunning()) {
-        return true;
-    }
-    const bool entered = AwaitWhileStarting(kLoaderWaitMs, [this](uint32_t milliseconds) {
-        return m_life.Now() != State::Entering || WaitForEvent(*m_startedEvent, milliseconds);
-    });
-    if (!entered) {
-        return false;
-    }
-    m_quitEvent->Set();
-    if (!m_thread->Join()) {
-        m_thread->Cancel();
-    }
-    return true;
-}
-
-bool GuiRunner::Send(zeldlg::CMessage& message) {
-    if (!m_thread->Queue(&message)) {
-        return false;
-    }
-    m_requestEvent->Set();
-    const auto isPast = [&](State state) {
-        return [this, state, &message](uint32_t milliseconds) {
-            return m_life.Now() != state || message.IsDone(milliseconds);
-        };
-    };
-    if (!AwaitWhileStarting(kLoaderWaitMs, isPast(State::Entering)) &&
-        m_thread->TakeBack(&message)) {
-        return false;
-    }
-    AwaitWhileStarting(zeldlg::platform::kNoTimeout, isPast(State::Starting));
-    message.WaitDone();
-    return true;
-}
 
 namespace zeldlg {
 
 namespace {
 
-// The process's runner. Never destroyed: host threads may still be calling while the process
+using remote::RemoteRunner;
+using State = Life::State;
+
+// The process's own runner. Never destroyed: host threads may still be calling while the process
 // exits. The mutex guards the pointer, and with it creation and destruction; who sends a request
 // holds a reference, so that a concurrent DestroyGuiRunner cannot pull it away.
 struct ProcessRunner {
     std::mutex mutex;
-    std::shared_ptr<GuiRunner> runner;
+    std::shared_ptr<OwnRunner> runner;
     // Who creates or destroys it. A signal handler that comes again on that thread, or the exit
     // that it asks for, must not wait for what it has interrupted.
     std::atomic<pthread_t> changing{};
@@ -107,8 +36,6 @@ ProcessRunner& Process() {
     static auto* const process = new ProcessRunner;
     return *process;
 }
-
-bool IsUsable() { return !ProcessLife().IsOver() && Process().changing != pthread_self(); }
 
 class ChangingRunner {
 public:
@@ -122,40 +49,130 @@ private:
     const std::lock_guard<std::mutex> m_lock{m_process.mutex};
 };
 
+// The runner of the helper, as long as the process: a child that was forked makes one of its own,
+// and touches nothing of its parent's, whose locks some thread may have had.
+struct HelpedProcess {
+    const pid_t process = getpid();
+    RemoteRunner runner{remote::HelperPath()};
+};
+
+std::atomic<HelpedProcess*> g_helped{nullptr};
+
+RemoteRunner* HelperIfUsed() {
+    HelpedProcess* const helped = g_helped;
+    return helped != nullptr && helped->process == getpid() ? &helped->runner : nullptr;
+}
+
+RemoteRunner& Helper() {
+    for (HelpedProcess* helped = g_helped;;) {
+        if (helped != nullptr && helped->process == getpid()) {
+            return helped->runner;
+        }
+        auto mine = std::make_unique<HelpedProcess>();
+        if (g_helped.compare_exchange_strong(helped, mine.get())) {
+            return mine.release()->runner;
+        }
+    }
+}
+
+enum class Server { Own, Helper, Nobody };
+
+// One that has begun goes on until DLG_Finalize: its windows are there.
+Server Choose() {
+    const State state = ProcessLife().Now();
+    if (state == State::Exiting || state == State::Parked) {
+        return Server::Nobody;
+    }
+    if (const RemoteRunner* const helper = HelperIfUsed();
+        helper != nullptr && helper->IsStarted()) {
+        return Server::Helper;
+    }
+    // The child of one that was helped: what its parent's threads were at is not to be looked into.
+    const bool isHelpedChild = g_helped != nullptr && HelperIfUsed() == nullptr;
+    const bool isOver = state == State::Lost || state == State::NotOurs;
+    switch (WishForProcess()) {
+        case ProcessWish::Helper:
+            return Server::Helper;
+        case ProcessWish::Own:
+            return isOver ? Server::Nobody : Server::Own;
+        case ProcessWish::Auto:
+            break;
+    }
+    if (isOver || isHelpedChild) {
+        return Server::Helper;
+    }
+    return ProcessLife().IsRunning() || !WxToolkit::IsTaken() ? Server::Own : Server::Helper;
+}
+
+bool IsChanging() { return Process().changing == pthread_self(); }
+
+// Nothing when it was not carried out, and somebody else may try.
+bool SendToOwn(const GuiRunner* runner, CMessage& message) {
+    ProcessRunner& process = Process();
+    std::shared_ptr<OwnRunner> held;
+    {
+        const std::lock_guard lock(process.mutex);
+        held = process.runner;
+    }
+    return held != nullptr && held.get() == runner && held->Send(message);
+}
+
 }  // namespace
 
 GuiRunner* GetGuiRunner() {
-    if (!IsUsable()) {
-        throw std::runtime_error("the toolkit cannot be used in this process any more");
+    const Server server = Choose();
+    if (server == Server::Helper) {
+        Helper().Start();
+        return &Helper();
+    }
+    if (server == Server::Nobody || IsChanging()) {
+        throw std::runtime_error("nobody can serve requests in this process any more");
     }
     const ChangingRunner changing;
-    std::shared_ptr<GuiRunner>& runner = Process().runner;
+    std::shared_ptr<OwnRunner>& runner = Process().runner;
     if (runner == nullptr) {
-        runner = std::make_shared<GuiRunner>(ProcessLife(), std::make_unique<WxToolkit>(),
+        runner = std::make_shared<OwnRunner>(ProcessLife(), std::make_unique<WxToolkit>(),
                                              HandlerChain());
     }
     return runner.get();
 }
 
+bool IsServedByHelper() { return Choose() == Server::Helper; }
+
 bool SendRequest(GuiRunner* runner, CMessage* message) {
-    if (!IsUsable()) {
-        return false;
+    Server server = Choose();
+    if (server == Server::Own) {
+        if (IsChanging()) {
+            return false;
+        }
+        try {
+            if (SendToOwn(runner, *message)) {
+                return true;
+            }
+            server = Choose();  // it may be that it could not start
+        } catch (const ToolkitTaken&) {
+            if (WishForProcess() == ProcessWish::Own) {
+                throw;
+            }
+            server = Server::Helper;
+        }
     }
-    ProcessRunner& process = Process();
-    std::shared_ptr<GuiRunner> held;
-    {
-        const std::lock_guard lock(process.mutex);
-        held = process.runner;
-    }
-    return held != nullptr && held.get() == runner && held->Send(*message);
+    return server == Server::Helper && Helper().Send(*message);
 }
 
 void DestroyGuiRunner() {
-    if (!IsUsable()) {
+    const State state = ProcessLife().Now();
+    if (state == State::Exiting || state == State::Parked) {
+        return;
+    }
+    if (RemoteRunner* const helper = HelperIfUsed(); helper != nullptr) {
+        helper->Stop();
+    }
+    if (ProcessLife().IsOver() || IsChanging()) {
         return;
     }
     const ChangingRunner changing;
-    std::shared_ptr<GuiRunner>& runner = Process().runner;
+    std::shared_ptr<OwnRunner>& runner = Process().runner;
     GoFirstAtExit();
     // A thread that is lost, or is going to be parked, stays and uses it.
     if (runner != nullptr && runner->Stop() && ProcessLife().Now() == State::Down) {

@@ -26,6 +26,22 @@ struct Request {
 
 struct Nothing {};
 
+/// A question or notice by what its text is composed of.
+struct PromptRequest {
+    enum Kind : uint32_t {
+        ConfirmDeleteCertificate,
+        UnlockToken,
+        ChangeTransportPin,
+        EarlyUnexpirePin,
+        UnblockFailed,
+        PukLocked,
+    };
+
+    uint32_t kind;
+    uint32_t days = 0;          ///< EarlyUnexpirePin
+    const char* texts[6] = {};  ///< ConfirmDeleteCertificate, in the order of the export's.
+};
+
 /// Return code of a dialog that was confirmed but whose results could not be delivered.
 inline constexpr int32_t kNotDelivered = -2;
 
@@ -143,6 +159,10 @@ inline constexpr PadRequest kPinPadShowLegalNoPinVerification{0x199e,
 
 inline constexpr Request<const ChallengeResponseRequest*, ChangeReply<ChallengeResponseBuffers>*>
     kUnblockThroughCr{0x19f1, "UnblockThroughCr"};
+
+/// Not for the GUI thread: what a process without one asks its helper for. The helper composes the
+/// text, as only it has the catalogue, and shows it by one of the boxes above.
+inline constexpr Request<const PromptRequest*, bool*> kPrompt{0, "Prompt"};
 
 // How they travel in a message: as two numbers of 64 bits.
 

@@ -169,7 +169,7 @@ void CWXRunner::Dispatch(CMessage& message) {
     m_served = &message;
     try {
         if (!m_toolkit->Enter()) {
-            throw std::runtime_error("the toolkit cannot be used now");
+            throw ToolkitTaken();
         }
         const platform::ScopeExit leave([this] { m_toolkit->Leave(); });
         // A handler's change of it lasts until its own request returns.

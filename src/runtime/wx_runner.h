@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <span>
+#include <stdexcept>
 #include <vector>
 
 #include "platform/event.h"
@@ -28,6 +29,12 @@ extern wxWindow* g_currentParent;
 /// Serves a request if its code is one of its own. @return Whether it was. Runs on the GUI
 /// thread; what it throws is raised in the caller of the request.
 using RequestHandler = bool (*)(CMessage* message);
+
+/// Another thread runs the toolkit's events now.
+class ToolkitTaken : public std::runtime_error {
+public:
+    ToolkitTaken() : std::runtime_error("the toolkit cannot be used now") {}
+};
 
 class CWXRunner : public CThread {
 public:

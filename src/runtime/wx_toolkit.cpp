@@ -13,10 +13,12 @@
 #include <wx/log.h>
 #include <wx/translation.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 
 #include "platform/scope_exit.h"
+#include "platform/thread.h"
 #include "resources/catalogue.h"
 #include "runtime/dll_app.h"
 #include "runtime/life.h"
@@ -151,6 +153,43 @@ GSourceFuncs g_watch{BeforeIteration, AfterWait, nullptr, nullptr, nullptr, null
 
 }  // namespace
 
+namespace {
+
+// The display that the toolkit has opened for us stays open when it ends.
+std::atomic<bool> g_displayIsOurs{false};
+
+// Before the type is there nothing has opened a display, and asking for one would make it.
+GdkDisplay* OpenDisplay() {
+    return g_type_from_name("GdkDisplay") != 0 ? gdk_display_get_default() : nullptr;
+}
+
+// A loop of the host's leaves the context for an instant between two iterations.
+constexpr int kLooks = 3;
+constexpr uint32_t kBetweenLooksMs = 1;
+
+bool IsContextTaken() {
+    if (g_main_context_is_owner(nullptr) != FALSE) {
+        return true;  // by the caller
+    }
+    for (int look = 0; look < kLooks; ++look) {
+        if (look != 0) {
+            platform::SleepMilliseconds(kBetweenLooksMs);
+        }
+        if (g_main_context_acquire(nullptr) == FALSE) {
+            return true;
+        }
+        g_main_context_release(nullptr);
+    }
+    return false;
+}
+
+}  // namespace
+
+bool WxToolkit::IsTaken() {
+    return wxAppConsole::GetInstance() != nullptr ||
+           (OpenDisplay() != nullptr && !g_displayIsOurs) || IsContextTaken();
+}
+
 void WxToolkit::SourceDestroyer::operator()(GSource* source) const {
     g_source_destroy(source);
     g_source_unref(source);
@@ -163,6 +202,7 @@ bool WxToolkit::Start(const std::function<void()>& leave) {
     const platform::ScopeExit release([this] { Leave(); });
     WatchDisplay(leave);
     SendMessagesToStandardError();
+    const bool isFirst = OpenDisplay() == nullptr;
     bool started = false;
     const platform::ScopeExit cleanUp([&started] {
         if (!started) {
@@ -171,6 +211,9 @@ bool WxToolkit::Start(const std::function<void()>& leave) {
         }
     });
     started = StartWx();
+    if (isFirst && OpenDisplay() != nullptr) {
+        g_displayIsOurs = true;
+    }
     if (started) {
         m_watch.reset(g_source_new(&g_watch, sizeof(GSource)));
         g_source_set_priority(m_watch.get(), G_PRIORITY_HIGH);

@@ -12,6 +12,10 @@ namespace zeldlg {
 
 class WxToolkit : public Toolkit {
 public:
+    /// Somebody else in this process has what Start needs: an instance of the toolkit, a display
+    /// that GTK has opened, GLib's default main context. Any thread, while no WxToolkit is up.
+    static bool IsTaken();
+
     /// Fails when there is no display, when the process already runs an instance of the toolkit,
     /// or when another thread owns GLib's default main context. Can be tried again later.
     bool Start(const std::function<void()>& leave) override;

@@ -39,6 +39,7 @@ def documents(package):
 
 CONTENTS = {
     LIBRARY: {f"{LIB}/libzeldlglib.so.3", f"{LIB}/libzeldlglib.so.{UPSTREAM}",
+              f"{LIB}/zeldlg/zeldlg-helper",
               "usr/share/tessaly/registry", f"usr/share/doc/{LIBRARY}/hosting.md",
               f"usr/share/doc/{LIBRARY}/pkcs11.md", f"usr/share/doc/{LIBRARY}/settings.md"},
     DEVELOPMENT: {f"{LIB}/libzeldlglib.so", "usr/include/zeldlg/zeldlg.h",

@@ -12,6 +12,7 @@
 #include "registry/registry_store.h"
 #include "runtime/gui_runner.h"
 #include "runtime/handlers/handlers.h"
+#include "runtime/own_runner.h"
 #include "runtime/wx_toolkit.h"
 
 namespace zeldlg {
@@ -33,7 +34,8 @@ void LoseDisplay() {
 }
 
 [[noreturn]] void EndWithHandlersOf(const GuiRunner* runner) {
-    _exit(runner != nullptr ? static_cast<int>(runner->HandlerCount()) : kOtherwise);
+    const auto* const own = dynamic_cast<const OwnRunner*>(runner);
+    _exit(own != nullptr ? static_cast<int>(own->HandlerCount()) : kOtherwise);
 }
 
 void AskTwice() {

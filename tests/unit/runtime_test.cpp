@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "runtime/gui_runner.h"
 #include "runtime/handlers/handlers.h"
 #include "runtime/message.h"
+#include "runtime/own_runner.h"
 #include "runtime/thread.h"
 #include "runtime/wx_runner.h"
 #include "support/time_limit.h"
@@ -75,8 +75,8 @@ private:
     Script& m_script;
 };
 
-std::unique_ptr<GuiRunner> MakeRunner(Script& script, const std::vector<RequestHandler>& handlers) {
-    return std::make_unique<GuiRunner>(script.life, std::make_unique<ScriptedToolkit>(script),
+std::unique_ptr<OwnRunner> MakeRunner(Script& script, const std::vector<RequestHandler>& handlers) {
+    return std::make_unique<OwnRunner>(script.life, std::make_unique<ScriptedToolkit>(script),
                                        handlers);
 }
 
@@ -314,7 +314,7 @@ struct Staying {
         runner = MakeRunner(script, handlers);
     }
     Script script;
-    std::unique_ptr<GuiRunner> runner;
+    std::unique_ptr<OwnRunner> runner;
 };
 
 Staying& MakeStaying(

@@ -10,7 +10,7 @@
 #include "registry/registry_error.h"
 #include "registry/registry_store.h"
 #include "registry/registry_value.h"
-#include "runtime/gui_runner.h"
+#include "runtime/own_runner.h"
 #include "runtime/requests.h"
 #include "runtime/wx_runner.h"
 
@@ -115,7 +115,7 @@ static_assert(platform::kWaitTimedOut == -2);
 static_assert(platform::kWaitError == -1);
 
 // Milliseconds
-static_assert(GuiRunner::kStartWaitMs == 180);
+static_assert(OwnRunner::kStartWaitMs == 180);
 static_assert(CWXRunner::kPollMs == 10);
 
 // What exports return

@@ -5,20 +5,25 @@
 #include <span>
 #include <tuple>
 
+#include "runtime/remote/records.h"
 #include "runtime/requests.h"
 #include "runtime/wx_runner.h"
 
 namespace zeldlg {
 
-/// Serves a message that is such a request: calls `body` with what the handler of one reads and
-/// writes. @return Whether it is one.
+/// Serves a message that is such a request, of this process or another: calls `body` with what the
+/// handler of one reads and writes. @return Whether it is one.
 template <typename Record, typename Reply, typename Body>
 bool Serve(const Request<Record, Reply>& request, const CMessage& message, const Body& body) {
     if (message.Code() != request) {
         return false;
     }
-    std::apply(body, std::tuple_cat(Unpacked<Record>(message.Param1()),
-                                    Unpacked<Reply>(message.Param2())));
+    if (message.Call() != nullptr) {
+        remote::WireParameters<Record, Reply>(*message.Call()).Serve(body);
+    } else {
+        std::apply(body, std::tuple_cat(Unpacked<Record>(message.Param1()),
+                                        Unpacked<Reply>(message.Param2())));
+    }
     return true;
 }
 

@@ -12,6 +12,8 @@ from stage.dialogs import DIALOGS, show_dialog
 
 PIN = "DLG_ShowPinDialog"
 TITLE = "Enter PIN"
+ALONE = {"ZELDLG_PROCESS": "own"}
+HELPED = {"ZELDLG_PROCESS": "helper"}
 
 
 class LifeCase(StageTestCase):
@@ -415,18 +417,32 @@ class Forking(LifeCase):
         self.assertEqual((OK, OK), (answer["first"], answer["second"]))
         self.cancel_pin_dialog(host)
 
-    def test_after_first_use_the_childs_calls_fail_at_once(self):
+    def served(self, host):
+        """The child's two results."""
+        answer = host.command("fork")
+        return answer["first"], answer["second"]
+
+    def test_after_first_use_the_child_has_a_helper_of_its_own(self):
         host = self.start_host()
         self.cancel_pin_dialog(host)
-        answer = host.command("fork")
-        self.assertEqual((FAILED, FAILED), (answer["first"], answer["second"]))
+        self.assertEqual((OK, OK), self.served(host))
+        self.assertEqual([], host.helpers())
         self.cancel_pin_dialog(host)
 
     def test_also_while_a_dialog_is_open(self):
         host = self.start_host()
         call, window = self.show(host, PIN, TITLE)
-        answer = host.command("fork")
-        self.assertEqual((FAILED, FAILED), (answer["first"], answer["second"]))
+        self.assertEqual((OK, OK), self.served(host))
+        self.assertFalse(call.done)
+        self.screen.close_window(window)
+        self.assertEqual(CANCELLED, call.result())
+
+    def test_also_while_a_helper_of_the_parents_shows_one(self):
+        host = self.start_host(environment=HELPED)
+        call, window = self.show(host, PIN, TITLE)
+        before = host.helpers()
+        self.assertEqual((OK, OK), self.served(host))
+        self.assertEqual(before, host.helpers())
         self.assertFalse(call.done)
         self.screen.close_window(window)
         self.assertEqual(CANCELLED, call.result())
@@ -435,8 +451,13 @@ class Forking(LifeCase):
         host = self.start_host()
         self.cancel_pin_dialog(host)
         host.run("DLG_Finalize")
-        answer = host.command("fork")
-        self.assertEqual((FAILED, FAILED), (answer["first"], answer["second"]))
+        self.assertEqual((OK, OK), self.served(host))
+        self.cancel_pin_dialog(host)
+
+    def test_without_helpers_the_childs_calls_fail_at_once(self):
+        host = self.start_host(environment=ALONE)
+        self.cancel_pin_dialog(host)
+        self.assertEqual((FAILED, FAILED), self.served(host))
         self.cancel_pin_dialog(host)
 
 
@@ -471,46 +492,91 @@ class Unloading(LifeCase):
 
 
 class Neighbours(LifeCase):
-    def test_a_host_that_runs_a_glib_loop_gets_failures_and_goes_on(self):
-        host = self.start_host()
-        host.command("glib-loop start")
-        for _ in range(2):
-            self.assertEqual(FAILED, host.run(PIN))
+    """What else in the process has what the user interface needs."""
+
+    def expect_ticks(self, host):
         ticks = host.ticks()
         wait_until(lambda: host.ticks() > ticks + 3, what="the host's own timer")
-        host.command("glib-loop stop")
-        host.run("DLG_Finalize")
+
+    def expect_helped(self, host):
+        """A helper serves, until the end."""
         self.cancel_pin_dialog(host)
+        self.assertEqual(1, len(host.helpers()))
+        host.run("DLG_Finalize")
+        self.assertEqual([], host.helpers())
+
+    def test_a_host_that_runs_a_glib_loop_is_helped_and_goes_on(self):
+        host = self.start_host()
+        host.command("glib-loop start")
+        self.expect_helped(host)
+        self.expect_ticks(host)
+        host.command("glib-loop stop")
+        self.cancel_pin_dialog(host)
+        self.assertEqual([], host.helpers())
+
+    def test_while_its_dialog_is_open_the_hosts_loop_goes_on(self):
+        host = self.start_host()
+        host.command("glib-loop start")
+        call, window = self.show(host, PIN, TITLE)
+        self.expect_ticks(host)
+        self.screen.close_window(window)
+        self.assertEqual(CANCELLED, call.result())
 
     def test_a_glib_loop_that_starts_later_is_left_alone_too(self):
         host = self.start_host()
         self.cancel_pin_dialog(host)
         host.command("glib-loop start")
-        wait_until(lambda: host.ticks() > 3, what="the host's own timer")
-        self.assertEqual(FAILED, host.run(PIN))
-        ticks = host.ticks()
-        wait_until(lambda: host.ticks() > ticks + 3, what="the host's own timer")
+        self.expect_ticks(host)
+        self.expect_helped(host)
+        self.expect_ticks(host)
         host.command("glib-loop stop")
         self.cancel_pin_dialog(host)
 
-    def test_a_host_with_a_toolkit_of_its_own_gets_failures_and_goes_on(self):
+    def test_a_helper_that_has_begun_goes_on_when_the_hosts_loop_has_ended(self):
+        host = self.start_host()
+        host.command("glib-loop start")
+        self.assertEqual(1, host.run("DLG_PinPadShowVerificationDialog", pad="one"))
+        host.command("glib-loop stop")
+        window = self.screen.find_window("PinPad", host)
+        host.run("DLG_PinPadHideDialog", pad="one")
+        self.screen.wait_gone(window)
+
+    def test_a_host_with_a_toolkit_of_its_own_is_helped_and_goes_on(self):
         host = self.start_host(toolkit="wx")
         host.command("toolkit start")
         window = self.screen.find_window("Host window", host)
-        for _ in range(2):
-            self.assertEqual(FAILED, host.run(PIN))
-        self.assertTrue(window.showing)
-        host.run("DLG_Finalize")
+        self.expect_helped(host)
         self.assertTrue(window.showing)
         host.command("toolkit stop")
         self.screen.wait_gone(window)
         self.cancel_pin_dialog(host)
 
-    def test_a_host_that_has_started_gtk_itself_is_served(self):
+    def test_a_host_that_has_started_gtk_itself_is_helped(self):
         host = self.start_host()
         self.assertTrue(host.command("gtk-init")["started"])
-        self.cancel_pin_dialog(host)
+        self.expect_helped(host)
+        self.expect_helped(host)
+
+    def test_without_helpers_it_gets_failures_and_goes_on(self):
+        host = self.start_host(environment=ALONE, toolkit="wx")
+        host.command("glib-loop start")
+        self.assert_pin_fails(host)
+        self.expect_ticks(host)
+        host.command("glib-loop stop")
         host.run("DLG_Finalize")
+        host.command("toolkit start")
+        self.assert_pin_fails(host)
+        host.command("toolkit stop")
+        host.run("DLG_Finalize")
+        self.cancel_pin_dialog(host)
+
+    def test_without_helpers_a_loop_that_starts_later_is_left_alone_too(self):
+        host = self.start_host(environment=ALONE)
+        self.cancel_pin_dialog(host)
+        host.command("glib-loop start")
+        self.assert_pin_fails(host)
+        self.expect_ticks(host)
+        host.command("glib-loop stop")
         self.cancel_pin_dialog(host)
 
     def test_signal_dispositions_stay_the_hosts_own(self):

@@ -380,10 +380,9 @@ def helpers(process_id):
     """The processes that show the library's windows for that one; as a rule none, or one."""
     found = []
     for entry in filter(str.isdigit, os.listdir("/proc")):
-        with contextlib.suppress(OSError), open(f"/proc/{entry}/stat") as file:
-            name, rest = file.read().split("(", 1)[1].rsplit(")", 1)
-            state, parent = rest.split()[:2]
-            if (name, int(parent)) == ("zeldlg-helper", process_id) and state != "Z":
+        # They are nobody's children, and say for whom they are.
+        with contextlib.suppress(OSError), open(f"/proc/{entry}/cmdline") as file:
+            if file.read() == f"zeldlg-helper\0{process_id}\0":
                 found.append(int(entry))
     return found
 

@@ -1,0 +1,54 @@
+// Has requests served by a helper process.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+#include "runtime/gui_runner.h"
+#include "runtime/remote/frames.h"
+
+namespace zeldlg::remote {
+
+class RemoteRunner : public GuiRunner {
+public:
+    /// @param program The helper's; started when it is first needed, and again when it has died.
+    explicit RemoteRunner(std::string program) : m_program(std::move(program)) {}
+
+    /// There is a helper, or was until it died.
+    bool IsStarted() const { return m_isStarted; }
+
+    /// Starts it ahead of time, unless it is there.
+    void Start();
+
+    /// As GuiRunner::Send; raises also when the helper dies while it serves the request.
+    /// @return False also when the helper cannot be started.
+    bool Send(CMessage& message) override;
+
+    bool Stop() override;
+
+private:
+    class Turn;
+
+    bool Connect();
+    void Disconnect();
+    Frame Exchange(const WireBytes& request);
+    void ReadAnswer(const CMessage& message, const WireBytes& bytes);
+
+    const std::string m_program;
+    std::atomic<bool> m_isStarted{false};
+
+    // The order of callers: each takes a number, and waits for its turn. With them, who has
+    // the turn uses the connection.
+    std::mutex m_mutex;
+    std::condition_variable m_turnChanged;
+    uint64_t m_numbers = 0;
+    uint64_t m_turn = 0;
+    uint64_t m_refusedBelow = 0;
+
+    int m_socket = -1;  // of who has the turn
+};
+
+}  // namespace zeldlg::remote
