@@ -1,5 +1,5 @@
-# Where a Debian user expects things: library, header, pkg-config file, CMake package, programs,
-# shipped settings. Each component is a package (Packages.cmake); catalogues belong to `runtime`.
+# Where a user of the system expects things: library, header, pkg-config file, CMake package,
+# programs, shipped settings.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zeldlglib EXPORT zeldlgTargets
@@ -30,10 +30,13 @@ install(FILES ${PROJECT_BINARY_DIR}/zeldlgConfig.cmake
               ${PROJECT_BINARY_DIR}/zeldlgConfigVersion.cmake
         DESTINATION ${package_dir} COMPONENT development)
 
-# Relative, so that an install under another prefix works as well.
-file(RELATIVE_PATH PC_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-string(REGEX REPLACE "/$" "" PC_TO_PREFIX "${PC_TO_PREFIX}")
-configure_file(cmake/zeldlg.pc.in ${PROJECT_BINARY_DIR}/zeldlg.pc @ONLY)
+# It is finished when it is installed: the prefix may be another one then.
+cmake_path(APPEND pc_libdir "\${prefix}" ${CMAKE_INSTALL_LIBDIR})
+cmake_path(APPEND pc_includedir "\${prefix}" ${CMAKE_INSTALL_INCLUDEDIR})
+set(pc_prefix @CMAKE_INSTALL_PREFIX@)
+configure_file(cmake/zeldlg.pc.in ${PROJECT_BINARY_DIR}/zeldlg.pc.in @ONLY)
+install(CODE "configure_file(\"${PROJECT_BINARY_DIR}/zeldlg.pc.in\"
+                             \"${PROJECT_BINARY_DIR}/zeldlg.pc\" @ONLY)" COMPONENT development)
 install(FILES ${PROJECT_BINARY_DIR}/zeldlg.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
@@ -48,4 +51,6 @@ if(TARGET zeldlg-p11)
             DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkcs11 COMPONENT pkcs11)
     install(FILES examples/pkcs11/zeldlg-p11.module
             DESTINATION ${CMAKE_INSTALL_DATADIR}/p11-kit/modules COMPONENT pkcs11)
+    install(FILES examples/pkcs11/zeldlg-p11.1
+            DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT pkcs11)
 endif()

@@ -7,12 +7,11 @@ function(zeldlg_manual target)
     set(maker ${PROJECT_SOURCE_DIR}/cmake/make_manual.py)
     set(manual ${CMAKE_CURRENT_BINARY_DIR}/${target}.1)
     add_custom_command(
-        OUTPUT ${manual}.gz
+        OUTPUT ${manual}
         COMMAND ${Python3_EXECUTABLE} ${maker} $<TARGET_FILE:${target}> ${template}
                 ${PROJECT_VERSION} ${manual}
-        COMMAND gzip -9nkf ${manual}
         DEPENDS ${target} ${maker} ${template}
         VERBATIM)
-    add_custom_target(${target}-manual ALL DEPENDS ${manual}.gz)
-    set_target_properties(${target} PROPERTIES MANUAL ${manual}.gz)
+    add_custom_target(${target}-manual ALL DEPENDS ${manual})
+    set_target_properties(${target} PROPERTIES MANUAL ${manual})
 endfunction()

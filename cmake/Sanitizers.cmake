@@ -9,7 +9,7 @@ if(ZELDLG_SANITIZE)
 else()
     add_compile_options(-fstack-protector-strong)
     if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")  # distributions choose their own
-        add_compile_definitions($<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+        add_compile_definitions($<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:_FORTIFY_SOURCE=2>)
     endif()
 endif()
 if(ZELDLG_FUZZ)

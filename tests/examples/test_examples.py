@@ -21,6 +21,14 @@ EXAMPLES = os.path.join(ROOT, "examples")
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wconversion", "-Werror"]
 
 
+def command(*words, **environment):
+    result = subprocess.run(words, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                            env={**os.environ, **environment})
+    if result.returncode != 0:
+        raise AssertionError(f"{' '.join(words)}\n{result.stdout}")
+    return result.stdout
+
+
 class Linked(ProgramTestCase):
     """What holds for the C and the C++ host however they were built."""
 
@@ -98,21 +106,16 @@ class Installed(Linked):
         cls.addClassCleanup(scratch.cleanup)
         cls.directory = os.path.join(scratch.name, "build")
         cls.prefix = os.path.join(scratch.name, "prefix")
-        for component in ("runtime", "development", "python"):
-            cls.command("cmake", "--install", BUILD, "--prefix", cls.prefix, "--component",
-                        component)
+        cls.install()
         cls.build()
 
-    @staticmethod
-    def command(*words, **environment):
-        result = subprocess.run(words, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                                env={**os.environ, **environment})
-        if result.returncode != 0:
-            raise AssertionError(f"{' '.join(words)}\n{result.stdout}")
-        return result.stdout
+    @classmethod
+    def install(cls):
+        for component in ("runtime", "development", "python"):
+            command("cmake", "--install", BUILD, "--prefix", cls.prefix, "--component", component)
 
     def used_library(self, name):
-        lines = self.command("ldd", os.path.join(self.directory, name),
+        lines = command("ldd", os.path.join(self.directory, name),
                              LD_LIBRARY_PATH=self.library_path or "").splitlines()
         return next(line.split()[2] for line in lines if "libzeldlglib" in line)
 
@@ -123,12 +126,75 @@ class Installed(Linked):
 
 class FoundByCMake(Installed):
     @classmethod
+    def where(cls):
+        return [f"-DCMAKE_PREFIX_PATH={cls.prefix}"]
+
+    @classmethod
     def build(cls):
-        cls.command("cmake", "-G", "Ninja", "-S", EXAMPLES, "-B", cls.directory,
-                    f"-DCMAKE_PREFIX_PATH={cls.prefix}",
+        command("cmake", "-G", "Ninja", "-S", EXAMPLES, "-B", cls.directory,
+                    *cls.where(),
                     f"-DCMAKE_C_FLAGS={' '.join(WARNINGS)}",
                     f"-DCMAKE_CXX_FLAGS={' '.join(WARNINGS)}")
-        cls.command("cmake", "--build", cls.directory)
+        command("cmake", "--build", cls.directory)
+
+
+class InAnotherProject(Linked):
+    """Built with hosts that have the library's sources among their own: they get it and no more."""
+
+    tree = os.path.join(BUILD, "parent")
+    directory = os.path.join(tree, "programs")
+
+    @classmethod
+    def setUpClass(cls):
+        cls.configure()
+        command("cmake", "--build", cls.tree)
+
+    @classmethod
+    def configure(cls, *options):
+        # Neither optimised nor for a debugger: what counts is that it is built.
+        launcher = "env;CCACHE_SLOPPINESS=pch_defines,time_macros;ccache"
+        command("cmake", "-G", "Ninja", "-S", os.path.join(os.path.dirname(__file__), "parent"),
+                "-B", cls.tree, f"-DZELDLG_SOURCE={ROOT}", "-DCMAKE_INSTALL_LIBDIR=lib64",
+                "-DCMAKE_COMPILE_WARNING_AS_ERROR=ON",
+                f"-DCMAKE_C_COMPILER_LAUNCHER={launcher}",
+                f"-DCMAKE_CXX_COMPILER_LAUNCHER={launcher}", "-UZELDLG_INSTALL", *options)
+
+    @staticmethod
+    def files(folder):
+        return sorted(os.path.relpath(os.path.join(directory, name), folder)
+                      for directory, _, names in os.walk(folder) for name in names)
+
+    def test_the_parent_keeps_its_folders_tests_and_prefix_to_itself(self):
+        self.configure()
+        with tempfile.TemporaryDirectory() as prefix:
+            command("cmake", "--install", self.tree, "--prefix", prefix)
+            self.assertEqual(["bin/change_pin", "bin/login"], self.files(prefix))
+        self.assertEqual(["change_pin", "login"], self.files(self.directory))
+        self.assertFalse(os.path.exists(os.path.join(self.tree, "bin")))
+        self.assertFalse(os.path.exists(os.path.join(self.tree, "libzeldlglib.so")))
+        self.assertIn("Total Tests: 0", command("ctest", "--test-dir", self.tree, "-N"))
+
+
+class InAnotherLayout(FoundByCMake):
+    """Installed by such a project, in folders that no package of Debian has."""
+
+    @classmethod
+    def install(cls):
+        cls.prefix = cls.prefix.removesuffix("prefix") + "opt/zeldlg"
+        InAnotherProject.configure("-DZELDLG_INSTALL=ON")
+        command("cmake", "--install", InAnotherProject.tree, "--prefix", cls.prefix)
+
+    @classmethod
+    def where(cls):
+        # CMake does not look into lib64 on Debian by itself.
+        return [f"-Dzeldlg_DIR={cls.prefix}/lib64/cmake/zeldlg"]
+
+    def test_everything_is_where_it_was_told_to_be(self):
+        folder = os.path.join(self.prefix, "lib64")
+        self.assertEqual(os.path.join(folder, "libzeldlglib.so.3"), self.used_library("login"))
+        with open(os.path.join(folder, "pkgconfig", "zeldlg.pc"), encoding="utf-8") as file:
+            self.assertIn(f"prefix={self.prefix}\nlibdir=${{prefix}}/lib64\n", file.read())
+        self.assertFalse(os.path.exists(os.path.join(self.prefix, "bin", "zeldlg-demo")))
 
 
 class FoundByPkgConfig(Installed, TokenTestCase):
@@ -138,12 +204,12 @@ class FoundByPkgConfig(Installed, TokenTestCase):
         configs = [os.path.join(directory, "pkgconfig")
                    for directory, folders, _ in os.walk(cls.prefix) if "pkgconfig" in folders]
         configs = ":".join(configs)
-        flags = cls.command("pkg-config", "--cflags", "--libs", "zeldlg",
+        flags = command("pkg-config", "--cflags", "--libs", "zeldlg",
                             PKG_CONFIG_PATH=configs).split()
         cls.library_path = next(flag[2:] for flag in flags if flag.startswith("-L"))
         for compiler, source, name in (("cc -std=c11", "login.c", "login"),
                                        ("c++ -std=c++17", "change_pin.cpp", "change_pin")):
-            cls.command(*compiler.split(), *WARNINGS, os.path.join(EXAMPLES, source), "-o",
+            command(*compiler.split(), *WARNINGS, os.path.join(EXAMPLES, source), "-o",
                         os.path.join(cls.directory, name), *flags)
         cls.build_as_the_readme_says(configs)
 
@@ -153,11 +219,11 @@ class FoundByPkgConfig(Installed, TokenTestCase):
             text = file.read()
         for language, name, standard in (("c", "host.c", "-std=c11"), ("cpp", "host.cpp", "")):
             program, = re.findall(rf"^```{language}\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
-            command, = re.findall(rf"^`(c.* {re.escape(name)} .*?)`", text, re.MULTILINE)
+            words, = re.findall(rf"^`(c.* {re.escape(name)} .*?)`", text, re.MULTILINE)
             with open(os.path.join(cls.directory, name), "w", encoding="utf-8") as file:
                 file.write(program)
             warnings = " ".join([standard, *WARNINGS])
-            cls.command("sh", "-c", f"cd '{cls.directory}' && {command} -o {name}.out {warnings}",
+            command("sh", "-c", f"cd '{cls.directory}' && {words} -o {name}.out {warnings}",
                         PKG_CONFIG_PATH=configs)
         cls.python, = re.findall(r"^```python\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
 
@@ -194,7 +260,8 @@ class FoundByPkgConfig(Installed, TokenTestCase):
 
 
 def load_tests(loader, _tests, _pattern):
-    cases = (BuiltHere, Python, FoundByCMake, FoundByPkgConfig)
+    cases = (BuiltHere, Python, FoundByCMake, InAnotherProject, InAnotherLayout,
+             FoundByPkgConfig)
     return unittest.TestSuite(map(loader.loadTestsFromTestCase, cases))
 
 

@@ -10,7 +10,6 @@ import os
 import subprocess
 import sys
 
-SUITE = "bookworm"
 NOT_COMPARED = ("dev", "proc", "tmp", "var/cache/ldconfig", "var/lib/dpkg", "var/log")
 ENVIRONMENT = {"PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin",
                "LANG": "C.UTF-8", "DEBIAN_FRONTEND": "noninteractive"}
@@ -32,28 +31,38 @@ def run(*command, **options):
     return result.stdout
 
 
+def mirror():
+    """Where this machine has its own packages from."""
+    places = run("apt-get", "indextargets", "--format", "$(REPO_URI)", "Origin: Debian",
+                 "Created-By: Packages").splitlines()
+    return next((place for place in places if "security" not in place),
+                "http://deb.debian.org/debian")
+
+
 class FreshRoot:
     """A system with the packages, their dependencies and nothing that they only recommend.
 
-    `cache` is the directory of the archives, `place` an empty one that it is mounted on.
+    `cache` is the directory of the archives, `place` an empty one that it is mounted on, `suite`
+    the release of Debian.
     """
 
-    def __init__(self, cache, place, name, packages):
+    def __init__(self, cache, place, name, packages, suite):
         self.path = place
+        self.suite = suite
         os.makedirs(cache, exist_ok=True)
         run("mount", "-t", "tmpfs", "-o", "size=4g,mode=755", "tmpfs", place)
         wanted = sorted(set(packages))
-        key = hashlib.sha256(" ".join([SUITE, *wanted]).encode()).hexdigest()[:12]
-        archive = os.path.join(cache, f"{name}-{key}.tar.zst")
+        key = hashlib.sha256(" ".join([suite, *wanted]).encode()).hexdigest()[:12]
+        archive = os.path.join(cache, f"{name}-{suite}-{key}.tar.zst")
         if os.path.exists(archive):
-            say(f"unpacking the {name}'s system")
+            say(f"unpacking the {name}'s system ({suite})")
             self._unpack(archive)
             self._mount()
         else:
-            self._make_base(os.path.join(cache, f"base-{SUITE}.tar.zst"))
+            self._make_base(os.path.join(cache, f"base-{suite}.tar.zst"))
             self._mount()
             self._add(wanted)
-            self._forget_others(cache, name)
+            self._forget_others(cache, f"{name}-{suite}")
             self._pack(archive)
 
     def _make_base(self, archive):
@@ -62,7 +71,7 @@ class FreshRoot:
             self._unpack(archive)
             return
         say("downloading a minimal system")
-        run("debootstrap", "--variant=minbase", SUITE, self.path)
+        run("debootstrap", "--variant=minbase", self.suite, self.path, mirror())
         self._write("usr/sbin/policy-rc.d", POLICY, 0o755)
         self._write("etc/dpkg/dpkg.cfg.d/quick", "force-unsafe-io\n", 0o644)
         self._pack(archive)

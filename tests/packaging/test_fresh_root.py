@@ -16,6 +16,7 @@ from stage.x11 import X11
 
 PACKAGES = os.environ["ZELDLG_PACKAGES"]
 CACHE = os.environ["ZELDLG_FRESH_CACHE"]
+SUITE = os.environ["ZELDLG_SUITE"]
 LIBRARY, DEVELOPMENT = "libzeldlglib3", "libzeldlglib-dev"
 DEMO, SETTINGS = "zeldlg-demo", "zeldlg-settings"
 PYTHON, PKCS11 = "python3-zeldlg", "zeldlg-p11"
@@ -35,14 +36,14 @@ def dependencies(*packages):
     """Names of what the packages depend on, without these packages themselves."""
     fields = [run("dpkg-deb", "--field", path_of(package), "Depends").strip()
               for package in packages]
-    return {entry.split()[0] for field in fields if field
+    return {entry.split()[0].removesuffix(":any") for field in fields if field
             for entry in field.split(", ")} - set(packages)
 
 
 class InFreshRoot(unittest.TestCase):
     def make_root(self, name, packages, tools=()):
         place = tempfile.mkdtemp(prefix="zeldlg-root-", dir=os.environ["ZELDLG_STAGE"])
-        self.root = FreshRoot(CACHE, place, name, [*dependencies(*packages), *tools])
+        self.root = FreshRoot(CACHE, place, name, [*dependencies(*packages), *tools], SUITE)
         self.addCleanup(run, "umount", "--recursive", place)
         self.x11 = X11(os.environ["DISPLAY"])
         self.addCleanup(self.x11.close)

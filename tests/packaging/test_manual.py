@@ -1,7 +1,6 @@
 #!/usr/bin/python3
 """The manual page of a program against the program's help."""
 
-import gzip
 import os
 import re
 import subprocess
@@ -19,7 +18,7 @@ def help_of(*words):
 
 def rendered():
     """The page as text on lines so long that nothing is broken, and what groff warned of."""
-    with gzip.open(MANUAL) as file:
+    with open(MANUAL, "rb") as file:
         result = subprocess.run(
             ["groff", "-man", "-Tutf8", "-ww", "-P-cbou", "-rLL=2000n"], input=file.read(),
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=True)

@@ -186,8 +186,8 @@ bool HasLibraryThread(size_t own) {
     return count > own;
 }
 
-const Library& Open(const std::string& path) {
-    void* const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+const Library& Open(const char* path) {
+    void* const handle = dlopen(path, RTLD_NOW | RTLD_LOCAL);
     void* const table = handle != nullptr ? dlsym(handle, "DLG_GetFunctionList") : nullptr;
     if (table == nullptr) {
         static_cast<void>(fprintf(stderr, "life_host: %s\n", dlerror()));
@@ -214,13 +214,13 @@ void Wrong(const char* call, uint32_t result) {
     _exit(kWrongResult);
 }
 
-const Act& FindAct(const std::string& name) {
+const Act& FindAct(std::string_view name) {
     for (const Act& act : kActs) {
         if (name == act.name) {
             return act;
         }
     }
-    static_cast<void>(fprintf(stderr, "life_host: no such call: %s\n", name.c_str()));
+    static_cast<void>(fprintf(stderr, "life_host: no such call: %s\n", std::string(name).c_str()));
     _exit(kNoLibrary);
 }
 

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace life {
@@ -20,7 +21,7 @@ void Say(const char* word, uint64_t number);
 bool HasLibraryThread(size_t own);
 
 /// Loads the library and gives its table. Ends the process when that does not work.
-const Library& Open(const std::string& path);
+const Library& Open(const char* path);
 
 uint64_t Nanoseconds();  ///< of the monotonic clock, which the harness reads too
 void SleepUntil(uint64_t nanoseconds);
@@ -33,7 +34,7 @@ struct Act {
     const char* name;
     void (*perform)(const Library& library, uint32_t random);
 };
-const Act& FindAct(const std::string& name);
+const Act& FindAct(std::string_view name);
 
 /// Calls may answer their failure value: the process exits, the display is dead, or somebody
 /// finalises.

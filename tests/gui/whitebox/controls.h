@@ -39,13 +39,13 @@ inline wxString Unwrapped(const wxControl& label) {
 }
 
 /// The label that reads so.
-inline wxStaticText& LabelReading(const wxWindow& window, const wxString& text) {
+inline wxStaticText& LabelReading(const wxWindow& window, const char* text) {
     for (wxStaticText* const label : AllOf<wxStaticText>(window)) {
         if (Unwrapped(*label) == text) {
             return *label;
         }
     }
-    throw std::logic_error("no label reads " + text.utf8_string());
+    throw std::logic_error(std::string("no label reads ") + text);
 }
 
 /// What all labels read, those of rules and captions too.

@@ -1,0 +1,2 @@
+s/| !\[\]([^)]*) | /| | /g
+s|\[the gallery\](gallery.md)|the gallery of libzeldlglib-dev|g
