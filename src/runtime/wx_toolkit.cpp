@@ -22,6 +22,7 @@
 #include "resources/catalogue.h"
 #include "runtime/dll_app.h"
 #include "runtime/life.h"
+#include "runtime/other_toolkit.h"
 
 namespace zeldlg {
 
@@ -186,7 +187,8 @@ bool IsContextTaken() {
 }  // namespace
 
 bool WxToolkit::IsTaken() {
-    return wxAppConsole::GetInstance() != nullptr ||
+    // First: GTK 3 is not to be asked for its display where there is another GTK.
+    return HasOtherToolkit() || wxAppConsole::GetInstance() != nullptr ||
            (OpenDisplay() != nullptr && !g_displayIsOurs) || IsContextTaken();
 }
 

@@ -12,8 +12,9 @@ namespace zeldlg {
 
 class WxToolkit : public Toolkit {
 public:
-    /// Somebody else in this process has what Start needs: an instance of the toolkit, a display
-    /// that GTK has opened, GLib's default main context. Any thread, while no WxToolkit is up.
+    /// Somebody else in this process has what Start needs, or will come to have it: another toolkit
+    /// that is loaded, an instance of ours, a display that GTK has opened, GLib's default main
+    /// context. Any thread, while no WxToolkit is up.
     static bool IsTaken();
 
     /// Fails when there is no display, when the process already runs an instance of the toolkit,

@@ -4,7 +4,6 @@ import contextlib
 import http.server
 import os
 import ssl
-import subprocess
 import threading
 
 from soft_token import run
@@ -57,13 +56,24 @@ def make_certificates(folder, person):
     openssl("pkey", "-in", path("person.key"), "-outform", "DER", "-out", path("person.key.der"))
 
 
-class Page(http.server.BaseHTTPRequestHandler):
-    """Says who has come, by the certificate."""
+# A box that changes its colour all the time, and a frame that wants to know who comes.
+FRAME = """<!DOCTYPE html><title>Who are you?</title>
+<div id="box" style="height: 200px"></div><iframe src="{address}" width="400"></iframe>
+<script>
+let shade = 0;
+setInterval(() => {{
+  shade = (shade + 16) % 256;
+  document.getElementById("box").style.background = `rgb(${{shade}}, 127, 127)`;
+}}, 50);
+onmessage = message => document.title = message.data;
+</script>"""
+WELCOME = """<!DOCTYPE html><h1>Welcome {name}</h1>
+<script>parent.postMessage("Welcome {name}", "*")</script>"""
 
+
+class Page(http.server.BaseHTTPRequestHandler):
     def do_GET(self):
-        subject = dict(pair for part in self.connection.getpeercert()["subject"] for pair in part)
-        text = (f"<!DOCTYPE html><title>Welcome {subject['commonName']}</title>"
-                f"<h1>Welcome {subject['commonName']}</h1>").encode()
+        text = self.server.text(self.connection).encode()
         self.send_response(200)
         self.send_header("Content-Type", "text/html; charset=utf-8")
         self.send_header("Content-Length", str(len(text)))
@@ -74,26 +84,45 @@ class Page(http.server.BaseHTTPRequestHandler):
         pass
 
 
+class Server(http.server.ThreadingHTTPServer):
+    """Serves one page on a port of this machine: what `text` gives for a connection."""
+
+    def __init__(self, text, context=None):
+        super().__init__(("localhost", 0), Page)
+        self.text = text
+        if context:
+            # The handshake waits for a person: it is made at the first read, on the connection's
+            # own thread.
+            self.socket = context.wrap_socket(self.socket, server_side=True,
+                                              do_handshake_on_connect=False)
+        self._thread = threading.Thread(target=self.serve_forever, daemon=True)
+        self._thread.start()
+
+    def handle_error(self, *_):
+        pass  # a browser tries without a certificate first
+
+    def close(self):
+        self.shutdown()
+        self.server_close()
+        self._thread.join()
+
+
+def welcome(connection):
+    subject = dict(pair for part in connection.getpeercert()["subject"] for pair in part)
+    return WELCOME.format(name=subject["commonName"])
+
+
 @contextlib.contextmanager
-def server(folder):
-    """Serves the page to who has a certificate of the authority, on a port of this machine's."""
+def site(folder):
+    """The address of a page with a frame for those with a certificate of the authority."""
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
     context.load_cert_chain(os.path.join(folder, "server.pem"), os.path.join(folder, "server.key"))
     context.load_verify_locations(os.path.join(folder, "ca.pem"))
     context.verify_mode = ssl.CERT_REQUIRED
-    serving = http.server.ThreadingHTTPServer(("localhost", 0), Page)
-    # The handshake waits for a person: it is made on the connection's own thread, at the first
-    # read, not while connections are accepted.
-    serving.socket = context.wrap_socket(serving.socket, server_side=True,
-                                         do_handshake_on_connect=False)
-    thread = threading.Thread(target=serving.serve_forever, daemon=True)
-    thread.start()
-    try:
-        yield f"https://localhost:{serving.server_port}/"
-    finally:
-        serving.shutdown()
-        serving.server_close()
-        thread.join()
+    with contextlib.closing(Server(welcome, context)) as secured:
+        framed = FRAME.format(address=f"https://localhost:{secured.server_port}/")
+        with contextlib.closing(Server(lambda _: framed)) as plain:
+            yield f"http://localhost:{plain.server_port}/"
 
 
 def make_profile(folder, authority, module):

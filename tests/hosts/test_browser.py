@@ -4,17 +4,21 @@ that is on a token, the dialog comes up over the browser, and the browser goes o
 """
 
 import os
+import time
 import unittest
 
 import browser
-from evidence import process_of, record
-from soft_token import PIN, TokenTestCase, run
+from evidence import photograph, process_of, record
+from soft_token import PIN, SOFTHSM, TokenTestCase
 from stage import wait_until
 
 MODULE = os.environ["ZELDLG_P11_FRONT"]
 LIBRARIES = os.path.dirname(os.environ["ZELDLG_LIBRARY"])
 PERSON = "Maria Santos"
 TITLE = "Enter PIN"
+COUNT = 10
+# In the page's box, below what the browser has above it, and beside any dialog.
+BOX = 40, 200
 
 
 class BrowserCase(TokenTestCase):
@@ -24,33 +28,69 @@ class BrowserCase(TokenTestCase):
         self.tool("--write-object", self.path("person.key.der"), "--type", "privkey", "--id", "01")
         self.tool("--write-object", self.path("person.der"), "--type", "cert", "--id", "01",
                   "--label", PERSON)
-        self.environment |= {"ZELDLG_P11_MODULE": "/usr/lib/softhsm/libsofthsm2.so",
+        self.environment |= {"ZELDLG_P11_MODULE": SOFTHSM,
                              "ZELDLG_P11_CONFIG": self.path("none"),
                              "LD_LIBRARY_PATH": LIBRARIES}
+        self.profile = browser.make_profile(self.folder, self.path("ca.pem"), MODULE)
+
+
+class NssTools(BrowserCase):
+    """The browser's own tool, which has no window."""
+
+    def test_keys_of_the_token_are_listed_once_the_pin_is_typed(self):
+        self.path("return", b"\n")  # "Press Enter, then enter PIN ..."
+        process = self.start("sh", "-c", f"exec certutil -K -d sql:{self.profile} -h 'Identity card'"
+                             f" < {self.path('return')}", **self.environment)
+        self.answer(process, TITLE, PIN)
+        self.ends(process, 0, "rsa")
 
 
 class Firefox(BrowserCase):
     def setUp(self):
         super().setUp()
-        self.profile = browser.make_profile(self.folder, self.path("ca.pem"), MODULE)
-        self.address = self.enterContext(browser.server(self.folder))
+        address = self.enterContext(browser.site(self.folder))
+        self.process = self.start("firefox-esr", "--no-remote", "--profile", self.profile, address,
+                                  **self.environment, MOZ_CRASHREPORTER_DISABLE="1")
 
-    def browse(self):
-        return self.start("firefox-esr", "--no-remote", "--profile", self.profile, self.address,
-                          **self.environment)
+    def find_own(self, text):
+        """The browser's window with that text in its title, in X."""
+        def find():
+            self.assertIsNone(self.process.poll(), "the browser has ended")
+            return next((number for number, _, title in self.screen.x11.windows()
+                         if text in title), None)
+        return wait_until(find, 60, f"a window {text!r}", seen=self.screen.x11.windows)
 
-    def wait_title(self, text):
-        return wait_until(lambda: next((title for title in self.screen.titles() if text in title),
-                                       None), 60, f"a window {text!r}", seen=self.screen.dump)
+    def see_changes(self, count):
+        """How long it takes until the box of the page has changed its colour so often."""
+        x, y, _, _ = self.screen.x11.geometry(self.own)
+        place = x + BOX[0], y + BOX[1], 2, 2
+        began, seen = time.monotonic(), self.screen.x11.bytes(place)
+        for _ in range(count):
+            seen = wait_until(lambda: next(filter(lambda now: now != seen,
+                                                  [self.screen.x11.bytes(place)]), None),
+                              60, "another colour in the page")
+        return time.monotonic() - began
 
     def test_a_page_that_wants_a_certificate_gets_it_once_the_pin_is_typed(self):
-        process = self.browse()
-        window = self.screen.find_window(TITLE, timeout=60)
-        record("Firefox ESR, with a PKCS#11 module", process=process_of(window, process))
-        self.screen.fill(window, (PIN,))
+        self.own = self.find_own("Who are you?")
+        window = self.screen.find_window(TITLE, self.process, timeout=60)
+        number = self.screen.x11_window(window)
+        field = self.screen.wait_focused(window.find("password text"))
+        self.assertTrue(self.screen.x11.holds_focus(number))
+        changes = COUNT / self.see_changes(COUNT)
+        photograph(self.screen, "firefox", self.own, number)
+        self.screen.type_text("1357", field)
         self.screen.key("Return")
         self.screen.wait_gone(window)
-        self.wait_title(f"Welcome {PERSON}")
+        again = self.screen.find_window(TITLE, self.process)
+        process = process_of(self.screen, again, self.process)
+        self.assertEqual("helper", process)
+        self.screen.fill(again, (PIN,))
+        self.screen.key("Return")
+        self.screen.wait_gone(again)
+        self.find_own(f"Welcome {PERSON}")
+        record("Firefox ESR, whose PKCS#11 module asks for a PIN", process, frames=changes,
+               before=COUNT / self.see_changes(COUNT))
 
 
 if __name__ == "__main__":

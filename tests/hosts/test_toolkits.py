@@ -6,7 +6,7 @@ call the library: their dialogs come, and their own windows go on.
 import time
 import unittest
 
-from evidence import process_of, record
+from evidence import photograph, process_of, record
 from stage import OK, StageTestCase, wait_until
 
 PIN = "DLG_ShowPinDialog"
@@ -46,10 +46,10 @@ class Toolkit:
         wait_until(lambda: OWN_TITLE not in self.screen.titles(self.host), what="no window")
         self.own_window = None
 
-    def middle(self):
-        """Some pixels of the host's own window."""
+    def seen(self):
+        """A strip of what is painted in the host's own window: a dialog may cover a part."""
         x, y, width, height = self.screen.x11.geometry(self.own_window)
-        return self.screen.x11.bytes((x + width // 2, y + height // 2, 4, 4))
+        return self.screen.x11.bytes((x, y + height - 24, width, 2))
 
     def assert_goes_on(self):
         """That the host's own window is painted, again and again, and is seen to be; how often a
@@ -59,22 +59,25 @@ class Toolkit:
         wait_until(lambda: self.host.frames() >= frames + SEEN_FRAMES,
                    what="frames of the host's own window")
         rate = SEEN_FRAMES / (time.monotonic() - began)
-        before = self.middle()
-        wait_until(lambda: self.middle() != before, what="another colour in the host's window")
+        before = self.seen()
+        wait_until(lambda: self.seen() != before, what="another colour in the host's window")
         return rate
 
     def enter_pin(self, process="helper", what=""):
         """Types a PIN into a dialog, which is shown by that process, while the host's own window,
         where it has one, goes on; `what` says of which situation that tells.
         """
+        before = self.assert_goes_on() if self.own_window else None
         call, window = self.show(self.host, PIN, TITLE)
         field = window.find("password text")
         self.screen.wait_focused(field)
         self.assertTrue(self.screen.x11.holds_focus(self.screen.x11_window(window)))
-        self.assertEqual(process, process_of(window, self.host))
-        rate = self.assert_goes_on() if self.own_window else None
+        self.assertEqual(process, process_of(self.screen, window, self.host))
+        frames = self.assert_goes_on() if self.own_window else None
         if what:
-            record(f"{self.name}, {what}", process=process, frames=rate)
+            record(f"{self.name}, {what}", process, before=before, frames=frames)
+        if self.own_window:
+            photograph(self.screen, self.toolkit, self.own_window, self.screen.x11_window(window))
         self.screen.type_text("2468", field)
         wait_until(lambda: window.find("push button", "OK").enabled, what="OK")
         self.screen.key("Return")
@@ -110,8 +113,8 @@ class Toolkit:
 
     def test_a_key_is_generated_while_its_own_window_goes_on(self):
         self.start_toolkit()
-        _, window = self.show(self.host, "DLG_ShowKeyGenerationProgressDialog",
-                              "Generating key-pair")
+        self.assertEqual(OK, self.host.run("DLG_ShowKeyGenerationProgressDialog"))
+        window = self.screen.find_window("Generating key-pair", self.host)
         picture = self.screen.pixels(window)
         wait_until(lambda: self.screen.pixels(window) != picture, what="progress")
         self.assert_goes_on()
@@ -153,7 +156,8 @@ class Qt6(Toolkit, StageTestCase):
 
 
 class Wx(Toolkit, StageTestCase):
-    name, toolkit = "wxWidgets", "wx"
+    # There is one instance in a process.
+    name, toolkit, before = "wxWidgets", "wx", "helper"
 
 
 if __name__ == "__main__":

@@ -3,6 +3,10 @@
 #include <wx/frame.h>
 #include <wx/init.h>
 #include <wx/log.h>
+#include <wx/panel.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
 #include <wx/timer.h>
 
 #include "toolkit.h"
@@ -16,14 +20,20 @@ public:
     HostWindow()
         : wxFrame(nullptr, wxID_ANY, kWindowTitle, wxDefaultPosition,
                   wxSize(kWindowWidth, kWindowHeight)) {
-        SetBackgroundStyle(wxBG_STYLE_PAINT);
-        Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
-            wxPaintDC dc(this);
+        auto* const area = new wxPanel(this);
+        area->SetBackgroundStyle(wxBG_STYLE_PAINT);
+        area->Bind(wxEVT_PAINT, [area](wxPaintEvent&) {
+            wxPaintDC dc(area);
             const auto red = static_cast<unsigned char>(NextFrame());
             dc.SetBackground(wxBrush(wxColour(red, 127, 127)));
             dc.Clear();
         });
-        m_frames.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Refresh(); });
+        auto* const rows = new wxBoxSizer(wxVERTICAL);
+        rows->Add(new wxStaticText(this, wxID_ANY, kWindowText), 0, wxALL, kMargin);
+        rows->Add(new wxTextCtrl(this, wxID_ANY), 0, wxEXPAND | wxALL, kMargin);
+        rows->Add(area, 1, wxEXPAND);
+        SetSizer(rows);
+        m_frames.Bind(wxEVT_TIMER, [area](wxTimerEvent&) { area->Refresh(); });
         m_frames.Start(kFrameMilliseconds);
     }
 
