@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
@@ -362,7 +363,7 @@ void ExitWhileAtWork() {
     }).detach();
     WaitForEvent(*Seen().reached, kLongMs);
     static_cast<void>(fprintf(stderr, "written before"));
-    static std::vector<char> buffer(BUFSIZ);
+    static std::array<char, BUFSIZ> buffer;  // not destroyed: it is written at the very end
     setvbuf(stderr, buffer.data(), _IOFBF, buffer.size());
     static_cast<void>(fprintf(stderr, " and flushed"));
     exit(kAsExpected);
