@@ -92,6 +92,19 @@ class Firefox(BrowserCase):
         record("Firefox ESR, whose PKCS#11 module asks for a PIN", process, frames=changes,
                before=COUNT / self.see_changes(COUNT))
 
+    def test_when_the_person_cancels_the_browser_goes_on_without(self):
+        self.own = self.find_own("Who are you?")
+        window = self.screen.find_window(TITLE, self.process, timeout=60)
+        self.screen.key("Escape", window.find("password text"))
+        self.screen.wait_gone(window)
+        self.see_changes(COUNT)
+        self.find_own("Who are you?")
+
+    def test_a_browser_that_is_killed_takes_its_dialog_along(self):
+        window = self.screen.find_window(TITLE, self.process, timeout=60)
+        self.process.kill()
+        self.screen.wait_gone(window)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -135,10 +135,8 @@ class Deaths(HostCase):
     def test_a_display_that_comes_back_is_used_again(self):
         for process in ("auto", "helper"):
             with self.subTest(process=process), Stage() as stage:
-                # The toolkit that is left behind is no leak.
-                host = self.start_host(environment={
-                    **stage.environment, "ZELDLG_PROCESS": process,
-                    "ASAN_OPTIONS": "detect_leaks=0"}, strict=False)
+                host = self.start_host(
+                    environment={**stage.environment, "ZELDLG_PROCESS": process}, strict=False)
                 screen = Screen(stage.environment)
                 call = host.call(PIN)
                 before = process_of(screen, screen.find_window(TITLE, host), host)
