@@ -5,14 +5,14 @@ import os
 import sys
 import time
 
-from . import (building, dialogs, instructions, lists, plain_code, programs, report,
+from . import (building, dialogs, helpers, instructions, lists, plain_code, programs, report,
                requests)
 
 SOURCE = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 DOCUMENT = os.path.join(SOURCE, "docs", "performance.md")
 PICTURES = os.path.join(SOURCE, "docs", "pictures", "performance")
-GROUPS = ("dialogs", "lists", "requests", "throughput", "idle", "animation", "loss", "plain code",
-          "instructions", "size", "build")
+GROUPS = ("dialogs", "lists", "requests", "helper", "throughput", "idle", "animation", "loss",
+          "plain code", "instructions", "size", "build")
 
 
 def say(text):
@@ -42,6 +42,7 @@ def main():
         "dialogs": lambda: dialogs.measure(3 if few else 25, say),
         "lists": lambda: lists.measure(1 if few else 5, say),
         "requests": lambda: requests.measure_round_trips(1 if few else 5, 1000 if few else 10000),
+        "helper": lambda: helpers.measure(3 if few else 15, 1000 if few else 10000, say),
         "throughput": lambda: requests.measure_throughput(2 if few else 15, 200),
         "idle": lambda: requests.measure_idle(2 if few else 15, 1000, say),
         "animation": lambda: requests.measure_animation(1 if few else 5, 4200),

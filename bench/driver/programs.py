@@ -4,6 +4,8 @@ import collections
 import json
 import os
 import subprocess
+import tempfile
+import threading
 
 LIBRARY = os.environ["ZELDLG_LIBRARY"]
 BUILD = os.environ["ZELDLG_BENCH_BUILD"]
@@ -55,19 +57,26 @@ class Notes(list):
         return counts
 
 
-def run(command, probed=False, stage=None):
+def run(command, probed=False, stage=None, process="own"):
     """Runs a program to its end and gives its notes. `probed`: with the user that types; on
-    another stage if one is given.
+    another stage if one is given; windows in that process (see ZELDLG_PROCESS).
     """
-    reader, writer = os.pipe()
     environment = {**(os.environ if stage is None else stage.environment),
-                   "ZELDLG_BENCH_NOTES": str(writer)}
+                   "ZELDLG_PROCESS": process}
     if probed:
         environment["GTK_MODULES"] = PROBE
-    process = subprocess.Popen(command, env=environment, pass_fds=[writer])
-    os.close(writer)
-    with open(reader, encoding="ascii") as lines:
-        notes = Notes((name, int(value)) for name, value in map(str.split, lines))
+    with tempfile.TemporaryDirectory() as folder:
+        pipe = environment["ZELDLG_BENCH_NOTES"] = os.path.join(folder, "notes")
+        os.mkfifo(pipe)
+        reader = os.open(pipe, os.O_RDONLY | os.O_NONBLOCK)
+        writer = os.open(pipe, os.O_WRONLY)  # until the program is there
+        os.set_blocking(reader, True)
+        process = subprocess.Popen(command, env=environment)
+        ended = threading.Thread(target=lambda: (process.wait(), os.close(writer)))
+        ended.start()
+        with open(reader, encoding="ascii") as lines:
+            notes = Notes((name, int(value)) for name, value in map(str.split, lines))
+        ended.join()
     if process.wait() != 0:
         raise MeasureError(f"{' '.join(command)} ended with {process.returncode}")
     return notes

@@ -1,15 +1,42 @@
 /* roundtrips ROUNDS REQUESTS: requests without a window, one after the other, and, alternately,
- * what they cannot be faster than: two threads of this process that wake each other.
+ * what they cannot be faster than: two threads of this process that wake each other; or two
+ * processes, which the library's helper makes of it.
  * throughput ROUNDS MILLISECONDS: the requests that 1, 2, 4 and 8 threads complete in that time. */
 #include <pthread.h>
 #include <stdatomic.h>
 #include <stdlib.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include "host.h"
 #include "note.h"
 
 enum { kSpacedMicroseconds = 25000, kSpacedShare = 100, kMostThreads = 8 };
+
+/* Two processes that wake each other: the other sends back what it gets. */
+static int StartEcho(void) {
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+        exit(EXIT_FAILURE);
+    }
+    if (fork() == 0) {
+        char byte = 0;
+        close(ends[0]);
+        while (read(ends[1], &byte, 1) == 1 && write(ends[1], &byte, 1) == 1) {
+        }
+        _exit(EXIT_SUCCESS);
+    }
+    close(ends[1]);
+    return ends[0];
+}
+
+static void DoEcho(void* argument) {
+    const int* const echo = argument;
+    char byte = 1;
+    if (write(*echo, &byte, 1) != 1 || read(*echo, &byte, 1) != 1) {
+        exit(EXIT_FAILURE);
+    }
+}
 
 /* Two threads in turns, each woken by the other. */
 typedef struct PingPong {
@@ -71,6 +98,7 @@ static void Time(const char* what, Action* action, void* argument, long count, u
 
 int MeasureRoundTrips(const Host* host) {
     Host caller = *host;
+    int echo = StartEcho();
     PingPong pair = {PTHREAD_MUTEX_INITIALIZER, PTHREAD_COND_INITIALIZER, 0, 0};
     pthread_t thread;
     if (pthread_create(&thread, NULL, Pong, &pair) != 0) {
@@ -83,10 +111,12 @@ int MeasureRoundTrips(const Host* host) {
     NoteValue("allocations", (int64_t)(CountAllocations() - before));
     for (long round = Argument(host, 0); round > 0; --round) {
         Time("pingpong", DoPing, &pair, requests, 0);
+        Time("echo", DoEcho, &echo, requests, 0);
         Time("request", DoRoundTrip, &caller, requests, 0);
         Time("pingpong-spaced", DoPing, &pair, requests / kSpacedShare, kSpacedMicroseconds);
         Time("request-spaced", DoRoundTrip, &caller, requests / kSpacedShare, kSpacedMicroseconds);
     }
+    close(echo);
     pthread_mutex_lock(&pair.mutex);
     pair.ended = 1;
     pthread_cond_signal(&pair.changed);

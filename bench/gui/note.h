@@ -1,13 +1,14 @@
-/* Time stamps of what happens, one line each, for the driver to read. The host, the bare program
- * and the probe inside both write them to one descriptor, with one clock. */
+/* Time stamps of what happens, one line each, for the driver to read. The host, its helper, the
+ * bare program and the probe inside each write them to one pipe, with one clock. */
 #pragma once
 
+#include <fcntl.h>
 #include <inttypes.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <time.h>
 
-/* The descriptor's number stands in this variable; without it nothing is noted. */
+/* The pipe's name stands in this variable; without it nothing is noted. */
 #define BENCH_NOTES "ZELDLG_BENCH_NOTES"
 
 /* Microseconds before each dialog: what the one before left to do is done. */
@@ -22,9 +23,13 @@ static inline int64_t NoteClock(void) {
 
 /* Writes "what value". One write for each line: several threads may note at a time. */
 static inline void NoteValue(const char* what, int64_t value) {
-    const char* const descriptor = getenv(BENCH_NOTES);
-    if (descriptor != NULL) {
-        dprintf(atoi(descriptor), "%s %" PRId64 "\n", what, value);
+    static int pipe = -1;
+    const char* const name = getenv(BENCH_NOTES);
+    if (pipe < 0 && name != NULL) {
+        pipe = open(name, O_WRONLY | O_CLOEXEC);
+    }
+    if (pipe >= 0) {
+        dprintf(pipe, "%s %" PRId64 "\n", what, value);
     }
 }
 

@@ -319,8 +319,7 @@ inline std::string settings() {
  * Says whether a dialog could be shown now: whether a display answers, there are fonts, and there
  * is a place for the user's settings. Starts nothing and changes no file.
  *
- * It looks at the surroundings alone: a process that runs the toolkit itself, or was forked after a
- * dialog, gets failures all the same.
+ * It looks at the surroundings alone, not at what the process runs itself.
  * @param patience For how long the display may take to answer.
  * @return What is wrong, in words.
  */

@@ -14,16 +14,19 @@
  * interface starts it (about 0.1 s); ::DLG_SetParameter, ::DLG_GetParameter and
  * ::DLG_GetFunctionList never do. The start sets the process's locale to that of its environment.
  *
- * A start fails when there is no display, or when the process already runs the same GUI toolkit or
- * GLib's default main loop. It is tried again only after ::DLG_Finalize. A call that is made while
- * a slow start (longer than 0.2 s) is still going to fail never returns.
+ * A start fails when there is no display. It is tried again only after ::DLG_Finalize. A call that
+ * is made while a slow start (longer than 0.2 s) is still going to fail never returns.
  *
- * When the X server goes away, the calls that are waiting fail, and every later one at once; the
- * user interface cannot be started again in that process. (On Wayland the toolkit ends the
- * process.)
+ * When the X server or the Wayland compositor goes away, the calls that are waiting fail.
  *
- * @par Child processes
- * A child that is forked after the first call cannot use the library: its calls fail at once.
+ * @par Processes
+ * Where the host's process cannot show windows, a helper process of the library does, and every
+ * function does the same: where another thread runs GLib's default main loop, GTK has opened a
+ * display, the process runs wxWidgets itself, it is a child that was forked after the first call,
+ * or its display was lost. It starts with the first call that needs it, ends with ::DLG_Finalize or
+ * with the host, and is no child of the host's. When it dies, the call that it serves fails, and
+ * the next call starts another. ZELDLG_PROCESS in the environment chooses: `auto` (as described,
+ * the default), `own` (in these cases every call fails) or `helper` (always).
  *
  * @par Ownership
  * Every pointer that a host passes stays the host's. The library reads records and texts, and
@@ -548,8 +551,7 @@ ZELDLG_EXPORT uint32_t DLG_SetParameter(uint64_t parameter, uint64_t value);
 /** Has no effect. @return ::ZELDLG_NOT_SUPPORTED, always. */
 ZELDLG_EXPORT uint32_t DLG_GetParameter(uint64_t parameter, uint64_t value);
 /** Start the user interface before it is needed. @return An opaque pointer, valid until
- *  ::DLG_Finalize; null when there is no memory for it, in a child process (see above), once the
- *  display is lost and once the process exits. */
+ *  ::DLG_Finalize; null when there is no memory for it, and once the process exits. */
 ZELDLG_EXPORT struct GuiRunner* InitApp(void);
 /** The same as ::DLG_Finalize. */
 ZELDLG_EXPORT void QuitApp(void);

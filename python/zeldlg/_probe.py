@@ -33,9 +33,8 @@ def probe(patience: float = 2.0) -> Probe:
     """Says whether a dialog could be shown now, without starting anything or changing a file.
 
     It looks whether a display answers within `patience` seconds, whether there are fonts, and
-    whether there is a place for the user's settings. A process that runs the toolkit itself, or was
-    forked after a dialog, gets failures all the same. A call that would start the user interface
-    may wait for ever for a display that does not answer: this one does not.
+    whether there is a place for the user's settings. A call that would start the user interface may
+    wait for ever for a display that does not answer: this one does not.
     """
     return Probe(_display(time.monotonic() + patience), _fonts(), _settings())
 

@@ -15,8 +15,8 @@
 #include <thread>
 
 #include "helper/serve.h"
+#include "registry/process_wish.h"
 #include "runtime/gui_runner.h"
-#include "runtime/process_wish.h"
 #include "runtime/remote/helper_process.h"
 
 namespace {
@@ -59,7 +59,7 @@ int main() {
         return EXIT_FAILURE;
     }
     fcntl(kHelperSocket, F_SETFD, FD_CLOEXEC);
-    zeldlg::KeepProcessWish(zeldlg::ProcessWish::Own);
+    zeldlg::registry::KeepProcessWish(zeldlg::registry::ProcessWish::Own);
     try {
         std::thread(EndWithHost, host).detach();
         zeldlg::GetGuiRunner();

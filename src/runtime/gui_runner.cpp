@@ -7,9 +7,9 @@
 #include <mutex>
 #include <stdexcept>
 
+#include "registry/process_wish.h"
 #include "runtime/handlers/handlers.h"
 #include "runtime/own_runner.h"
-#include "runtime/process_wish.h"
 #include "runtime/remote/helper_process.h"
 #include "runtime/remote/remote_runner.h"
 #include "runtime/wx_toolkit.h"
@@ -18,6 +18,8 @@ namespace zeldlg {
 
 namespace {
 
+using registry::ProcessWish;
+using registry::WishForProcess;
 using remote::RemoteRunner;
 using State = Life::State;
 
@@ -53,7 +55,10 @@ private:
 // and touches nothing of its parent's, whose locks some thread may have had.
 struct HelpedProcess {
     const pid_t process = getpid();
-    RemoteRunner runner{remote::HelperPath()};
+    RemoteRunner runner{[] {
+        GoFirstAtExit();  // from then on calls are refused
+        return remote::StartHelper(remote::HelperPath());
+    }};
 };
 
 std::atomic<HelpedProcess*> g_helped{nullptr};

@@ -169,9 +169,6 @@ constexpr int kLooks = 3;
 constexpr uint32_t kBetweenLooksMs = 1;
 
 bool IsContextTaken() {
-    if (g_main_context_is_owner(nullptr) != FALSE) {
-        return true;  // by the caller
-    }
     for (int look = 0; look < kLooks; ++look) {
         if (look != 0) {
             platform::SleepMilliseconds(kBetweenLooksMs);
@@ -189,7 +186,9 @@ bool IsContextTaken() {
 bool WxToolkit::IsTaken() {
     // First: GTK 3 is not to be asked for its display where there is another GTK.
     return HasOtherToolkit() || wxAppConsole::GetInstance() != nullptr ||
-           (OpenDisplay() != nullptr && !g_displayIsOurs) || IsContextTaken();
+           (OpenDisplay() != nullptr && !g_displayIsOurs) ||
+           g_main_context_is_owner(nullptr) != FALSE ||  // the caller's loop
+           IsContextTaken();
 }
 
 void WxToolkit::SourceDestroyer::operator()(GSource* source) const {
@@ -225,13 +224,22 @@ bool WxToolkit::Start(const std::function<void()>& leave) {
 }
 
 bool WxToolkit::Iterate() {
+    if (!Enter()) {
+        return false;
+    }
     g_iterates = true;
     const bool dispatched = g_main_context_iteration(nullptr, FALSE) != FALSE;
     g_iterates = false;
+    Leave();
     return dispatched;
 }
 
-bool WxToolkit::Enter() { return g_main_context_acquire(nullptr) != FALSE; }
+// Where another loop was seen, an instant in which it has left the context is not its end.
+bool WxToolkit::Enter() {
+    m_sawOtherLoop = m_sawOtherLoop && IsContextTaken();
+    m_sawOtherLoop = m_sawOtherLoop || g_main_context_acquire(nullptr) == FALSE;
+    return !m_sawOtherLoop;
+}
 
 void WxToolkit::Leave() { g_main_context_release(nullptr); }
 

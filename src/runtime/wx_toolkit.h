@@ -32,6 +32,7 @@ private:
         void operator()(GSource* source) const;
     };
 
+    bool m_sawOtherLoop = false;  // a host's, which runs the context's events
     // What sees an exit of the process from within a dialog's own loop.
     std::unique_ptr<GSource, SourceDestroyer> m_watch;
 };

@@ -82,6 +82,7 @@ ExitCode RunDoctor(const Words& words) {
     ReportSettings(report, settings);
     ReportLanguage(report, settings);
     const bool hasDisplay = ReportDisplay(report);
+    ReportProcess(report, settings);
     ReportStart(report, settings, hasDisplay);
     return report.Finish() == 0 ? kDone : kNotDone;
 }

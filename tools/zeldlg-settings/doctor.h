@@ -75,7 +75,11 @@ void ReportLanguage(Report& report, const FoundSettings& settings);
 // Returns whether the display can be used.
 bool ReportDisplay(Report& report);
 
-// Starts and ends the library. A library that cannot be loaded is a problem of this topic.
+// Which process would show the windows, and why.
+void ReportProcess(Report& report, const FoundSettings& settings);
+
+// Starts and ends the library, and looks for its helper. A library that cannot be loaded is a
+// problem of this topic.
 void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay);
 
 }  // namespace admin

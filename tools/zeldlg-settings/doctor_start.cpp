@@ -1,11 +1,14 @@
 // The doctor on the library itself: loads, starts and ends it as a host does.
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "apart.h"
 #include "command.h"
@@ -18,6 +21,7 @@ namespace {
 constexpr unsigned kStartSeconds = 20;
 constexpr uint32_t kLongestName = 64;
 constexpr int kNoLibrary = 3;
+constexpr const char* kMissingHelper = "helper (missing)";
 
 using Clock = std::chrono::steady_clock;
 
@@ -26,12 +30,22 @@ long MillisecondsSince(Clock::time_point start) {
         std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count());
 }
 
+// As the library finds it.
+std::string HelperOf(const char* library) {
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(library, error);
+    return (real.parent_path() / "zeldlg" / "zeldlg-helper").string();
+}
+
 void SayFile(const DLG_FunctionList* dialogs) {
     void* address = nullptr;
     memcpy(&address, &dialogs->Finalize, sizeof address);
     Dl_info info;
     if (dladdr(address, &info) != 0) {
         printf("file: %s\n", info.dli_fname);
+        const std::string helper = HelperOf(info.dli_fname);
+        printf("%s: %s\n", access(helper.c_str(), X_OK) == 0 ? "helper" : kMissingHelper,
+               helper.c_str());
     }
 }
 
@@ -95,6 +109,10 @@ void ReportStart(Report& report, const FoundSettings& settings, bool hasDisplay)
     const Ending probe = RunApart(first == looked.end() ? std::string() : first->file,
                                   kStartSeconds, hasDisplay ? Start : Load);
     report.Lines(probe.output);
+    if (probe.output.find(kMissingHelper) != std::string::npos) {
+        report.Problem("The helper process is missing.",
+                       "Calls fail in hosts whose own process cannot show the windows.");
+    }
     if (probe.how == Ending::How::Exited && probe.code == kDone) {
         if (!hasDisplay) {
             report.Line("started", "not tried: there is no display");

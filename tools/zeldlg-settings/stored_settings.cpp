@@ -44,6 +44,7 @@ std::string AsWords(const RegistryValue& value) {
 std::span<const KnownSetting> KnownSettings() {
     using enum SettingType;
     static constexpr KnownSetting kSettings[] = {
+        {L"", L"DialogProcess", Text, "auto"},
         {L"", L"LimitPinToAscii", Number, "1"},
         {L"", L"ShowEnrolmentHint", Number, "1"},
         {L"Locales", L"Path", Text, "none"},

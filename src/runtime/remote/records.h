@@ -14,11 +14,14 @@
 #include <cstdint>
 #include <tuple>
 
+#include "resources/texts.h"
 #include "runtime/handlers/policy_wire.h"
 #include "runtime/remote/wire.h"
 #include "runtime/requests.h"
 
 namespace zeldlg::remote {
+
+static_assert(kLongestShownText == 4 * kHostTextLimit);
 
 // Records. `archive` is a Writer or a Reader.
 
@@ -39,21 +42,21 @@ void Describe(Archive& archive, uint64_t& number) {
 
 template <typename Archive>
 void Describe(Archive& archive, PinDialogRequest& record) {
-    archive.Text(record.tokenLabel);
+    archive.ShownText(record.tokenLabel);
     DescribeNumbers(archive, record.minPinLength, record.maxPinLength, record.noFailure,
                     record.finalTry, record.failedEarlier);
 }
 
 template <typename Archive>
 void Describe(Archive& archive, PinDialogRequestEx& record) {
-    archive.Text(record.tokenLabel);
+    archive.ShownText(record.tokenLabel);
     DescribeNumbers(archive, record.minPinLength, record.maxPinLength, record.failedEarlier,
                     record.maxTries, record.triesLeft);
 }
 
 template <typename Archive>
 void Describe(Archive& archive, PinChangeRequest& record) {
-    archive.Text(record.tokenLabel);
+    archive.ShownText(record.tokenLabel);
     DescribeNumbers(archive, record.minLength, record.maxLength, record.noFailure, record.finalTry,
                     record.changePuk);
 }
@@ -85,7 +88,7 @@ void Describe(Archive& archive, PinPolicyDescriptor& descriptor) {
 
 template <typename Archive>
 void Describe(Archive& archive, PolicedPinChangeRequest& record) {
-    archive.Text(record.tokenLabel);
+    archive.ShownText(record.tokenLabel);
     DescribeNumbers(archive, record.minLength, record.maxLength, record.noFailure, record.finalTry,
                     record.changePuk, record.initialisePin, record.triesLeft, record.oldMinLength,
                     record.oldMaxLength);
@@ -100,17 +103,17 @@ void Describe(Archive& archive, ByteBuffer& bytes) {
 
 template <typename Archive>
 void Describe(Archive& archive, ChallengeResponseRequest& record) {
-    archive.Text(record.tokenLabel);
+    archive.ShownText(record.tokenLabel);
     archive.Record(record.challenge);
-    archive.Text(record.serialNumber);
+    archive.ShownText(record.serialNumber);
     DescribeNumbers(archive, record.responseLength, record.minPinLength, record.maxPinLength,
                     record.askNewPin);
 }
 
 template <typename Archive>
 void Describe(Archive& archive, TokenChoiceEntry& entry) {
-    archive.Text(entry.name);
-    archive.Text(entry.detail);
+    archive.ShownText(entry.name);
+    archive.ShownText(entry.detail);
     archive.Number(entry.identifier);
 }
 
@@ -123,9 +126,9 @@ void Describe(Archive& archive, TokenChoiceList& list) {
 /// The value is the host's, and means nothing to anybody else.
 template <typename Archive>
 void Describe(Archive& archive, DigitalIdTexts& texts) {
-    archive.Text(texts.name);
-    archive.Text(texts.validFrom);
-    archive.Text(texts.validTo);
+    archive.ShownText(texts.name);
+    archive.ShownText(texts.validFrom);
+    archive.ShownText(texts.validTo);
     auto value = reinterpret_cast<uint64_t>(texts.value);
     archive.Number(value);
     texts.value = reinterpret_cast<void*>(value);
@@ -136,7 +139,7 @@ void Describe(Archive& archive, DigitalIdChoice& choice) {
     archive.Record(choice.texts);
     DescribeNumbers(archive, choice.count, choice.defaultIndex, choice.presetAlwaysUse,
                     choice.autoSelect);
-    archive.Text(choice.directory);
+    archive.ShownText(choice.directory);
 }
 
 template <typename Archive>
@@ -145,11 +148,14 @@ void Describe(Archive& archive, UnblockMethodRequest& record) {
     archive.Records(record.algorithms, record.algorithmCount);
 }
 
+/// What becomes of the first two is decided by all of them: HostTextOrLocale().
 template <typename Archive>
 void Describe(Archive& archive, PromptRequest& prompt) {
     DescribeNumbers(archive, prompt.kind, prompt.days);
-    for (const char*& text : prompt.texts) {
-        archive.Text(text);
+    archive.Text(prompt.texts[0]);
+    archive.Text(prompt.texts[1]);
+    for (size_t i = 2; i < std::size(prompt.texts); ++i) {
+        archive.ShownText(prompt.texts[i]);
     }
 }
 

@@ -9,7 +9,6 @@
 
 #include "platform/scope_exit.h"
 #include "runtime/life.h"
-#include "runtime/remote/helper_process.h"
 #include "runtime/remote/records.h"
 
 namespace zeldlg::remote {
@@ -144,7 +143,7 @@ bool RemoteRunner::Connect() {
         Disconnect();
     }
     if (m_socket < 0) {
-        m_socket = StartHelper(m_program);
+        m_socket = m_startHelper();
     }
     m_isStarted = m_socket >= 0;
     return m_isStarted;
@@ -156,6 +155,11 @@ void RemoteRunner::Disconnect() {
     close(m_socket);
     m_socket = -1;
     m_isStarted = false;
+}
+
+uint64_t RemoteRunner::Waiting() {
+    const std::lock_guard lock(m_mutex);
+    return m_numbers == m_turn ? 0 : m_numbers - m_turn - 1;
 }
 
 bool RemoteRunner::Stop() {

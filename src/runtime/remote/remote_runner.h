@@ -4,8 +4,9 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
-#include <string>
+#include <utility>
 
 #include "runtime/gui_runner.h"
 #include "runtime/remote/frames.h"
@@ -14,8 +15,10 @@ namespace zeldlg::remote {
 
 class RemoteRunner : public GuiRunner {
 public:
-    /// @param program The helper's; started when it is first needed, and again when it has died.
-    explicit RemoteRunner(std::string program) : m_program(std::move(program)) {}
+    /// @param startHelper Starts one and gives the connection to it, a socket, or -1. Called when
+    ///                    one is first needed, and again when it has died.
+    explicit RemoteRunner(std::function<int()> startHelper)
+        : m_startHelper(std::move(startHelper)) {}
 
     /// There is a helper, or was until it died.
     bool IsStarted() const { return m_isStarted; }
@@ -29,6 +32,9 @@ public:
 
     bool Stop() override;
 
+    /// How many callers wait for their turn.
+    uint64_t Waiting();
+
 private:
     class Turn;
 
@@ -37,7 +43,7 @@ private:
     Frame Exchange(const WireBytes& request);
     void ReadAnswer(const CMessage& message, const WireBytes& bytes);
 
-    const std::string m_program;
+    const std::function<int()> m_startHelper;
     std::atomic<bool> m_isStarted{false};
 
     // The order of callers: each takes a number, and waits for its turn. With them, who has

@@ -4,9 +4,11 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
@@ -24,6 +26,9 @@ public:
 
 /// Of a message without its head, and of each buffer for an output. In bytes.
 inline constexpr size_t kLargestMessage = size_t{16} << 20;
+
+/// In bytes: kHostTextLimit characters of four.
+inline constexpr size_t kLongestShownText = 40000;
 
 /// Overwrites what it gives back, in every build: what travels may be a PIN.
 template <typename T>
@@ -85,6 +90,11 @@ public:
     void Text(const Unit* text) {
         const size_t length = text != nullptr ? std::char_traits<Unit>::length(text) : 0;
         Units(text, length);
+    }
+
+    /// The same of what somebody reads: no more of it than is ever looked at.
+    void ShownText(const char* text) {
+        Units(text, text != nullptr ? strnlen(text, kLongestShownText) : 0);
     }
 
     /// So many bytes or characters, or null.
@@ -194,6 +204,8 @@ public:
             throw WireError("a text with a zero in it");
         }
     }
+
+    void ShownText(const char*& text) { Text(text); }
 
     template <typename Unit, typename Size>
     void Units(const Unit*& units, Size count) {

@@ -8,7 +8,7 @@ import threading
 import unittest
 
 from slow_display import SlowDisplay
-from stage import FAILED, Screen, Stage, StageTestCase, wait_until
+from stage import FAILED, Screen, Stage, StageTestCase, own_process_only, wait_until
 
 PIN = "DLG_ShowPinDialog"
 
@@ -142,6 +142,7 @@ def times_slept(pid):
                     if line.startswith("voluntary_ctxt_switches"))
 
 
+@own_process_only("is about the connection of the host's process")
 class LossOnTheWay(StageTestCase):
     """The connection breaks at some moment of a start, an end or an exit."""
 

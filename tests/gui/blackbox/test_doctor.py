@@ -106,7 +106,7 @@ class DoctorCase(unittest.TestCase):
         self.write(self.user_file, registry('"LimitPinToAscii"=dword:00000000', **options))
 
     def run_doctor(self, *words, environment=None, without=(), read_only_home=False,
-                   as_user=False, library=LIBRARY):
+                   as_user=False, library=LIBRARY, keeps=()):
         before = snapshot(self.directory)
         command = ["bwrap", "--dev-bind", "/", "/"]
         for target, source in (("/usr/share", self.shipped), ("/etc", self.system)):
@@ -123,7 +123,8 @@ class DoctorCase(unittest.TestCase):
                                 env=variables, timeout=scaled(100))
         found = Findings(result.returncode, result.stdout, result.stderr)
         self.assertEqual(before, snapshot(self.directory), "the doctor changed something")
-        self.assertEqual([], os.listdir(self.temporary), "the doctor left something behind")
+        self.assertEqual([os.path.basename(path) for path in keeps], os.listdir(self.temporary),
+                         "the doctor left something behind")
         return found
 
     def assert_problems(self, found, *patterns):
@@ -143,7 +144,8 @@ class Healthy(DoctorCase):
         self.healthy()
         found = self.run_doctor()
         self.assert_problems(found)
-        for title in ("Settings file", "Settings", "Language", "Display", "Library"):
+        for title in ("Settings file", "Settings", "Language", "Display", "Process",
+                      "Library"):
             self.assertTrue(found.section(title).endswith("  ok\n"), found.text)
         for title, line in (
                 ("Settings file", rf"place 1, user's +{self.user_file} \(used\)"),
@@ -157,7 +159,11 @@ class Healthy(DoctorCase):
                 ("Display", "theme +Adwaita"),
                 ("Display", r"GTK +3\.\d+\.\d+"),
                 ("Display", r"wxWidgets +made for 3\.2\.\d+, found /.*/libwx_baseu-3\.2\.so.*"),
+                ("Process", "ZELDLG_PROCESS +not set"),
+                ("Process", "windows are shown by +the host's process; a helper where that cannot"),
+                ("Process", "because +that is the default"),
                 ("Library", rf"file +{LIBRARY}"),
+                ("Library", rf"helper +{os.path.dirname(LIBRARY)}/zeldlg/zeldlg-helper"),
                 ("Library", "locale +en_US"),
                 ("Library", r"started in +\d+ ms"),
                 ("Library", r"ended in +\d+ ms")):
@@ -343,6 +349,39 @@ class Language(DoctorCase):
     def test_a_locale_that_is_not_installed(self):
         self.environment = {"LC_ALL": "xx_XX.UTF-8"}
         self.assert_problems(self.run_doctor(), "locale .* is not installed")
+
+
+class Process(DoctorCase):
+    def expect(self, found, who, why):
+        self.assertRegex(found.section("Process"), f"windows are shown by +{who}\n")
+        self.assertRegex(found.section("Process"), f"because +{why}\n")
+
+    def choose(self, word):
+        self.healthy()
+        self.write(self.user_file, registry(f'"DialogProcess"="{word}"'))
+
+    def test_the_environment_goes_before_the_setting(self):
+        self.choose("helper")
+        found = self.run_doctor()
+        self.assert_problems(found)
+        self.expect(found, "always a helper process", "the setting DialogProcess says so")
+        found = self.run_doctor(environment={"ZELDLG_PROCESS": "own"})
+        self.assert_problems(found)
+        self.expect(found, "the host's process, or none", "ZELDLG_PROCESS says so")
+
+    def test_a_word_that_is_none_of_them_counts_as_missing(self):
+        self.choose("both")
+        found = self.run_doctor(environment={"ZELDLG_PROCESS": "mine"})
+        self.assert_problems(found, "ZELDLG_PROCESS has an unknown value",
+                             "DialogProcess has an unknown value")
+        self.expect(found, "the host's process; .*", "that is the default")
+
+    def test_a_helper_that_is_missing(self):
+        self.healthy()
+        alone = os.path.join(self.temporary, "alone.so")
+        shutil.copy(os.path.realpath(LIBRARY), alone)
+        found = self.run_doctor(library=alone, keeps=[alone])
+        self.assert_problems(found, "The helper process is missing")
 
 
 class DisplayAndLibrary(DoctorCase):

@@ -6,7 +6,8 @@ import os
 import socket
 import unittest
 
-from stage import CANCELLED, FAILED, OK, StageTestCase, require_private_mounts, wait_until
+from stage import (CANCELLED, FAILED, OK, StageTestCase, own_process_only, require_private_mounts,
+                   wait_until)
 
 PIN = "DLG_ShowPinDialog"
 TITLE = "Enter PIN"
@@ -23,6 +24,7 @@ class FaultCase(StageTestCase):
         self.screen.wait_gone(window)
 
 
+@own_process_only("makes the threads of the host's process fail")
 class Threads(FaultCase):
     def test_without_a_gui_thread_calls_fail_and_work_after_finalise(self):
         host = self.start_host()

@@ -7,7 +7,8 @@ import unittest
 
 from slow_display import SlowDisplay
 from soak.waiting_threads import WaitingThreads
-from stage import CANCELLED, FAILED, NOT_SUPPORTED, OK, StageTestCase, scaled, wait_until
+from stage import (CANCELLED, FAILED, NOT_SUPPORTED, OK, StageTestCase, own_process_only, scaled,
+                   wait_until)
 from stage.dialogs import DIALOGS, show_dialog
 
 PIN = "DLG_ShowPinDialog"
@@ -38,6 +39,7 @@ class StartAndEnd(LifeCase):
         self.screen.close_window(window)
         self.assertEqual(CANCELLED, call.result())
 
+    @own_process_only("counts the threads of the host's process")
     def test_init_gives_the_same_runner_until_it_is_finalised(self):
         host = self.start_host()
         runner = host.run("InitApp")
@@ -167,6 +169,7 @@ class WithoutDisplay(LifeCase):
         host.setenv("DISPLAY", os.environ["DISPLAY"])
         self.cancel_pin_dialog(host)
 
+    @own_process_only("each call starts a helper anew")
     def test_a_failed_start_is_tried_again_only_after_finalise(self):
         host = self.start_host(environment={"DISPLAY": None}, strict=False)
         self.assertEqual(FAILED, host.run(PIN))
@@ -295,6 +298,7 @@ class AfterFinalise(LifeCase):
         self.assertEqual(52, len(self.seen))
 
 
+@own_process_only("watches the start in the host's process")
 class SlowStart(LifeCase):
     """The display lets the toolkit wait in the middle of its start."""
 
@@ -422,6 +426,7 @@ class Forking(LifeCase):
         answer = host.command("fork")
         return answer["first"], answer["second"]
 
+    @own_process_only("looks for helpers where there are none at first")
     def test_after_first_use_the_child_has_a_helper_of_its_own(self):
         host = self.start_host()
         self.cancel_pin_dialog(host)
@@ -491,6 +496,7 @@ class Unloading(LifeCase):
             self.cancel_pin_dialog(host)
 
 
+@own_process_only("is about what else runs in the host's process")
 class Neighbours(LifeCase):
     """What else in the process has what the user interface needs."""
 

@@ -4,9 +4,10 @@
 import os
 import unittest
 
-from stage import BUFFER_TOO_SMALL, FAILED, StageTestCase
+from stage import BUFFER_TOO_SMALL, FAILED, StageTestCase, own_process_only
 
 
+@own_process_only("a helper leaves the host's process alone: gui_helper")
 class ProcessState(StageTestCase):
     def use(self, host):
         return host.run("DLG_GetLocale", bufferCapacity=0)

@@ -32,8 +32,9 @@ def checksum(pin):
 class SecretHost:
     """A host that keeps no PIN. `pid` tells a screen which windows are its."""
 
-    def __init__(self, library):
+    def __init__(self, library, environment=None):
         self.process = subprocess.Popen(dying_with_parent([SECRET_HOST, library]),
+                                        env={**os.environ, **(environment or {})},
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self.pid = self.process.pid
 
@@ -58,12 +59,13 @@ class SecretHost:
 
 @unittest.skipIf(os.environ.get("ZELDLG_INSTRUMENTED"),
                  "terabytes of shadow memory cannot be searched")
-class Wiped(StageTestCase):
+class SecretCase(StageTestCase):
     library = WIPING_LIBRARY
+    environment = {}
 
     def setUp(self):
         super().setUp()
-        self.host = SecretHost(self.library)
+        self.host = SecretHost(self.library, self.environment)
         self.addCleanup(self._end_host)
 
     def _end_host(self):
@@ -85,6 +87,10 @@ class Wiped(StageTestCase):
             field.focus()
             self.screen.type_text(pin, into=field)
             wait_until(lambda field=field: field.length == PIN_LENGTH, 20, "the PIN typed")
+
+
+class Wiped(SecretCase):
+    environment = {"ZELDLG_PROCESS": "own"}
 
     def expect_wiped(self, window, pins, answer):
         # What the search finds while the fields still hold it shows that it can find something.
@@ -141,6 +147,30 @@ class Wiped(StageTestCase):
         self.type_all(window, [pin, pin])
         self.assertEqual([0, PIN_LENGTH, checksum(pin)],
                          self.expect_wiped(window, [pin, pin], "Return"))
+
+
+class ThroughAHelper(SecretCase):
+    """In a usual build, too: what has come from the helper is overwritten in the host."""
+
+    library = os.environ["ZELDLG_LIBRARY"]
+    environment = {"ZELDLG_PROCESS": "helper"}
+
+    def test_the_pin_of_a_login_is_nowhere_in_the_host(self):
+        pin = new_pin()
+        window = self.open("pin", "Enter PIN")
+        self.type_all(window, [pin])
+        self.screen.key("Return")
+        self.assertEqual([0, PIN_LENGTH, checksum(pin)], self.host.answer())
+        self.assertEqual(0, places_of(self.host.pid, pin))
+
+    def test_the_pins_of_a_change_are_nowhere_in_the_host(self):
+        old, new = new_pin(), new_pin()
+        window = self.open("change", "Change transport PIN")
+        self.type_all(window, [old, new, new])
+        self.screen.key("Return")
+        self.assertEqual([0, PIN_LENGTH, checksum(old), PIN_LENGTH, checksum(new)],
+                         self.host.answer())
+        self.assertEqual(0, places_of(self.host.pid, old, new))
 
 
 @unittest.skipIf(os.environ.get("ZELDLG_INSTRUMENTED"), "a sanitizer handles the crash itself")

@@ -5,7 +5,7 @@ from stage import Gone, Key, Press, registry, wait_until
 from .acts import Click, Close, CloseAll, Configure, Fork, PressAbort, Read, ReadPads, Type
 from .dialogs import is_shown, squeezed
 from .plan import THREADS
-from .rules import ANY, FAILED
+from .rules import ANY, OK
 from .waiting_threads import WaitingThreads
 
 PATIENCE = 20  # seconds, for everything that the library does by itself
@@ -207,7 +207,7 @@ class Player:
 
     def fork(self):
         answer = self.host.command("fork")
-        if (answer["first"], answer["second"]) != (FAILED, FAILED):
+        if (answer["first"], answer["second"]) != (OK, OK):
             raise Mismatch(f"the calls of a forked child returned {answer}")
 
     def do_before(self, act):

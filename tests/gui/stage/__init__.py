@@ -17,11 +17,11 @@ from .screen import Screen
 from .servers import Stage
 from .settings import registry
 from .snapshot import take_snapshot
-from .testcase import StageTestCase
+from .testcase import StageTestCase, own_process_only
 from .wait import Gone, StageError, scaled, wait_until
 
 __all__ = ["BUFFER_TOO_SMALL", "CANCELLED", "FAILED", "NOT_SUPPORTED", "OK", "Call", "Events",
            "Gone", "Host", "HostError", "Key", "Letters", "Node", "Press", "ProgramTestCase",
            "Screen", "Stage", "StageError", "StageTestCase", "WAYS_OUT", "folder_with",
-           "library_path", "make_locales", "policy", "registry", "require_private_mounts", "scaled",
-           "take_snapshot", "wait_until"]
+           "library_path", "make_locales", "own_process_only", "policy", "registry",
+           "require_private_mounts", "scaled", "take_snapshot", "wait_until"]

@@ -12,6 +12,11 @@ from .wait import Gone, StageError, scaled, wait_until
 LEAST_LIMIT = 2
 
 
+def own_process_only(reason):
+    """Marks what is not to be run with every window in a helper process (ZELDLG_PROCESS=helper)."""
+    return unittest.skipIf(os.environ.get("ZELDLG_PROCESS") == "helper", reason)
+
+
 class StageTestCase(unittest.TestCase):
     """A test with `self.screen`; hosts that it starts are ended with it and checked for faults.
 

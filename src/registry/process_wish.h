@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-namespace zeldlg {
+namespace zeldlg::registry {
 
 enum class ProcessWish {
     Auto,    ///< The host's, unless that cannot or must not.
@@ -25,4 +25,4 @@ ProcessWish WishForProcess();
 /// Instead of what is read: the helper is not to have a helper.
 void KeepProcessWish(ProcessWish wish);
 
-}  // namespace zeldlg
+}  // namespace zeldlg::registry

@@ -1,13 +1,14 @@
-#include "runtime/process_wish.h"
+#include "registry/process_wish.h"
 
 #include <atomic>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "platform/utf8.h"
 #include "registry/settings.h"
 
-namespace zeldlg {
+namespace zeldlg::registry {
 
 namespace {
 
@@ -21,7 +22,7 @@ ProcessWish ReadWish() {
             return *wish;
         }
     }
-    const auto word = registry::ReadString(registry::kSettingsKey, kProcessValue);
+    const auto word = ReadString(kSettingsKey, kProcessValue);
     return ProcessWishOf(platform::EncodeUtf8(word.value_or(std::wstring())))
         .value_or(ProcessWish::Auto);
 }
@@ -50,4 +51,4 @@ ProcessWish WishForProcess() {
 
 void KeepProcessWish(ProcessWish wish) { g_kept = static_cast<int>(wish); }
 
-}  // namespace zeldlg
+}  // namespace zeldlg::registry
