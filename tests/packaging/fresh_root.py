@@ -13,8 +13,6 @@ import sys
 NOT_COMPARED = ("dev", "proc", "tmp", "var/cache/ldconfig", "var/lib/dpkg", "var/log")
 ENVIRONMENT = {"PATH": "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin",
                "LANG": "C.UTF-8", "DEBIAN_FRONTEND": "noninteractive"}
-# No services are started in there.
-POLICY = "#!/bin/sh\nexit 101\n"
 
 
 def say(text):
@@ -29,14 +27,6 @@ def run(*command, **options):
         raise AssertionError(f"{' '.join(command)}: exit code {result.returncode}\n"
                              + result.stdout)
     return result.stdout
-
-
-def mirror():
-    """Where this machine has its own packages from."""
-    places = run("apt-get", "indextargets", "--format", "$(REPO_URI)", "Origin: Debian",
-                 "Created-By: Packages").splitlines()
-    return next((place for place in places if "security" not in place),
-                "http://deb.debian.org/debian")
 
 
 class FreshRoot:
@@ -59,22 +49,13 @@ class FreshRoot:
             self._unpack(archive)
             self._mount()
         else:
-            self._make_base(os.path.join(cache, f"base-{suite}.tar.zst"))
+            base = os.path.join(cache, f"base-{suite}.tar.zst")
+            run(os.path.join(os.path.dirname(os.path.abspath(__file__)), "make_base"), suite, base)
+            self._unpack(base)
             self._mount()
             self._add(wanted)
             self._forget_others(cache, f"{name}-{suite}")
             self._pack(archive)
-
-    def _make_base(self, archive):
-        if os.path.exists(archive):
-            say("unpacking the minimal system")
-            self._unpack(archive)
-            return
-        say("downloading a minimal system")
-        run("debootstrap", "--variant=minbase", self.suite, self.path, mirror())
-        self._write("usr/sbin/policy-rc.d", POLICY, 0o755)
-        self._write("etc/dpkg/dpkg.cfg.d/quick", "force-unsafe-io\n", 0o644)
-        self._pack(archive)
 
     def _write(self, name, text, mode):
         path = os.path.join(self.path, name)

@@ -58,7 +58,7 @@ constexpr size_t kStackSize = size_t{64} << 10;
 #define ZELDLG_BARE __attribute__((no_sanitize("address", "thread", "undefined")))
 
 ZELDLG_BARE void SetDefaultSignals() {
-    struct sigaction action {};
+    struct sigaction action = {};
     action.sa_handler = SIG_DFL;
     for (int number = 1; number < NSIG; ++number) {
         sigaction(number, &action, nullptr);
