@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -59,6 +60,7 @@ int main() {
         return EXIT_FAILURE;
     }
     fcntl(kHelperSocket, F_SETFD, FD_CLOEXEC);
+    signal(SIGPIPE, SIG_IGN);  // nobody may read the host's standard error any more
     zeldlg::registry::KeepProcessWish(zeldlg::registry::ProcessWish::Own);
     try {
         std::thread(EndWithHost, host).detach();

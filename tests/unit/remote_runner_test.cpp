@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -44,14 +45,17 @@ public:
             script(socket);
             close(socket);
         });
-        return ends[0];
+        return m_socket = ends[0];
     }
+    // The newest connection.
+    int Socket() const { return m_socket; }
     size_t Started() const { return m_started; }
 
 private:
     std::vector<Script> m_scripts;
     std::vector<std::thread> m_threads;
     size_t m_started = 0;
+    int m_socket = -1;
 };
 
 // A request whose answer is one number.
@@ -188,6 +192,23 @@ TEST_F(RemoteRunnerTest, WhatIsNoAnswerEndsTheConnection) {
         EXPECT_EQ(helpers->Started(), static_cast<size_t>(i));
     }
     EXPECT_TRUE(Ask());
+}
+
+TEST_F(RemoteRunnerTest, AnotherFileInThePlaceOfTheConnectionIsLeftAlone) {
+    Use({AnswerUntilFinish, AnswerUntilFinish});
+    ASSERT_TRUE(Ask());
+    const int place = helpers->Socket();
+    std::array<int, 2> ends{};
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
+    ASSERT_EQ(dup2(ends[0], place), place);  // as a host does that closes and opens descriptors
+    EXPECT_TRUE(Ask());
+    EXPECT_EQ(helpers->Started(), 2U);
+    char byte = 0;
+    EXPECT_EQ(recv(ends[1], &byte, 1, MSG_DONTWAIT), -1);
+    EXPECT_EQ(errno, EAGAIN);
+    for (const int each : {place, ends[0], ends[1]}) {
+        EXPECT_EQ(close(each), 0);
+    }
 }
 
 TEST_F(RemoteRunnerTest, ARequestThatCannotTravelIsNotSent) {

@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -33,6 +34,12 @@ bool HasEnded(int socket) {
     while ((ready = poll(&connection, 1, 0)) < 0 && errno == EINTR) {
     }
     return ready != 0;
+}
+
+// Of the file behind a descriptor; 0 when there is none.
+ino_t NumberOf(int descriptor) {
+    struct stat file {};
+    return fstat(descriptor, &file) == 0 ? file.st_ino : 0;
 }
 
 }  // namespace
@@ -139,11 +146,12 @@ Frame RemoteRunner::Exchange(const WireBytes& request) {
 }
 
 bool RemoteRunner::Connect() {
-    if (m_socket >= 0 && HasEnded(m_socket)) {
+    if (m_socket >= 0 && (!IsOurs() || HasEnded(m_socket))) {
         Disconnect();
     }
     if (m_socket < 0) {
         m_socket = m_startHelper();
+        m_socketNumber = NumberOf(m_socket);
     }
     m_isStarted = m_socket >= 0;
     return m_isStarted;
@@ -151,8 +159,10 @@ bool RemoteRunner::Connect() {
 
 // A child that was forked meanwhile may still have the socket.
 void RemoteRunner::Disconnect() {
-    shutdown(m_socket, SHUT_RDWR);
-    close(m_socket);
+    if (IsOurs()) {
+        shutdown(m_socket, SHUT_RDWR);
+        close(m_socket);
+    }
     m_socket = -1;
     m_isStarted = false;
 }
@@ -161,6 +171,8 @@ uint64_t RemoteRunner::Waiting() {
     const std::lock_guard lock(m_mutex);
     return m_numbers == m_turn ? 0 : m_numbers - m_turn - 1;
 }
+
+bool RemoteRunner::IsOurs() const { return NumberOf(m_socket) == m_socketNumber; }
 
 bool RemoteRunner::Stop() {
     {
@@ -172,7 +184,7 @@ bool RemoteRunner::Stop() {
         return true;
     }
     try {
-        if (SendFrame(m_socket, FrameKind::Finish)) {
+        if (IsOurs() && SendFrame(m_socket, FrameKind::Finish)) {
             ReceiveFrame(m_socket);
         }
     } catch (const WireError&) {  // it ends all the same

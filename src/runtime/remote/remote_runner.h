@@ -1,6 +1,8 @@
 // Has requests served by a helper process.
 #pragma once
 
+#include <sys/types.h>
+
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
@@ -40,6 +42,7 @@ private:
 
     bool Connect();
     void Disconnect();
+    bool IsOurs() const;
     Frame Exchange(const WireBytes& request);
     void ReadAnswer(const CMessage& message, const WireBytes& bytes);
 
@@ -54,7 +57,9 @@ private:
     uint64_t m_turn = 0;
     uint64_t m_refusedBelow = 0;
 
-    int m_socket = -1;  // of who has the turn
+    // Of who has the turn. A host that closes all descriptors may have another file there later.
+    int m_socket = -1;
+    ino_t m_socketNumber = 0;
 };
 
 }  // namespace zeldlg::remote
