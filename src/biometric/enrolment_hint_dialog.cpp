@@ -57,7 +57,7 @@ void CEnrolmentHintDialog::AddCheckBox(wxSizer* rows) {
 
 void CEnrolmentHintDialog::AddOkButton(wxSizer* rows) {
     auto* const button = new Button(this, wxID_OK, Translate("OK"));
-    button->SetDefault();
+    MakeDefault(*button);
     button->SetFocus();
     rows->Add(button, wxSizerFlags().CentreHorizontal().Border(wxALL, kButtonBorder));
 }

@@ -1,6 +1,5 @@
 #include "biometric/super_token_notification_dialog.h"
 
-#include <gtk/gtk.h>
 #include <wx/statbmp.h>
 
 #include <algorithm>
@@ -22,18 +21,6 @@ wxFont HeadlineFont(wxFont font) {
     font.SetPointSize(std::max(font.GetPointSize(), kHeadlinePointSize));
     font.SetWeight(wxFONTWEIGHT_BOLD);
     return font;
-}
-
-// Shows the beginning of a label, so many bytes of UTF-8, in the font of headlines.
-void MarkHeadline(const wxStaticText& label, size_t bytes, const wxFont& font) {
-    PangoAttrList* const attributes = pango_attr_list_new();
-    for (PangoAttribute* const each : {pango_attr_weight_new(PANGO_WEIGHT_BOLD),
-                                       pango_attr_size_new(font.GetPointSize() * PANGO_SCALE)}) {
-        each->end_index = static_cast<guint>(bytes);
-        pango_attr_list_insert(attributes, each);
-    }
-    gtk_label_set_attributes(GTK_LABEL(label.GetHandle()), attributes);
-    pango_attr_list_unref(attributes);
 }
 
 const char* MainText(NotificationMode mode) {
@@ -92,8 +79,8 @@ void CSuperTokenNotificationDialog::AddTexts(wxSizer* rows, const NotificationTe
     const wxString headline =
         layout::WrapText(*this, font, texts.headline, layout::TextWidth(*this));
     wxStaticText* const main = NewCentredText(wxEmptyString);
-    MarkHeadline(*main, ToUtf8(headline).size(), font);
     main->SetLabelText(headline + layout::WrapText(*this, texts.explanation));
+    layout::MarkBeginning(*main, ToUtf8(headline).size(), font);
     SetAccessibleName(*main, texts.headline + texts.explanation);
     wxStaticText* const instruction = NewCentredText(layout::WrapText(*this, texts.instruction));
     SetAccessibleName(*instruction, texts.instruction);

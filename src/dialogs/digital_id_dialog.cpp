@@ -86,7 +86,7 @@ void CDigitalIDSelectionDialog::AddDirectory(wxSizer* rows) {
     rows->Add(layout::NewText(this, Translate("This computer is a member of the "
                                               "following Active Directory:")),
               Bordered());
-    rows->Add(layout::NewHeading(this, m_prompt.directory, kDirectoryLines), Bordered());
+    rows->Add(layout::NewLimitedText(this, m_prompt.directory, kDirectoryLines), Bordered());
     auto* const grid = new wxFlexGridSizer(2, 0, 0);
     grid->AddGrowableCol(1);
     m_userName = AddDetail(grid, Translate("User Principal Name (UPN)"));

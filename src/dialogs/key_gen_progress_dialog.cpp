@@ -53,6 +53,7 @@ CKeyGenProgressDialog::CKeyGenProgressDialog(wxWindow* parent)
     layout::FitScreen(*this, *rows);
     rows->Fit(this);
     DescribeWindow(*this, WindowRole::Dialog);
+    SetWindowIcon(*this, "dialog-password");
     CentreAtPointer(*this);
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowNextPicture(); });
     m_timer.Start(KeyGenAnimation::kTickMilliseconds);

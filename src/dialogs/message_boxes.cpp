@@ -8,9 +8,10 @@ namespace zeldlg {
 
 namespace {
 
-bool ShowBox(wxWindow* parent, const char* caption, const wxString& text, long style) {
-    return MakeWindow<CMessageDialog>(parent, Translate(caption), text, style, 0)->ShowModal() ==
-           wxID_OK;
+bool ShowBox(wxWindow* parent, const char* caption, const wxString& text, long style,
+             Emphasis emphasis = Emphasis::Suggested) {
+    return MakeWindow<CMessageDialog>(parent, Translate(caption), text, style, 0, emphasis)
+               ->ShowModal() == wxID_OK;
 }
 
 struct Row {
@@ -46,8 +47,8 @@ void ShowInformationBox(wxWindow* parent, const wxString& text) {
     ShowBox(parent, CATALOGUE_KEY("Information"), text, wxICON_INFORMATION);
 }
 
-bool ShowQuestionBox(wxWindow* parent, const wxString& text) {
-    return ShowBox(parent, CATALOGUE_KEY("Question"), text, wxICON_QUESTION);
+bool ShowQuestionBox(wxWindow* parent, const wxString& text, Emphasis emphasis) {
+    return ShowBox(parent, CATALOGUE_KEY("Question"), text, wxICON_QUESTION, emphasis);
 }
 
 void ShowTokenLockedBox(wxWindow* parent, const wxString& label) {

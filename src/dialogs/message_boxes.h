@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#include "widgets/button.h"
+
 namespace zeldlg {
 
 // `parent` may be null. Texts are shown as they are; the caller has translated them.
@@ -15,7 +17,8 @@ void ShowWarningBox(wxWindow* parent, const wxString& text);
 void ShowErrorBox(wxWindow* parent, const wxString& text);
 void ShowInformationBox(wxWindow* parent, const wxString& text);
 /// @return Whether the answer was Yes.
-bool ShowQuestionBox(wxWindow* parent, const wxString& text);
+bool ShowQuestionBox(wxWindow* parent, const wxString& text,
+                     Emphasis emphasis = Emphasis::Suggested);
 
 void ShowTokenLockedBox(wxWindow* parent, const wxString& label);
 

@@ -1,7 +1,6 @@
 #include "dialogs/message_dialog.h"
 
 #include <gtk/gtk.h>
-#include <wx/artprov.h>
 #include <wx/defs.h>
 #include <wx/settings.h>
 #include <wx/statbmp.h>
@@ -10,6 +9,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "resources/pictures.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
 #include "widgets/button.h"
@@ -60,6 +60,8 @@ MessageButtons MessageButtonsOf(long style) {
 
 namespace {
 
+constexpr int kMinWidth = 320;
+constexpr int kIconSize = 48;
 constexpr int kBorder = 20;
 constexpr int kButtonRowBorder = 15;
 constexpr int kButtonBorder = 5;
@@ -70,16 +72,16 @@ constexpr int64_t kWidestCount = -9999;
 
 struct IconLook {
     MessageIcon icon;
-    const char* art;
     const char* name;
+    const char* themeIcon;  // also that of the window
 };
 
 const IconLook& LookOf(MessageIcon icon) {
     static constexpr IconLook kLooks[] = {
-        {MessageIcon::Information, wxART_INFORMATION, CATALOGUE_KEY("Information")},
-        {MessageIcon::Warning, wxART_WARNING, CATALOGUE_KEY("Warning")},
-        {MessageIcon::Error, wxART_ERROR, CATALOGUE_KEY("Error")},
-        {MessageIcon::Question, wxART_QUESTION, CATALOGUE_KEY("Question")},
+        {MessageIcon::Information, CATALOGUE_KEY("Information"), "dialog-information"},
+        {MessageIcon::Warning, CATALOGUE_KEY("Warning"), "dialog-warning"},
+        {MessageIcon::Error, CATALOGUE_KEY("Error"), "dialog-error"},
+        {MessageIcon::Question, CATALOGUE_KEY("Question"), "dialog-question"},
     };
     return *std::find_if(std::begin(kLooks), std::end(kLooks),
                          [icon](const IconLook& look) { return look.icon == icon; });
@@ -87,8 +89,7 @@ const IconLook& LookOf(MessageIcon icon) {
 
 wxStaticBitmap* NewIcon(wxWindow* parent, long style) {
     const IconLook& look = LookOf(MessageIconOf(style));
-    auto* const icon =
-        new wxStaticBitmap(parent, wxID_ANY, wxArtProvider::GetBitmapBundle(look.art, wxART_OTHER));
+    auto* const icon = new wxStaticBitmap(parent, wxID_ANY, ThemeIcon(look.themeIcon, kIconSize));
     icon->SetBackgroundColour(parent->GetBackgroundColour());
     SetAccessibleName(*icon, Translate(look.name));
     return icon;
@@ -99,10 +100,11 @@ wxString YesLabel(int64_t seconds) { return FormatTranslated("&Yes (%ds)", Shown
 }  // namespace
 
 CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const wxString& message,
-                               long style, int64_t countDownSeconds)
+                               long style, int64_t countDownSeconds, Emphasis emphasis)
     : wxDialog(parent, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, StyleForParent(parent)),
       m_timer(this),
-      m_remainingSeconds(countDownSeconds) {
+      m_remainingSeconds(countDownSeconds),
+      m_emphasis(emphasis) {
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(NewMessageRow(message, style), wxSizerFlags().CentreHorizontal());
     AddButtons(*rows, style);
@@ -113,14 +115,30 @@ CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const 
     }
 }
 
+namespace {
+
+// The first line is what it is about: it is bold.
+void ShowMessage(wxStaticText& label, const wxString& message, int width) {
+    const size_t end = std::min(message.find('\n'), message.length());
+    const wxFont bold = label.GetFont().Bold();
+    const wxString first = layout::WrapText(label, bold, message.Left(end), width);
+    const wxString shown = first + layout::WrapText(label, message.Mid(end), width);
+    label.SetLabelText(shown);
+    layout::MarkBeginning(label, ToUtf8(first).size(), bold);
+    if (shown != message) {
+        SetAccessibleName(label, message);
+    }
+}
+
+}  // namespace
+
 wxSizer* CMessageDialog::NewMessageRow(const wxString& message, long style) {
+    m_windowIcon = LookOf(MessageIconOf(style)).themeIcon;
     wxStaticBitmap* const icon = NewIcon(this, style);
-    auto* const text = new wxStaticText(this, wxID_ANY, wxControl::EscapeMnemonics(message));
+    auto* const text = new wxStaticText(this, wxID_ANY, wxEmptyString);
     const int room = layout::RoomForContent(*this).x - icon->GetBestSize().x - 3 * kBorder -
                      wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this);
-    if (text->GetBestSize().x > room) {
-        layout::ShowWrapped(*text, message, room);
-    }
+    ShowMessage(*text, message, room);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(icon, wxSizerFlags().Border(wxTOP | wxBOTTOM | wxLEFT, kBorder));
     row->Add(text, wxSizerFlags().CentreVertical().Border(wxALL, kBorder));
@@ -170,17 +188,19 @@ wxButton* CMessageDialog::NewYesButton() {
 
 void CMessageDialog::MakeDefault(wxButton* button) {
     m_defaultButton = button;
-    button->SetDefault();
+    zeldlg::MakeDefault(*button, m_emphasis);
 }
 
 void CMessageDialog::FinishLayout(wxSizer* rows) {
     layout::AlignLabels(*this);
     SetSizer(rows);
+    rows->SetMinSize(kMinWidth, wxDefaultCoord);
     layout::FitScreen(*this, *rows);
     rows->Fit(this);
     SetMinSize(GetSize());
     SetMaxSize(GetSize());
     DescribeWindow(*this, WindowRole::Alert);
+    SetWindowIcon(*this, m_windowIcon);
     Layout();
     CentreAtPointer(*this);
     m_defaultButton->SetFocus();

@@ -9,6 +9,8 @@
 
 #include <cstdint>
 
+#include "widgets/button.h"
+
 namespace zeldlg {
 
 // What the toolkit's message-box flags stand for.
@@ -28,8 +30,9 @@ public:
     ///        for it.
     /// @param style The toolkit's message-box flags.
     /// @param countDownSeconds 0 for none; ignored without Yes and No.
+    /// @param emphasis How the default button stands out.
     CMessageDialog(wxWindow* parent, const wxString& caption, const wxString& message, long style,
-                   int64_t countDownSeconds);
+                   int64_t countDownSeconds, Emphasis emphasis = Emphasis::Suggested);
 
 private:
     wxSizer* NewMessageRow(const wxString& message, long style);
@@ -45,6 +48,8 @@ private:
 
     wxTimer m_timer;
     int64_t m_remainingSeconds;
+    Emphasis m_emphasis;
+    const char* m_windowIcon = nullptr;
     wxButton* m_defaultButton = nullptr;
 };
 

@@ -24,7 +24,7 @@ CTokenDialog::CTokenDialog(wxWindow* parent)
     m_list = new ChoiceList(this, *label);
     m_list->LetSearch();
     m_okButton = new Button(this, wxID_OK, Translate("OK"));
-    m_okButton->SetDefault();
+    MakeDefault(*m_okButton);
     m_okButton->Disable();
     m_rows = new wxBoxSizer(wxVERTICAL);
     const wxSizerFlags each = wxSizerFlags().CentreHorizontal().Border(wxALL, kBorder);
@@ -51,6 +51,7 @@ void CTokenDialog::FinishLayout() {
     layout::FitScreen(*this, *m_rows);
     GetSizer()->SetSizeHints(this);
     DescribeWindow(*this, WindowRole::Dialog);
+    SetWindowIcon(*this, "dialog-password");
     CentreAtPointer(*this);
     m_list->SetFocus();
 }

@@ -120,9 +120,10 @@ platform::SecretBytes CUnlockWithCRDialog::NewPin() const {
 
 void CUnlockWithCRDialog::AddHeading() {
     const wxString text = FormatHostTexts("Unlocking the PIN for \"%s\":", m_prompt.tokenLabel);
+    const wxFont font = layout::HeadingFont(*this);
     const layout::ElidedText elided =
-        layout::ElideText(*this, text, kHeadingLines, layout::TextWidth(*this));
-    auto* const heading = new CTextPanel(this, elided.shown, GetFont());
+        layout::ElideText(*this, font, text, kHeadingLines, layout::TextWidth(*this));
+    auto* const heading = new CTextPanel(this, elided.shown, font);
     if (elided.isCut) {
         layout::TellWhole(*heading, text);
     }
@@ -157,7 +158,7 @@ void CUnlockWithCRDialog::AddChallenge() {
 void CUnlockWithCRDialog::AddSerialNumber() {
     wxStaticText* const label = NewLabel(kLabels[Label::SerialNumber]);
     wxStaticText* const number =
-        layout::NewHeading(this, m_prompt.serialNumber, kSerialNumberLines);
+        layout::NewLimitedText(this, m_prompt.serialNumber, kSerialNumberLines);
     SetCaptionFor(*label, *number);
     AddRow(label, number);
 }

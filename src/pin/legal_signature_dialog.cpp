@@ -2,6 +2,8 @@
 
 #include <wx/statbmp.h>
 
+#include <algorithm>
+
 #include "resources/pictures.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
@@ -14,17 +16,19 @@ namespace {
 // The picture leaves less room than there is for the heading of the PIN dialog.
 constexpr size_t kHeadingLines = 4;
 
-// Pixels, so that the notice widens neither the picture nor the PIN row that it stands at.
-constexpr int kNoticeWidth = 300;
+// Pixels, so that the notice widens neither the picture nor the PIN row that it stands at; where
+// the font is large it has a share of what other texts have.
+constexpr int kLeastNoticeWidth = 300;
+constexpr double kNoticeShare = 0.75;
 
 }  // namespace
 
 wxStaticText* NewLegalNotice(wxWindow* parent) {
     auto* const notice = new wxStaticText(parent, wxID_ANY, wxEmptyString);
     notice->SetFont(parent->GetFont().Bold());
-    layout::ShowWrapped(*notice,
-                        Translate("You are about to create a legally binding digital signature!"),
-                        kNoticeWidth);
+    layout::ShowWrapped(
+        *notice, Translate("You are about to create a legally binding digital signature!"),
+        std::max(kLeastNoticeWidth, static_cast<int>(kNoticeShare * layout::TextWidth(*parent))));
     layout::ReserveRoom(*notice);
     return notice;
 }

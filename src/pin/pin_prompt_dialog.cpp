@@ -4,7 +4,7 @@
 #include <wx/statline.h>
 
 #include "resources/texts.h"
-#include "widgets/coloured_text.h"
+#include "widgets/banner.h"
 #include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 #include "widgets/secure_text_control.h"
@@ -50,11 +50,10 @@ void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
     if (lines.failure == nullptr) {
         return;
     }
-    auto* const warnings = new ColouredTexts(
-        this, {layout::WarningColour()}, ColouredTexts::Icon::Warning, layout::TextWidth(*this));
-    m_failureText = warnings->AddText(Translate(lines.failure), layout::WarningColour());
+    auto* const warnings = new Banner(this);
+    m_failureText = warnings->AddText(Translate(lines.failure));
     if (lines.warning != nullptr) {
-        m_warningText = warnings->AddText(WarningText(lines), layout::WarningColour());
+        m_warningText = warnings->AddText(WarningText(lines));
     }
     m_rows->Add(warnings, wxSizerFlags().Expand().Border(wxTOP, layout::kSectionGap));
 }

@@ -20,18 +20,14 @@ namespace {
 
 constexpr long kDialogStyle = wxCAPTION | wxCLOSE_BOX | wxSYSTEM_MENU | wxSTAY_ON_TOP;
 constexpr long kToolTipDelayMs = 257;
-// Room for the explanations: the policed dialog must fit a screen of 768 lines with all else.
-constexpr int kExplanationWidth = 400;
-constexpr int kPolicedMessageWidth = 520;
-constexpr int kPageTextHeight = 150;
-constexpr int kRuleTextHeight = 44;
+// Room for the explanations.
+constexpr int kPageLines = 8;
+constexpr int kRuleLines = 2;
 constexpr size_t kHeadingLines = 4;
 // Some languages take a line more in each text.
 constexpr size_t kPolicedHeadingLines = 2;
 constexpr int kPolicedSectionGap = 8;
 constexpr int kTextPadding = 6;
-
-wxColour ForestGreen() { return {34, 139, 34}; }
 
 constexpr const char* kRequirementsMissing = CATALOGUE_KEY(
     "Warning ! Click on the red ball to check what are the password requirements missing !");
@@ -88,22 +84,15 @@ int CChangePinDialog::SectionGap() const {
     return m_prompt.policed ? kPolicedSectionGap : layout::kSectionGap;
 }
 
-int CChangePinDialog::MessageWidth() const {
-    return m_prompt.policed ? kPolicedMessageWidth : layout::TextWidth(*this);
-}
-
 void CChangePinDialog::AddFailure(const ChangePinAttempts& attempts) {
     const ChangePinFailure failure = DescribeFailure(m_prompt.mode, attempts);
     if (failure.header == nullptr) {
         return;
     }
-    wxStaticText* const header = layout::NewText(this, Translate(failure.header));
-    header->SetFont(header->GetFont().Bold());
-    m_rows->Add(header, wxSizerFlags().Border(wxTOP, SectionGap()));
-    auto* const warning = new ColouredTexts(this, {layout::WarningColour()},
-                                            ColouredTexts::Icon::Warning, MessageWidth());
-    warning->AddText(WarningText(failure), layout::WarningColour());
-    m_rows->Add(warning, wxSizerFlags().Expand().Border(wxTOP, layout::kLineGap));
+    auto* const warnings = new Banner(this);
+    warnings->AddText(Translate(failure.header));
+    warnings->AddText(WarningText(failure));
+    m_rows->Add(warnings, wxSizerFlags().Expand().Border(wxTOP, SectionGap()));
 }
 
 void CChangePinDialog::AddFields() {
@@ -140,7 +129,7 @@ void CChangePinDialog::AddPages() {
 
 // Those of the list that have no ball yet, up to `end`.
 wxSizer* CChangePinDialog::NewChecks(size_t end) {
-    auto* const grid = new wxFlexGridSizer(2, 0, layout::kLineGap);
+    auto* const column = new wxBoxSizer(wxVERTICAL);
     for (size_t place = m_indicators.size(); place < end; ++place) {
         const ChangePinCheck& check = m_checks.List()[place];
         m_indicators.push_back(new Indicator(this, check.title, check.met));
@@ -148,32 +137,30 @@ wxSizer* CChangePinDialog::NewChecks(size_t end) {
             m_chosen = place;
             ShowExplanation();
         });
-        grid->Add(m_indicators.back(), wxSizerFlags().CentreVertical());
-        grid->Add(layout::NewText(this, check.title), wxSizerFlags().CentreVertical());
+        column->Add(m_indicators.back());
     }
-    return grid;
+    return column;
 }
 
 void CChangePinDialog::AddExplanation() {
-    m_explanation = new wxTextCtrl(
-        this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-        wxSize(kExplanationWidth, m_prompt.policed ? kPageTextHeight : kRuleTextHeight),
-        wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
-    layout::PadText(*m_explanation, kTextPadding);
+    const int lines = m_prompt.policed ? kPageLines : kRuleLines;
+    m_explanation =
+        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+                       wxSize(layout::TextWidth(*this), lines * GetCharHeight() + 2 * kTextPadding),
+                       wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
+    if (m_prompt.policed) {
+        layout::PadText(*m_explanation, kTextPadding);
+    } else {
+        layout::LookReadOnly(*m_explanation);
+    }
     SetAccessibleName(*m_explanation, Translate("Explanation"));
     m_pageArea->Add(m_explanation, wxSizerFlags(1).Expand());
 }
 
 // Both texts find their room from the start: the window must not jump while somebody types.
 void CChangePinDialog::AddSummary() {
-    m_summaryBox = new ColouredTexts(this, {layout::WarningColour(), ForestGreen()},
-                                     ColouredTexts::Icon::None, MessageWidth());
-    m_summary = m_summaryBox->AddText(Translate(kRequirementsMissing), layout::WarningColour());
-    wxSize room = m_summary->GetMinSize();
-    m_summaryBox->ChangeText(*m_summary, Translate(kRequirementsMet), ForestGreen());
-    layout::ReserveRoom(*m_summary);
-    room.IncTo(m_summary->GetMinSize());
-    m_summary->SetMinSize(room);
+    m_summaryBox = new Banner(this);
+    m_summary = m_summaryBox->AddText(Translate(kRequirementsMissing), Translate(kRequirementsMet));
     m_rows->Add(m_summaryBox, wxSizerFlags().Expand().Border(wxTOP, SectionGap()));
 }
 
@@ -200,7 +187,7 @@ void CChangePinDialog::ShowSummary(bool allMet) {
     m_shownSummary = allMet;
     m_summaryBox->ChangeText(*m_summary,
                              Translate(allMet ? kRequirementsMet : kRequirementsMissing),
-                             allMet ? ForestGreen() : layout::WarningColour());
+                             allMet ? Banner::Mood::Reassurance : Banner::Mood::Warning);
     m_okButton->Enable(allMet);
     if (allMet) {
         Announce(*m_summary, Translate(kRequirementsMet));

@@ -12,7 +12,7 @@
 
 #include "policy/change_pin_checks.h"
 #include "policy/change_pin_mode.h"
-#include "widgets/coloured_text.h"
+#include "widgets/banner.h"
 #include "widgets/pin_field.h"
 #include "widgets/rule_marks.h"
 
@@ -40,7 +40,6 @@ public:
 
 private:
     int SectionGap() const;
-    int MessageWidth() const;
     void AddHeading(const wxString& tokenLabel);
     void AddFailure(const ChangePinAttempts& attempts);
     void AddFields();
@@ -67,7 +66,7 @@ private:
     PinField* m_newField = nullptr;
     PinField* m_confirmField = nullptr;
     wxTextCtrl* m_explanation = nullptr;
-    ColouredTexts* m_summaryBox = nullptr;
+    Banner* m_summaryBox = nullptr;
     wxStaticText* m_summary = nullptr;
     wxButton* m_okButton = nullptr;
     std::vector<Indicator*> m_indicators;  // of the checks

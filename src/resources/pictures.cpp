@@ -1,5 +1,6 @@
 #include "resources/pictures.h"
 
+#include <gtk/gtk.h>
 #include <wx/image.h>
 #include <wx/mstream.h>
 
@@ -76,6 +77,34 @@ private:
 wxBitmapBundle BundleOf(Picture picture) {
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): counted, and the bundle's from here
     return wxBitmapBundle::FromImpl(new TwoForms(kFiles[static_cast<size_t>(picture)]));
+}
+
+namespace {
+
+class NamedIcon : public wxBitmapBundleImpl {
+public:
+    NamedIcon(const char* name, int size) : m_name(name), m_size(size, size) {}
+
+    wxSize GetDefaultSize() const override { return m_size; }
+
+    wxSize GetPreferredBitmapSizeAtScale(double scale) const override { return m_size * scale; }
+
+    wxBitmap GetBitmap(const wxSize& size) override {
+        GdkPixbuf* const loaded = gtk_icon_theme_load_icon(
+            gtk_icon_theme_get_default(), m_name, size.x, GTK_ICON_LOOKUP_FORCE_SIZE, nullptr);
+        return loaded != nullptr ? wxBitmap(loaded) : wxBitmap(size);
+    }
+
+private:
+    const char* m_name;
+    wxSize m_size;
+};
+
+}  // namespace
+
+wxBitmapBundle ThemeIcon(const char* name, int size) {
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): counted, and the bundle's from here
+    return wxBitmapBundle::FromImpl(new NamedIcon(name, size));
 }
 
 }  // namespace zeldlg

@@ -10,4 +10,8 @@ namespace zeldlg {
 
 wxBitmapBundle BundleOf(Picture picture);
 
+/// An icon of the desktop's theme by its name, so many pixels wide and high at every scale. (The
+/// toolkit's own is smaller where the theme has no file of just that size.)
+wxBitmapBundle ThemeIcon(const char* name, int size);
+
 }  // namespace zeldlg

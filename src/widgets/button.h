@@ -14,4 +14,10 @@ public:
     void SetLabel(const wxString& label) override;
 };
 
+/// What the theme has for a button that stands out.
+enum class Emphasis { Suggested, Destructive };
+
+/// Makes it the one that Enter presses, and has it stand out.
+void MakeDefault(wxButton& button, Emphasis emphasis = Emphasis::Suggested);
+
 }  // namespace zeldlg

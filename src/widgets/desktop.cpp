@@ -95,6 +95,10 @@ void CentreAtPointer(wxTopLevelWindow& window) {
     window.Move(window.GetRect().CentreIn(RoomAtPointer()).GetPosition());
 }
 
+void SetWindowIcon(wxTopLevelWindow& window, const char* name) {
+    gtk_window_set_icon_name(GTK_WINDOW(window.GetHandle()), name);
+}
+
 void LeaveKeyboard(wxTopLevelWindow& window) {
     GtkWindow* const native = GTK_WINDOW(window.GetHandle());
     if (XDisplay() != nullptr) {

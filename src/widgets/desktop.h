@@ -29,6 +29,9 @@ wxRect RoomAtPointer();
 /// Puts a window that is not shown yet into the middle of that. On Wayland the desktop decides.
 void CentreAtPointer(wxTopLevelWindow& window);
 
+/// The icon that task bars show, by its name in the icon theme.
+void SetWindowIcon(wxTopLevelWindow& window, const char* name);
+
 /// Opens the window without the keyboard: the user goes on typing where he was. Where the desktop
 /// gives it the keyboard all the same (Wayland), no control has it.
 void LeaveKeyboard(wxTopLevelWindow& window);

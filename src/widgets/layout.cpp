@@ -5,6 +5,7 @@
 #include <wx/dcclient.h>
 #include <wx/fontutil.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -40,6 +41,8 @@ wxString DirectionMark(const wxWindow& window, const PangoLayoutLine& line, cons
 
 constexpr int kTextLetters = 58;
 constexpr size_t kAllLines = std::numeric_limits<size_t>::max();
+constexpr size_t kWholeText = std::numeric_limits<size_t>::max();
+constexpr float kHeadingScale = 1.2F;
 constexpr size_t kFewestHeadingLines = 2;
 
 }  // namespace
@@ -91,11 +94,15 @@ wxString WrapText(wxWindow& window, const wxFont& font, const wxString& text, in
 }
 
 // Most texts fit one line, and the label has measured itself anyway.
-TextLabel::TextLabel(wxWindow* parent, const wxString& text, size_t maxLines)
+TextLabel::TextLabel(wxWindow* parent, const wxString& text, size_t maxLines, Look look)
     : wxStaticText(parent, wxID_ANY, wxControl::EscapeMnemonics(text)),
       m_text(text),
+      m_font(look == Look::Heading ? HeadingFont(*parent) : parent->GetFont()),
       m_maxLines(maxLines),
       m_width(TextWidth(*parent)) {
+    if (look == Look::Heading) {
+        MarkBeginning(*this, kWholeText, m_font);
+    }
     if (text.find('\n') != wxString::npos || GetBestSize().x > m_width) {
         ShowWrapped();
     }
@@ -118,7 +125,7 @@ bool TextLabel::DropLine() {
 }
 
 void TextLabel::ShowWrapped() {
-    const ElidedText elided = ElideText(*this, m_text, m_maxLines, m_width);
+    const ElidedText elided = ElideText(*this, m_font, m_text, m_maxLines, m_width);
     m_lines = elided.lines;
     SetLabelText(elided.shown);
     if (elided.isCut) {
@@ -130,11 +137,33 @@ void TextLabel::ShowWrapped() {
 }
 
 TextLabel* NewText(wxWindow* parent, const wxString& text) {
-    return new TextLabel(parent, text, kAllLines);
+    return new TextLabel(parent, text, kAllLines, TextLabel::Look::Plain);
+}
+
+TextLabel* NewLimitedText(wxWindow* parent, const wxString& text, size_t maxLines) {
+    return new TextLabel(parent, text, maxLines, TextLabel::Look::Plain);
 }
 
 TextLabel* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines) {
-    return new TextLabel(parent, text, maxLines);
+    return new TextLabel(parent, text, maxLines, TextLabel::Look::Heading);
+}
+
+wxFont HeadingFont(const wxWindow& window) { return window.GetFont().Bold().Scaled(kHeadingScale); }
+
+// The font of the label itself would count only once the window is shown.
+void MarkBeginning(wxStaticText& label, size_t bytes, const wxFont& font) {
+    const auto size = static_cast<int>(font.GetFractionalPointSize() * PANGO_SCALE);
+    PangoAttrList* const attributes = pango_attr_list_new();
+    for (PangoAttribute* const each :
+         {pango_attr_weight_new(PANGO_WEIGHT_BOLD), pango_attr_size_new(size)}) {
+        each->end_index = static_cast<guint>(std::min<size_t>(bytes, PANGO_ATTR_INDEX_TO_TEXT_END));
+        pango_attr_list_insert(attributes, each);
+    }
+    gtk_label_set_attributes(GTK_LABEL(label.GetHandle()), attributes);
+    pango_attr_list_unref(attributes);
+    label.InvalidateBestSize();
+    label.SetMinSize(wxDefaultSize);
+    label.SetSize(label.GetBestSize());
 }
 
 void ShowWrapped(wxStaticText& label, const wxString& text, int width) {
@@ -151,8 +180,9 @@ wxCheckBox* NewCheckBox(wxWindow* parent, wxWindowID id, const wxString& text) {
     return box;
 }
 
-ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines, int width) {
-    const wxString wrapped = WrapText(window, text, width);
+ElidedText ElideText(wxWindow& window, const wxFont& font, const wxString& text, size_t maxLines,
+                     int width) {
+    const wxString wrapped = WrapText(window, font, text, width);
     const wxArrayString lines = wxSplit(wrapped, '\n', '\0');
     if (lines.size() <= maxLines) {
         return {wrapped, lines.size(), false};
@@ -206,10 +236,15 @@ void PadText(const wxTextCtrl& field, int pixels) {
     gtk_text_view_set_bottom_margin(view, pixels);
 }
 
+void LookReadOnly(wxTextCtrl& field) {
+    field.SetBackgroundColour(field.GetParent()->GetBackgroundColour());
+    gtk_scrolled_window_set_shadow_type(GTK_SCROLLED_WINDOW(field.GetHandle()), GTK_SHADOW_NONE);
+}
+
 ButtonRow AddButtonRow(wxWindow* parent, wxSizer* sizer, const wxString& okLabel) {
     const ButtonRow buttons{new Button(parent, wxID_OK, okLabel),
                             new Button(parent, wxID_CANCEL, Translate("Cancel"))};
-    buttons.ok->SetDefault();
+    MakeDefault(*buttons.ok);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(buttons.ok);
     row->AddSpacer(kSectionGap);
@@ -227,6 +262,7 @@ void Finish(wxTopLevelWindow& window, wxSizer* content) {
     FitScreen(window, *content);
     margin->SetSizeHints(&window);
     DescribeWindow(window, WindowRole::Dialog);
+    SetWindowIcon(window, "dialog-password");
     window.Layout();
     CentreAtPointer(window);
 }

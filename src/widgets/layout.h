@@ -3,7 +3,6 @@
 
 #include <wx/button.h>
 #include <wx/checkbox.h>
-#include <wx/colour.h>
 #include <wx/font.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
@@ -25,9 +24,6 @@ inline constexpr int kMinContentWidth = 280;
 /// 58 average letters take in the window's font.
 int TextWidth(const wxWindow& window);
 
-/// The colour of warnings; see ColouredTexts.
-inline wxColour WarningColour() { return {255, 0, 0, 255}; }
-
 /// The text with line breaks where it would be wider than `width` pixels, or TextWidth(), in the
 /// window's font; a word that is wider than that is broken as well.
 wxString WrapText(wxWindow& window, const wxString& text);
@@ -41,7 +37,8 @@ struct ElidedText {
     size_t lines;
     bool isCut;
 };
-ElidedText ElideText(wxWindow& window, const wxString& text, size_t maxLines, int width);
+ElidedText ElideText(wxWindow& window, const wxFont& font, const wxString& text, size_t maxLines,
+                     int width);
 
 /// Makes the whole of a text known that `window` shows cut: as tool tip and accessible name.
 void TellWhole(wxWindow& window, const wxString& text);
@@ -63,7 +60,9 @@ public:
 /// lines that it may have is cut with an ellipsis, and the whole text is the tool tip as well.
 class TextLabel : public wxStaticText, public WrappedRow {
 public:
-    TextLabel(wxWindow* parent, const wxString& text, size_t maxLines);
+    enum class Look { Plain, Heading };
+
+    TextLabel(wxWindow* parent, const wxString& text, size_t maxLines, Look look);
 
     void WrapAt(int width) override;
 
@@ -74,6 +73,7 @@ private:
     void ShowWrapped();
 
     wxString m_text;
+    wxFont m_font;
     size_t m_maxLines;
     size_t m_lines = 1;
     int m_width;
@@ -83,7 +83,15 @@ private:
 TextLabel* NewText(wxWindow* parent, const wxString& text);
 
 /// A label for a text that may be long where there is little room.
+TextLabel* NewLimitedText(wxWindow* parent, const wxString& text, size_t maxLines);
+
+/// The same for what says which token the dialog is about: its most prominent text.
 TextLabel* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines);
+wxFont HeadingFont(const wxWindow& window);
+
+/// Shows the beginning of a label, so many bytes of UTF-8, bold and in another font's size. The
+/// label measures itself anew.
+void MarkBeginning(wxStaticText& label, size_t bytes, const wxFont& font);
 
 /// Gives a label another text, wrapped in the label's own font, and the accessible name with it.
 void ShowWrapped(wxStaticText& label, const wxString& text, int width);
@@ -101,6 +109,10 @@ void AlignLabels(wxWindow& window);
 
 /// Keeps the text of a multi-line field `pixels` away from its border.
 void PadText(const wxTextCtrl& field, int pixels);
+
+/// Gives a multi-line field that only shows something the look of a text on the dialog, not that of
+/// an input.
+void LookReadOnly(wxTextCtrl& field);
 
 struct ButtonRow {
     wxButton* ok;

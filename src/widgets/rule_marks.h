@@ -1,7 +1,7 @@
 // Signs of whether a rule is met: an icon beside its words, and a ball.
 #pragma once
 
-#include <wx/bmpbuttn.h>
+#include <wx/button.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 
@@ -32,12 +32,12 @@ RuleLine NewRuleLine(wxWindow* parent, const wxString& rule, bool met);
 /// Adds such a line below what `sizer` holds. @return The icon.
 RuleIcon* AddRuleLine(wxWindow* parent, wxSizer* sizer, const wxString& rule, bool met);
 
-/// A ball that shows whether a rule is met and can be chosen, with the mouse or the keyboard, to
-/// learn more about the rule.
-class Indicator : public wxBitmapButton {
+/// A ball with the rule in words that shows whether it is met and can be chosen, with the mouse or
+/// the keyboard, to learn more about it.
+class Indicator : public wxButton {
 public:
     /// Choosing it sends wxEVT_BUTTON.
-    /// @param rule What it stands for, translated: tool tip and accessible name.
+    /// @param rule What it stands for, translated: text, tool tip and accessible name.
     Indicator(wxWindow* parent, const wxString& rule, bool met);
 
     /// Nothing is drawn again when it shows that already.

@@ -4,11 +4,11 @@ import re
 
 EXCLUDED = (
     ("how much air there is between things", r"src/.*",
-     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextLetters|kAroundText|k\w*Padding|k\w*Gap|kIndent"
+     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextLetters|kAroundText|k\w*Padding|k\w*Gap|kEdge|kRadius|kFrameOpacity|k\w*Scale|kIndent"
      r"|kFrame|kFieldFrame|kCascade)\b"),
     ("how much room a long text gets before it is cut, wrapped or scrolls", r"src/.*",
      r"\b(k\w*Lines|kMinWidth|kMaxWidth|kMinRows|kMaxRows|kScrollStep|kCodeFontScale|k(Fewest|Most)Digits|kWidthOfAll"
-     r"|kExplanationWidth|kPolicedMessageWidth|k\w*TextHeight|kNoticeWidth|kWidestCount)\b"),
+     r"|kExplanationWidth|k\w*TextHeight|k\w*NoticeWidth|kNoticeShare|kWidestCount)\b"),
 )
 
 

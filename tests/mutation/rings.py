@@ -25,7 +25,7 @@ NEAR = (
      "OfTheUnblockMethodDialog UnblockMethod TextPanel", "unblock_method"),
     (r"src/dialogs/(challenge|unlock)", "Response Challenge NewPin",
      "OfTheChallengeResponseDialog UnlockWithCr", "challenge_response"),
-    (r"src/widgets/coloured_text", "LookFor ContrastRatio", "", "themes"),
+    (r"src/widgets/banner", "ReadableOnWhite ContrastRatio", "StatedConstants", "themes"),
     (r"src/widgets/sec", "SecretText", "FieldWidth Secure", ""),
     (r"src/widgets/pin_field", "AsciiFilter AcceptedText",
      "OfTheChangeDialogs OfThePinDialog AsciiFields PinField SecretFields",

@@ -1,8 +1,6 @@
-#include "widgets/coloured_text.h"
+#include "widgets/banner.h"
 
 #include <gtest/gtest.h>
-
-#include <array>
 
 namespace zeldlg {
 namespace {
@@ -31,46 +29,19 @@ TEST(ContrastRatio, IsThatOfTheGuidelines) {
     }
 }
 
-TEST(LookFor, AReadableColourStaysOnTheTheme) {
-    const TextLook look = LookFor(std::array{kRed, kGreen}, kBlack);
-    EXPECT_FALSE(look.background);
-    EXPECT_FALSE(look.large);
+TEST(ReadableOnWhite, IsWhatIsReadAlready) {
+    EXPECT_TRUE(Equal(ReadableOnWhite(kBlack), kBlack));
+    EXPECT_TRUE(Equal(ReadableOnWhite({0, 0, 255}), {0, 0, 255}));
 }
 
-TEST(LookFor, ALightThemeGetsWhiteAndLargeText) {
-    for (const Rgb& theme : {kWhite, Rgb{246, 245, 244}, Rgb{190, 190, 190}}) {
-        const TextLook look = LookFor(std::array{kRed}, theme);
-        ASSERT_TRUE(look.background);
-        EXPECT_TRUE(Equal(*look.background, kWhite));
-        EXPECT_TRUE(look.large);
+TEST(ReadableOnWhite, IsTheLightestShadeThatCanBeRead) {
+    for (const Rgb& colour : {kRed, kGreen, kWhite}) {
+        const Rgb shade = ReadableOnWhite(colour);
+        EXPECT_GE(ContrastRatio(shade, kWhite), 5);
+        EXPECT_LE(ContrastRatio(shade, kWhite), 5.3);
     }
-}
-
-TEST(LookFor, ADarkThemeGetsBlack) {
-    for (const Rgb& theme : {Rgb{53, 53, 53}, Rgb{100, 100, 100}}) {
-        const TextLook look = LookFor(std::array{kRed, kGreen}, theme);
-        ASSERT_TRUE(look.background);
-        EXPECT_TRUE(Equal(*look.background, kBlack));
-        EXPECT_FALSE(look.large);
-    }
-}
-
-TEST(LookFor, OnePoorColourDecidesForAll) {
-    EXPECT_FALSE(LookFor(std::array{kBlack}, kWhite).background);
-    EXPECT_TRUE(LookFor(std::array{kBlack, kRed}, kWhite).background);
-}
-
-TEST(LookFor, EveryThemeIsServed) {
-    for (int grey = 0; grey <= 255; ++grey) {
-        const auto level = static_cast<uint8_t>(grey);
-        const Rgb theme{level, level, level};
-        const std::array colours{kRed, kGreen};
-        const TextLook look = LookFor(colours, theme);
-        for (const Rgb& colour : colours) {
-            const double ratio = ContrastRatio(colour, look.background.value_or(theme));
-            EXPECT_GE(ratio, look.large ? 3.0 : 4.5) << "on grey " << grey;
-        }
-    }
+    const Rgb red = ReadableOnWhite(kRed);
+    EXPECT_TRUE(red.green == 0 && red.blue == 0);
 }
 
 }  // namespace

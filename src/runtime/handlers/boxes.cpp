@@ -14,7 +14,11 @@ void ShowText(const wchar_t* text, bool*) {
     kShowBox(g_currentParent, text != nullptr ? text : L"");
 }
 
-void ShowQuestion(wxWindow* parent, const wxString& text) { ShowQuestionBox(parent, text); }
+// The request has a text and no more: the one question that a certificate hangs on ends so.
+void ShowQuestion(wxWindow* parent, const wxString& text) {
+    const bool deletes = text.EndsWith(Translate("Do you wish to allow this?"));
+    ShowQuestionBox(parent, text, deletes ? Emphasis::Destructive : Emphasis::Suggested);
+}
 
 template <bool (*kAsk)(wxWindow*)>
 void AskAgain(bool*) {

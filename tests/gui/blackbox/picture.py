@@ -126,7 +126,7 @@ def own_icons():
 def theme_icons(size):
     """The toolkit's icons of a size, for twice the scale."""
     theme = Gtk.IconTheme.get_default()
-    return [Icon(theme.load_icon_for_scale(name, size, 2, 0)) for name in THEME_ICONS]
+    return [Icon(theme.load_icon(name, 2 * size, Gtk.IconLookupFlags.FORCE_SIZE)) for name in THEME_ICONS]
 
 
 def icons_in(width, height):

@@ -218,7 +218,7 @@ class Colours(AccessibilityCase):
             with self.subTest(dialog.name):
                 self.open(dialog)
                 red = [node for node in self.window.find_all("label")
-                       if (255, 0, 0) in self.screen.pixels(node)]
+                       if (224, 0, 0) in self.screen.pixels(node)]
                 self.assertTrue(red)
                 for label in red:
                     self.assertGreaterEqual(int(label.default_text_attributes["weight"]), 700)

@@ -15,7 +15,7 @@ INCORRECT = "PIN incorrect"
 EARLIER = "The PIN has previously been entered incorrectly"
 LAST = "WARNING: You have only 1 attempt left!"
 MAY_LOCK = "WARNING: Repeated login failures may lock the token!"
-RED = (255, 0, 0)
+RED = (224, 0, 0)  # a shade of pure red that can be read on a banner
 
 
 class PinDialogCase(StageTestCase):

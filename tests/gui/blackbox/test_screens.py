@@ -123,6 +123,11 @@ class Screens(LanguageCase):
     def test_1366_by_768_with_text_of_150_per_cent(self):
         self.check_all(Monitor(1366, 768, text=150))
 
+    def test_800_by_480_at_twice_the_scale(self):
+        self.check_all(Monitor(1600, 960, scale=2))
+
+    # As small as 512 by 384: smaller than what dialogs are made for.
+    @unittest.skipUnless(ALL, "script/screens")
     def test_1024_by_768_at_twice_the_scale(self):
         self.check_all(Monitor(1024, 768, scale=2))
 

@@ -1,6 +1,9 @@
 #!/usr/bin/python3
-"""Every dialog in dark and high-contrast themes and at twice the scale: room for all texts,
-contrasts that can be read, sharp icons. The themes are those that the toolkit has inside.
+"""Every dialog in light, dark and high-contrast themes and at twice the scale: room for all texts,
+contrasts that can be read, measured from pixels, and sharp icons.
+
+The themes that the toolkit has inside, and two that desktops bring; all of them at both scales with
+ZELDLG_THEMES=all, see script/themes.
 """
 
 import os
@@ -16,7 +19,7 @@ from stage.dialogs import DIALOGS, remove_dialog, show_dialog
 WIDTH, HEIGHT = 2048, 1536
 READABLE, READABLE_IF_LARGE = 4.5, 3
 # Of an icon's pixels; the rest is its inside and what is around it.
-SEEN_SHARE = 0.08
+SEEN_SHARE = 0.05
 SAME_SHARE = 0.95
 GRAPHICS = ("icon", "redundant object")
 BALLS = tuple(state % "" for state in RULE_STATES)
@@ -31,11 +34,14 @@ class Look(NamedTuple):
     dark: bool = False
 
 
-LIGHT = Look({"GTK_THEME": "Adwaita"})
-DARK = Look({"GTK_THEME": "Adwaita:dark"}, dark=True)
-HIGH_CONTRAST = Look({"GTK_THEME": "HighContrast"})
-INVERSE = Look({"GTK_THEME": "HighContrastInverse"}, dark=True)
-TWICE = Look({"GTK_THEME": "Adwaita", "GDK_SCALE": "2"}, scale=2)
+def look(theme, scale=1):
+    return Look({"GTK_THEME": theme, "GDK_SCALE": str(scale)}, scale,
+                "dark" in theme.lower() or "Inverse" in theme)
+
+
+ALL = os.environ.get("ZELDLG_THEMES") == "all"
+THEMES = ("Adwaita", "Adwaita:dark", "HighContrast", "HighContrastInverse", "Breeze",
+          "Breeze-Dark", "Arc", "Arc-Dark")
 
 
 def setUpModule():
@@ -52,10 +58,10 @@ def is_large(label):
 
 
 class LookCase(StageTestCase):
-    def check_all(self, look):
-        self.look = look
+    def check_all(self, chosen):
+        self.look = chosen
         self.texts = self.graphics = 0
-        host = self.start_host(environment=look.environment)
+        host = self.start_host(environment=chosen.environment)
         for dialog in DIALOGS:
             with self.subTest(dialog.name):
                 self.check(host, dialog)
@@ -120,11 +126,19 @@ class LookCase(StageTestCase):
             else:
                 yield f"{seen} is not in the window"
 
+    def ball_complaints(self, button, part):
+        """A ball, which is as wide as its button is high, with its text beside it."""
+        side = part.height
+        yield from self.graphic_complaints(button, part.part(0, 0, side, side))
+        yield from self.text_complaints(button, part.part(side, 0, part.width - side, side))
+
     def check_for(self, seen):
         if seen.role == "label" and seen.text and "sensitive" in seen.states:
             return self.text_complaints
-        if seen.role in GRAPHICS or seen.name.startswith(BALLS):
+        if seen.role in GRAPHICS:
             return self.graphic_complaints
+        if seen.role == "push button" and seen.name.startswith(BALLS):
+            return self.ball_complaints
         return None
 
     def picture(self, window):
@@ -156,19 +170,31 @@ class LookCase(StageTestCase):
 
 class Looks(LookCase):
     def test_the_light_theme(self):
-        self.check_all(LIGHT)
+        self.check_all(look("Adwaita"))
 
     def test_the_dark_theme(self):
-        self.check_all(DARK)
+        self.check_all(look("Adwaita:dark"))
 
     def test_high_contrast(self):
-        self.check_all(HIGH_CONTRAST)
+        self.check_all(look("HighContrast"))
 
     def test_inverse_high_contrast(self):
-        self.check_all(INVERSE)
+        self.check_all(look("HighContrastInverse"))
+
+    def test_themes_of_other_desktops(self):
+        for theme in ("Breeze", "Arc-Dark"):
+            with self.subTest(theme):
+                self.check_all(look(theme))
 
     def test_twice_the_scale(self):
-        self.check_all(TWICE)
+        self.check_all(look("Adwaita", 2))
+
+    @unittest.skipUnless(ALL, "script/themes")
+    def test_every_theme_at_both_scales(self):
+        for theme in THEMES:
+            for scale in (1, 2):
+                with self.subTest(theme, scale=scale):
+                    self.check_all(look(theme, scale))
 
 
 if __name__ == "__main__":

@@ -47,7 +47,7 @@ bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
 
 bool HasIcon(const wxWindow& dialog, const wxArtID& art) {
     return SamePicture(Nth<wxStaticBitmap>(dialog, 0).GetBitmap(),
-                       wxArtProvider::GetBitmap(art, "wxART_OTHER_C"));
+                       wxArtProvider::GetBitmap(art, "wxART_OTHER_C", wxSize(48, 48)));
 }
 
 class MessageDialog : public testing::Test {

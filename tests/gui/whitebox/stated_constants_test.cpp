@@ -316,6 +316,9 @@ TEST(StatedConstants, OfTheChangeDialogs) {
         const auto dialog = MakeWindow<CChangePinDialog>(nullptr, PromptFor(row.mode));
         Texts shown = Labels(*dialog);
         shown.pop_back();  // the summary
+        for (const Indicator* const rule : AllOf<Indicator>(*dialog)) {
+            shown.push_back(rule->GetLabelText().utf8_string());
+        }
         ExpectStated({{"title", row.title, dialog->GetTitle()},
                       {"texts", row.texts, shown},
                       {"OK", "OK", LabelOf(*dialog, 5100)},

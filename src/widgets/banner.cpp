@@ -1,0 +1,210 @@
+#include "widgets/banner.h"
+
+#include <wx/dcclient.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+#include "resources/pictures.h"
+#include "widgets/accessible.h"
+#include "widgets/screen_fit.h"
+
+namespace zeldlg {
+
+namespace {
+
+constexpr double kReadable = 5;
+
+constexpr Rgb kWhite{255, 255, 255};
+
+double Linear(uint8_t value) {
+    const double share = value / 255.0;
+    return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+}
+
+double Luminance(const Rgb& colour) {
+    return 0.2126 * Linear(colour.red) + 0.7152 * Linear(colour.green) +
+           0.0722 * Linear(colour.blue);
+}
+
+Rgb Shade(const Rgb& colour, int percent) {
+    const auto part = [percent](uint8_t value) {
+        return static_cast<uint8_t>(value * percent / 100);
+    };
+    return {part(colour.red), part(colour.green), part(colour.blue)};
+}
+
+}  // namespace
+
+double ContrastRatio(const Rgb& one, const Rgb& other) {
+    const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+Rgb ReadableOnWhite(const Rgb& colour) {
+    int percent = 100;
+    while (ContrastRatio(Shade(colour, percent), kWhite) < kReadable) {
+        --percent;
+    }
+    return Shade(colour, percent);
+}
+
+namespace {
+
+constexpr int kPadding = 10;
+constexpr int kEdge = 4;
+constexpr double kRadius = 5;
+constexpr int kIconSize = 32;
+constexpr int kIconGap = 12;
+constexpr int kAround = 2 * kPadding + kEdge + kIconSize + kIconGap;
+constexpr float kFontScale = 1.1F;
+// Warnings are broken later than other texts: most stay on one line.
+constexpr double kWidthScale = 1.2;
+constexpr double kFrameOpacity = 0.45;
+
+wxColour ColourOf(Banner::Mood mood) {
+    return mood == Banner::Mood::Warning ? wxColour(255, 0, 0) : wxColour(34, 139, 34);
+}
+
+Rgb DrawnColourOf(Banner::Mood mood) {
+    const wxColour colour = ColourOf(mood);
+    return ReadableOnWhite({colour.Red(), colour.Green(), colour.Blue()});
+}
+
+wxBitmapBundle IconOf(Banner::Mood mood) {
+    return mood == Banner::Mood::Warning ? ThemeIcon("dialog-warning", kIconSize)
+                                         : BundleOf(Picture::Done);
+}
+
+// The label itself has the plain colour; what is drawn of it is a shade that can be read.
+void Draw(const wxStaticText& label, Banner::Mood mood) {
+    const Rgb colour = DrawnColourOf(mood);
+    PangoAttrList* const attributes = pango_attr_list_new();
+    pango_attr_list_insert(attributes,
+                           pango_attr_foreground_new(static_cast<guint16>(colour.red * 257),
+                                                     static_cast<guint16>(colour.green * 257),
+                                                     static_cast<guint16>(colour.blue * 257)));
+    gtk_label_set_attributes(GTK_LABEL(label.GetHandle()), attributes);
+    pango_attr_list_unref(attributes);
+}
+
+void SetSource(cairo_t* cairo, const Rgb& colour, double opacity = 1) {
+    cairo_set_source_rgba(cairo, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0,
+                          opacity);
+}
+
+void RoundedRectangle(cairo_t* cairo, double inset, double width, double height) {
+    constexpr double kQuarter = std::numbers::pi / 2;
+    const double near = inset + kRadius;
+    const double right = width - near;
+    const double bottom = height - near;
+    cairo_new_path(cairo);
+    cairo_arc(cairo, near, near, kRadius, 2 * kQuarter, 3 * kQuarter);
+    cairo_arc(cairo, right, near, kRadius, 3 * kQuarter, 0);
+    cairo_arc(cairo, right, bottom, kRadius, 0, kQuarter);
+    cairo_arc(cairo, near, bottom, kRadius, kQuarter, 2 * kQuarter);
+    cairo_close_path(cairo);
+}
+
+}  // namespace
+
+Surface::Surface(wxWindow* parent) : wxWindow(parent, wxID_ANY) {
+    gtk_widget_set_can_focus(GetHandle(), FALSE);
+}
+
+Banner::Banner(wxWindow* parent)
+    : Surface(parent),
+      m_font(parent->GetFont().Bold().Scaled(kFontScale)),
+      m_icon(new wxStaticBitmap(this, wxID_ANY, IconOf(m_mood))),
+      m_textWidth(static_cast<int>(kWidthScale * layout::TextWidth(*parent))),
+      m_rows(new wxBoxSizer(wxVERTICAL)) {
+    const int room = layout::RoomForContent(*parent).x - 2 * layout::kMargin - kAround;
+    m_textWidth = std::min(m_textWidth, room);
+    MarkAsDecoration(*m_icon);
+    auto* const row = new wxBoxSizer(wxHORIZONTAL);
+    row->AddSpacer(kEdge);
+    row->Add(m_icon, wxSizerFlags().Border(wxALL, kPadding));
+    row->Add(m_rows, wxSizerFlags(1).CentreVertical().Border(wxTOP | wxBOTTOM, kPadding));
+    row->AddSpacer(kIconGap);
+    SetSizer(row);
+    g_signal_connect(GetHandle(), "draw", G_CALLBACK(&Banner::OnDraw), this);
+}
+
+wxStaticText* Banner::AddText(const wxString& text, const wxString& other) {
+    auto* const label = new wxStaticText(this, wxID_ANY, wxEmptyString);
+    label->SetFont(m_font);
+    label->SetForegroundColour(ColourOf(m_mood));
+    Draw(*label, m_mood);
+    m_rows->Add(label, wxSizerFlags().Border(wxTOP, m_rows->IsEmpty() ? 0 : layout::kLineGap));
+    m_lines.push_back({label, text, other});
+    Show(m_lines.back());
+    return label;
+}
+
+void Banner::ChangeText(wxStaticText& label, const wxString& text, Mood mood) {
+    Line& line = *std::find_if(m_lines.begin(), m_lines.end(),
+                               [&label](const Line& each) { return each.label == &label; });
+    if (text != line.text) {
+        line.other = std::exchange(line.text, text);
+    }
+    label.SetForegroundColour(ColourOf(mood));
+    Draw(label, mood);
+    label.SetLabelText(layout::WrapText(label, m_font, text, m_textWidth));
+    SetAccessibleName(label, text);
+    if (mood != m_mood) {
+        m_mood = mood;
+        m_icon->SetBitmap(IconOf(mood));
+        Refresh();
+    }
+}
+
+void Banner::WrapAt(int width) {
+    if (m_textWidth != width - kAround) {
+        m_textWidth = width - kAround;
+        for (const Line& line : m_lines) {
+            Show(line);
+        }
+        GetSizer()->Layout();
+    }
+}
+
+void Banner::Show(const Line& line) {
+    wxClientDC context(this);
+    context.SetFont(m_font);
+    wxSize room;
+    for (const wxString& each : {line.other, line.text}) {
+        const wxString wrapped = layout::WrapText(*line.label, m_font, each, m_textWidth);
+        room.IncTo(context.GetMultiLineTextExtent(wrapped));
+        line.label->SetLabelText(wrapped);
+    }
+    SetAccessibleName(*line.label, line.text);
+    line.label->SetMinSize(room);
+    InvalidateBestSize();
+}
+
+// Before the labels and the icon draw themselves.
+gboolean Banner::OnDraw(GtkWidget* widget, cairo_t* cairo, const Banner* banner) {
+    const double width = gtk_widget_get_allocated_width(widget);
+    const double height = gtk_widget_get_allocated_height(widget);
+    const Rgb colour = DrawnColourOf(banner->m_mood);
+    cairo_save(cairo);
+    RoundedRectangle(cairo, 0, width, height);
+    SetSource(cairo, kWhite);
+    cairo_fill_preserve(cairo);
+    cairo_clip(cairo);
+    SetSource(cairo, colour);
+    const bool fromRight = banner->GetLayoutDirection() == wxLayout_RightToLeft;
+    cairo_rectangle(cairo, fromRight ? width - kEdge : 0, 0, kEdge, height);
+    cairo_fill(cairo);
+    cairo_restore(cairo);
+    constexpr double kHalfLine = 0.5;
+    RoundedRectangle(cairo, kHalfLine, width, height);
+    cairo_set_line_width(cairo, 1);
+    SetSource(cairo, colour, kFrameOpacity);
+    cairo_stroke(cairo);
+    return FALSE;
+}
+
+}  // namespace zeldlg

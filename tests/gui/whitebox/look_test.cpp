@@ -1,0 +1,177 @@
+// What stands out, what looks alike and how large it is to point at.
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+#include <wx/statbmp.h>
+
+#include <string>
+
+#include "controls.h"
+#include "dialogs/message_dialog.h"
+#include "dialogs/unlock_with_cr_dialog.h"
+#include "pin/pin_prompt_dialog.h"
+#include "policy/change_pin_dialog.h"
+#include "widgets/banner.h"
+#include "widgets/dialog_window.h"
+#include "widgets/rule_marks.h"
+
+namespace zeldlg::test {
+
+namespace {
+
+// How the text of a label is drawn at its beginning.
+struct Drawn {
+    int weight = PANGO_WEIGHT_NORMAL;
+    double points = 0;
+    unsigned end = 0;
+};
+
+Drawn DrawnBeginning(const wxStaticText& label) {
+    Drawn drawn{.points = label.GetFont().GetFractionalPointSize()};
+    PangoAttrList* const all = gtk_label_get_attributes(GTK_LABEL(label.GetHandle()));
+    if (all == nullptr) {
+        return drawn;
+    }
+    PangoAttrIterator* const at = pango_attr_list_get_iterator(all);
+    if (const auto* const weight = pango_attr_iterator_get(at, PANGO_ATTR_WEIGHT)) {
+        drawn.weight = reinterpret_cast<const PangoAttrInt*>(weight)->value;
+        drawn.end = weight->end_index;
+    }
+    if (const auto* const size = pango_attr_iterator_get(at, PANGO_ATTR_SIZE)) {
+        drawn.points = 1.0 * reinterpret_cast<const PangoAttrSize*>(size)->size / PANGO_SCALE;
+    }
+    if (const auto* const scale = pango_attr_iterator_get(at, PANGO_ATTR_SCALE)) {
+        drawn.points *= reinterpret_cast<const PangoAttrFloat*>(scale)->value;
+    }
+    pango_attr_iterator_destroy(at);
+    return drawn;
+}
+
+bool HasStyle(const wxWindow& control, const char* style) {
+    return gtk_style_context_has_class(gtk_widget_get_style_context(control.GetHandle()), style) !=
+           FALSE;
+}
+
+WindowPtr<CPinEntryDialog> FailedPrompt() {
+    return MakeWindow<CPinEntryDialog>(nullptr, "Card", PinLengthRule(4, 8),
+                                       DescribeFailure(PinRetryCounter{3, 2, false}));
+}
+
+ChangePinPrompt FailedChange(bool policed) {
+    ChangePinPrompt prompt;
+    prompt.bounds = {.newValue = {4, 8}, .oldValue = {4, 8}};
+    prompt.attempts = {.noFailure = false, .finalTry = false, .triesLeft = 2};
+    prompt.policed = policed;
+    return prompt;
+}
+
+TEST(Look, TheHeadingIsTheMostProminentText) {
+    const auto dialog = FailedPrompt();
+    const Drawn heading = DrawnBeginning(LabelReading(*dialog, "To log in to \"Card\""));
+    EXPECT_EQ(heading.weight, PANGO_WEIGHT_BOLD);
+    for (const wxStaticText* const label : AllOf<wxStaticText>(*dialog)) {
+        if (label->GetLabelText() != "To log in to \"Card\"") {
+            EXPECT_LT(DrawnBeginning(*label).points, heading.points) << label->GetLabelText();
+        }
+    }
+}
+
+TEST(Look, AllOfAnEarlierFailureStandsInOneBannerInEveryDialog) {
+    const auto expectInBanner = [](const wxDialog& dialog, const char* warning) {
+        const wxStaticText& header = LabelReading(dialog, "PIN incorrect");
+        EXPECT_NE(dynamic_cast<const Banner*>(header.GetParent()), nullptr);
+        EXPECT_EQ(LabelReading(dialog, warning).GetParent(), header.GetParent());
+    };
+    expectInBanner(*FailedPrompt(),
+                   "WARNING: Repeated login failures may lock the token! You have 2 tries "
+                   "remaining");
+    for (const bool policed : {false, true}) {
+        expectInBanner(*MakeWindow<CChangePinDialog>(nullptr, FailedChange(policed)),
+                       "You have 2 tries remaining WARNING: Repeated login failures may lock the "
+                       "token!");
+    }
+}
+
+TEST(Look, ABannerHasRoomForWhatMayTakeThePlaceOfItsText) {
+    const auto dialog = MakeWindow<CChangePinDialog>(nullptr, FailedChange(false));
+    const wxSize before = dialog->GetSize();
+    wxStaticText& summary = *AllOf<wxStaticText>(*dialog).back();
+    const wxString missing = summary.GetLabelText();
+    for (size_t field = 0; field < 3; ++field) {
+        Nth<PinField>(*dialog, field).SetValue("2468");
+    }
+    EXPECT_NE(summary.GetLabelText(), missing);
+    dialog->Fit();
+    EXPECT_EQ(dialog->GetSize(), before);
+    EXPECT_LE(summary.GetBestSize().x, summary.GetSize().x);
+}
+
+TEST(Look, TheFirstLineOfAMessageIsBoldAndItsTextUnchanged) {
+    const auto box = MakeWindow<CMessageDialog>(nullptr, "Caption", "First\nSecond", 0x400, 0);
+    const wxStaticText& text = Nth<wxStaticText>(*box, 0);
+    EXPECT_EQ(text.GetLabelText(), "First\nSecond");
+    EXPECT_EQ(DrawnBeginning(text).weight, PANGO_WEIGHT_BOLD);
+    EXPECT_EQ(DrawnBeginning(text).end, 5);
+}
+
+TEST(Look, AMessageBoxHasAtLeastItsWidthAndALargeIcon) {
+    const auto box = MakeWindow<CMessageDialog>(nullptr, "Caption", "No", 0x200, 0);
+    EXPECT_GE(box->GetClientSize().x, 320);
+    EXPECT_EQ(Nth<wxStaticBitmap>(*box, 0).GetSize(), wxSize(48, 48));
+}
+
+TEST(Look, TheDefaultButtonStandsOutAndThatOfADeletionWarns) {
+    const auto prompt = FailedPrompt();
+    EXPECT_TRUE(HasStyle(*prompt->FindWindow(wxID_OK), "suggested-action"));
+    EXPECT_FALSE(HasStyle(*prompt->FindWindow(wxID_CANCEL), "suggested-action"));
+    const auto deletion =
+        MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", 0x400, 0, Emphasis::Destructive);
+    EXPECT_TRUE(HasStyle(*deletion->FindWindow(wxID_OK), "destructive-action"));
+    EXPECT_FALSE(HasStyle(*deletion->FindWindow(wxID_OK), "suggested-action"));
+}
+
+TEST(Look, ABallAndItsTextAreOneButtonThatIsLargeEnough) {
+    const auto dialog = MakeWindow<CChangePinDialog>(nullptr, FailedChange(false));
+    ASSERT_EQ(AllOf<Indicator>(*dialog).size(), 4);
+    for (const Indicator* const ball : AllOf<Indicator>(*dialog)) {
+        EXPECT_EQ(ball->GetLabelText(), ball->GetToolTipText());
+        EXPECT_GE(ball->GetSize().y, 24);
+        EXPECT_GT(ball->GetSize().x, ball->GetTextExtent(ball->GetLabelText()).x + 16);
+    }
+}
+
+TEST(Look, TheExplanationOfARuleDoesNotLookLikeAnInput) {
+    const auto dialog = MakeWindow<CChangePinDialog>(nullptr, FailedChange(false));
+    const auto& explanation = *AllOf<wxTextCtrl>(*dialog).back();
+    ASSERT_FALSE(explanation.IsEditable());
+    EXPECT_EQ(explanation.GetBackgroundColour(), dialog->GetBackgroundColour());
+    EXPECT_EQ(gtk_scrolled_window_get_shadow_type(GTK_SCROLLED_WINDOW(explanation.GetHandle())),
+              GTK_SHADOW_NONE);
+}
+
+TEST(Look, WindowsHaveAnIconOfTheTheme) {
+    const auto iconOf = [](const wxDialog& dialog) -> std::string {
+        const char* const name = gtk_window_get_icon_name(GTK_WINDOW(dialog.GetHandle()));
+        return name != nullptr ? name : "";
+    };
+    EXPECT_EQ(iconOf(*FailedPrompt()), "dialog-password");
+    EXPECT_EQ(iconOf(*MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", 0x200, 0)),
+              "dialog-error");
+}
+
+TEST(Look, TheResponseFieldIsAsWideAsTheResponse) {
+    const auto widthFor = [](int32_t bytes) {
+        const auto dialog =
+            MakeWindow<CUnlockWithCRDialog>(UnlockWithCRPrompt{.tokenLabel = "Card",
+                                                               .challenge = {},
+                                                               .serialNumber = {},
+                                                               .responseLength = bytes,
+                                                               .newPinBounds = {}});
+        return AllOf<ResponseField>(*dialog).front()->GetSize().x;
+    };
+    EXPECT_LT(widthFor(8), widthFor(12));
+    EXPECT_EQ(widthFor(64), widthFor(128));
+}
+
+}  // namespace
+
+}  // namespace zeldlg::test
