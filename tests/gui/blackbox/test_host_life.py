@@ -240,7 +240,8 @@ class AfterFinalise(LifeCase):
         return self.tasks()
 
     def tasks(self):
-        return set(os.listdir(f"/proc/{self.host.pid}/task"))
+        """The threads of the host, and its helpers."""
+        return {*map(int, os.listdir(f"/proc/{self.host.pid}/task")), *self.host.helpers()}
 
     def show_each_dialog(self):
         for dialog in DIALOGS:
