@@ -4,7 +4,7 @@
 import time
 import unittest
 
-from stage import CANCELLED, OK, Events, StageTestCase, registry, wait_until
+from stage import CANCELLED, OK, Events, StageTestCase, own_process_only, registry, wait_until
 
 LOCKED = "DLG_ShowLockedDialog"
 BIOMETRIC = "DLG_ShowSupertokenError"
@@ -327,6 +327,7 @@ class CountDown(BoxCase):
         self.assertEqual(["Yes", "No"], self.buttons())
         self.end(CANCELLED)
 
+    @own_process_only("a helper lives from one DLG_Finalize to the next")
     def test_the_setting_is_read_once_in_the_life_of_the_process(self):
         self.open(AUTHENTICATION, "Authentication failed")
         self.assertIn(self.buttons()[0], self.LABELS)
