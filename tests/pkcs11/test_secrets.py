@@ -8,7 +8,7 @@ import tempfile
 import unittest
 
 from soft_token import PIN, SO_PIN
-from stage import wait_until
+from stage import own_process_only, wait_until
 from stage.memory import PIECE, PIN_LENGTH, new_pin, places_of
 from test_module import ENTER, OK, FrontCase
 from test_p11 import CHANGE, UNLOCK, HostCase
@@ -17,6 +17,7 @@ from test_p11 import CHANGE, UNLOCK, HostCase
 @unittest.skipIf(os.environ.get("ZELDLG_INSTRUMENTED"),
                  "terabytes of shadow memory cannot be searched")
 @unittest.skipIf(os.getuid() != 0, "the host lets nobody look into its memory, but root")
+@own_process_only("what is typed is in the helper's memory, which is looked at elsewhere")
 class Wiped(HostCase, FrontCase):
     def setUp(self):
         super().setUp()

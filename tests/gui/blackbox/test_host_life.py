@@ -371,6 +371,7 @@ class RoughHosts(StageTestCase):
     def test_a_thread_that_can_be_cancelled_anywhere_is_cancelled_around_its_calls(self):
         self.assert_ends_as_expected("cancel")
 
+    @own_process_only("a helper serves that call, too")
     def test_a_call_of_a_librarys_constructor_fails_and_later_ones_work(self):
         self.assert_ends_as_expected("constructor", os.environ["ZELDLG_ROUGH_CONSTRUCTOR"])
 

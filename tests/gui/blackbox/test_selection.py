@@ -5,7 +5,8 @@ import re
 import time
 import unittest
 
-from stage import CANCELLED, FAILED, OK, Events, StageTestCase, registry, wait_until
+from stage import (CANCELLED, FAILED, OK, Events, StageTestCase, own_process_only, registry,
+                   wait_until)
 
 TOKENS = "DLG_ShowTokenSelectionDialog"
 DIGITAL_IDS = "DLG_ShowDigitalIDSelection"
@@ -548,6 +549,7 @@ class Setting(SelectionCase):
         self.assertTrue(seconds - 200 < left <= seconds, left)
         self.close()
 
+    @own_process_only("a helper lives from one DLG_Finalize to the next")
     def test_it_is_read_once_in_the_life_of_the_process(self):
         self.expect_counts_from(600)
         self.host.write_registry(timeout(900))
