@@ -38,7 +38,7 @@ bool HasEnded(int socket) {
 
 // Of the file behind a descriptor; 0 when there is none.
 ino_t NumberOf(int descriptor) {
-    struct stat file {};
+    struct stat file = {};
     return fstat(descriptor, &file) == 0 ? file.st_ino : 0;
 }
 
