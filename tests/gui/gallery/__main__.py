@@ -14,13 +14,15 @@ from stage import (Gone, Host, Key, Press, Screen, StageError, library_path, mak
                    registry, wait_until)
 from stage.dialogs import remove_dialog, show_dialog
 
-from . import page
-from .states import STATES, Enabled, Fill, Run
+from . import beside, page
+from .states import SHEETS, STATES, Enabled, Fill, Run
 
 # Languages with their folders of catalogues and their locales.
 LANGUAGES = {"de": ("locale", "de_DE"), "he": ("pseudo", "he_IL")}
-MARGIN = 4
+# The window manager's frame ends some pixels inside of what can be dragged.
+MARGIN = -4
 BACKGROUND = "#9aa0a6"
+SHEET = ["-background", BACKGROUND, "-geometry", "+8+8", "-tile", "3x"]
 COLOURS = 128
 
 
@@ -107,7 +109,7 @@ def grouped(states):
     return groups
 
 
-def take_group(screen, surroundings, states, announce):
+def take_group(screen, surroundings, states, announce, folder=page.PICTURES):
     """Takes the pictures of one process's states; gives the names of those that failed."""
     failed, photographer = [], None
     for state in states:
@@ -118,7 +120,7 @@ def take_group(screen, surroundings, states, announce):
                 draft = os.path.join(directory, state.name + ".png")
                 photographer.take(state, draft)
                 shrink(draft)
-                shutil.copyfile(draft, os.path.join(page.PICTURES, state.name + ".png"))
+                shutil.copyfile(draft, os.path.join(folder, state.name + ".png"))
         except (AssertionError, Gone, StageError, StopIteration, OSError,
                 subprocess.CalledProcessError):
             traceback.print_exc()
@@ -131,19 +133,46 @@ def take_group(screen, surroundings, states, announce):
     return failed
 
 
+def take_sheet(screen, name, states):
+    """Takes the pictures of a theme and puts them together; gives the names of those that failed."""
+    with tempfile.TemporaryDirectory() as directory:
+        failed = [each for surroundings, group in grouped(states).items()
+                  for each in take_group(screen, surroundings, group, lambda name: None, directory)]
+        taken = [os.path.join(directory, state.name + ".png") for state in states
+                 if state.name not in failed]
+        path = os.path.join(page.PICTURES, name + ".png")
+        subprocess.run(["montage", *taken, *SHEET, path], check=True)
+        shrink(path)
+    return [f"{name}: {each}" for each in failed]
+
+
+def take_beside(screen, prompt):
+    path = os.path.join(page.PICTURES, prompt.name + ".png")
+    try:
+        beside.photograph(screen, prompt, path, MARGIN)
+    except (AssertionError, StageError, OSError):
+        traceback.print_exc()
+        return [prompt.name]
+    shrink(path)
+    return []
+
+
 def main():
     options = parse()
     page.write()
     states = [state for state in STATES if fnmatch.fnmatch(state.name, options.pattern)]
+    sheets = fnmatch.filter(SHEETS, options.pattern)
+    prompts = [each for each in beside.PROMPTS if fnmatch.fnmatch(each.name, options.pattern)]
     if options.page:
         return 0
-    if not states:
+    count = len(states) + len(sheets) + len(prompts)
+    if not count:
         print(f"no picture matches {options.pattern!r}", file=sys.stderr)
         return 2
-    numbers = iter(range(1, len(states) + 1))
+    numbers = iter(range(1, count + 1))
 
     def announce(name):
-        print(f"{next(numbers)} of {len(states)}: {name}", flush=True)
+        print(f"{next(numbers)} of {count}: {name}", flush=True)
 
     os.makedirs(page.PICTURES, exist_ok=True)
     screen = Screen()
@@ -151,6 +180,12 @@ def main():
     screen.x11.point(0, 0)  # a pointer over a window would show its tool tips
     failed = [name for surroundings, group in grouped(states).items()
               for name in take_group(screen, surroundings, group, announce)]
+    for name in sheets:
+        announce(name)
+        failed += take_sheet(screen, name, SHEETS[name][1])
+    for prompt in prompts:
+        announce(prompt.name)
+        failed += take_beside(screen, prompt)
     screen.close()
     if failed:
         print(f"not taken: {', '.join(failed)}", file=sys.stderr)

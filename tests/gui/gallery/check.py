@@ -15,8 +15,9 @@ from gi.repository import GdkPixbuf, GLib  # noqa: E402
 GUI = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
 sys.path.insert(0, GUI)
 
-from gallery.page import PAGE, PICTURES, ROOT, page  # noqa: E402
-from gallery.states import STATES  # noqa: E402
+from gallery.beside import OURS, PROMPTS  # noqa: E402
+from gallery.page import PAGES, PICTURES, ROOT  # noqa: E402
+from gallery.states import SHEETS, STATES  # noqa: E402
 from stage.dialogs import DIALOGS  # noqa: E402
 
 # Exports that bring up a window, by their names.
@@ -61,12 +62,13 @@ def shows_something(path):
 def picture_problems(names):
     """What the table names, what the tree has and what the page shows are the same."""
     files = {entry.removesuffix(".png") for entry in os.listdir(PICTURES)}
-    shown = SHOWN_PICTURE.findall(read(PAGE))
+    shown = [name for page in PAGES for name in SHOWN_PICTURE.findall(read(page))]
     for name in repeated(names):
-        yield f"two states are called {name}"
+        yield f"two pictures are called {name}"
     for name in repeated(shown):
-        yield f"docs/gallery.md shows {name} twice"
-    for what, found in (("in docs/pictures/gallery", files), ("in docs/gallery.md", set(shown))):
+        if name != OURS:
+            yield f"the pages show {name} twice"
+    for what, found in (("in docs/pictures/gallery", files), ("on a page", set(shown))):
         for name in sorted(set(names) - found):
             yield f"{name} is not {what}: run script/gallery {name}"
         for name in sorted(found - set(names)):
@@ -77,8 +79,9 @@ def picture_problems(names):
 
 
 def page_problems():
-    if read(PAGE) != page():
-        yield "docs/gallery.md is not what the table gives: run script/gallery --page"
+    for path, text in PAGES.items():
+        if read(path) != text():
+            yield f"{path} is not what the table gives: run script/gallery --page"
 
 
 def readme_problems(names):
@@ -123,7 +126,8 @@ def title_problems():
 
 def main():
     names = [state.name for state in STATES]
-    problems = [*picture_problems(names), *page_problems(), *readme_problems(names),
+    pictures = [*names, *SHEETS, *(prompt.name for prompt in PROMPTS)]
+    problems = [*picture_problems(pictures), *page_problems(), *readme_problems(names),
                 *missing_dialogs(), *title_problems()]
     for problem in problems:
         print(problem, file=sys.stderr)

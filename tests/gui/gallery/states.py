@@ -9,10 +9,6 @@ LONG_LABEL = "Staff badge of the research department, building 12, second floor,
 RETRY_COUNT_DOWN = (("Biometrics", "Automatic retry timeout", 300),)
 ID_COUNT_DOWN = (("CSP", "Automatic default selection timeout", 300),)
 
-DARK = "Adwaita:dark"
-HIGH_CONTRAST = "HighContrast"
-INVERSE = "HighContrastInverse"
-
 
 @dataclasses.dataclass(frozen=True)
 class Fill:
@@ -301,15 +297,15 @@ def mirrored(name, caption):
     return _ALL[name].where(name + "-he", caption, language="he")
 
 
-def themed(theme, suffix, *names):
-    return [_ALL[name].where(f"{name}-{suffix}", _ALL[name].caption, theme=theme)
-            for name in names]
+def themed(theme):
+    return [_ALL[name].where(name, _ALL[name].caption, theme=theme) for name in LOOKS]
 
 
 def doubled(*names):
     return [_ALL[name].where(name + "-2x", _ALL[name].caption, scale=2) for name in names]
 
 
+# What has warnings, signs, pictures, lists and buttons of each kind.
 LOOKS = ("pin-last-try", "legal-pin-ex-tries-left", "pad-modification-new", "policed-pin-refused",
          "policed-pin-met", "response-new-pin-mismatch", "ids", "delete-certificate",
          "authentication", "key-generation")
@@ -331,12 +327,13 @@ GALLERY = {
         mirrored("policed-pin-refused", "Change of PIN under a policy"),
         mirrored("response-new-pin", "Unblocking with the help desk"),
     ],
-    "In a dark theme": themed(DARK, "dark", *LOOKS),
-    "With high contrast": themed(HIGH_CONTRAST, "contrast", *LOOKS),
-    "With high contrast, inverse": themed(INVERSE, "inverse", "pin-last-try",
-                                          "policed-pin-refused", "pad-modification-new"),
     "At twice the scale": doubled("pin-last-try", "legal-pin", "policed-pin-refused",
                                   "authentication", "key-generation"),
 }
+
+# Contact sheets: their names, what they are of, and their states.
+SHEETS = {"sheet-" + name: (theme, themed(theme)) for name, theme in (
+    ("dark", "Adwaita:dark"), ("contrast", "HighContrast"), ("inverse", "HighContrastInverse"),
+    ("breeze", "Breeze"), ("breeze-dark", "Breeze-Dark"))}
 
 STATES = [state for states in GALLERY.values() for state in states]
