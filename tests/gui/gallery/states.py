@@ -334,6 +334,6 @@ GALLERY = {
 # Contact sheets: their names, what they are of, and their states.
 SHEETS = {"sheet-" + name: (theme, themed(theme)) for name, theme in (
     ("dark", "Adwaita:dark"), ("contrast", "HighContrast"), ("inverse", "HighContrastInverse"),
-    ("breeze", "Breeze"), ("breeze-dark", "Breeze-Dark"))}
+    ("breeze", "Breeze"), ("breeze-dark", "Breeze-Dark"), ("arc", "Arc"), ("arc-dark", "Arc-Dark"))}
 
 STATES = [state for states in GALLERY.values() for state in states]
