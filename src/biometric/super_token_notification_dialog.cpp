@@ -57,7 +57,8 @@ wxString ScanCounter::Title() const {
 
 CSuperTokenNotificationDialog::CSuperTokenNotificationDialog(NotificationMode mode)
     : wxDialog(nullptr, wxID_ANY, Translate("Lumora Bio Token"), wxDefaultPosition, wxDefaultSize,
-               kModelessStyle) {
+               kModelessStyle),
+      m_description(*this) {
     StayUntilHidden(*this);
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     AddPicture(rows);
@@ -109,6 +110,7 @@ void CSuperTokenNotificationDialog::CountScan() {
     m_scans.Advance();
     SetTitle(m_scans.Title());
     Announce(*this, m_scans.Title());
+    m_description.Tell({}, m_scans.Title());  // the whole is the window's name
     if (m_scanNumber != nullptr) {
         m_scanNumber->SetLabelText(m_scans.Number());
         Layout();

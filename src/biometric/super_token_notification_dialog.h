@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+#include "widgets/accessible.h"
+
 namespace zeldlg {
 
 enum class NotificationMode { Authentication, Enrolment };
@@ -53,6 +55,7 @@ private:
 
     ScanCounter m_scans;
     wxStaticText* m_scanNumber = nullptr;
+    LiveDescription m_description;
 };
 
 }  // namespace zeldlg

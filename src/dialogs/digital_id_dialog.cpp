@@ -1,5 +1,7 @@
 #include "dialogs/digital_id_dialog.h"
 
+#include <gtk/gtk.h>
+
 #include "dialogs/selection.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
@@ -18,6 +20,17 @@ constexpr const wchar_t* kSizingText = L"XXXXXXXX-XXXX-XXXX XX:XX:XX";
 
 wxString OkLabel() { return Translate("OK"); }
 
+// Paler than what it stands for.
+wxStaticText* NewCaption(wxWindow* parent, const wxString& text) {
+    constexpr guint16 kOpacity = 0xFFFF / 100 * 72;
+    wxStaticText* const caption = layout::NewText(parent, text);
+    PangoAttrList* const attributes = pango_attr_list_new();
+    pango_attr_list_insert(attributes, pango_attr_foreground_alpha_new(kOpacity));
+    gtk_label_set_attributes(GTK_LABEL(caption->GetHandle()), attributes);
+    pango_attr_list_unref(attributes);
+    return caption;
+}
+
 wxSizerFlags Bordered() { return wxSizerFlags().Border(wxALL, kBorder); }
 
 }  // namespace
@@ -34,7 +47,6 @@ CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prom
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     AddList(rows);
     AddDetails(rows);
-    AddDirectory(rows);
     AddAlwaysUse(rows);
     AddButtons(rows);
     FillList();
@@ -42,10 +54,11 @@ CDigitalIDSelectionDialog::CDigitalIDSelectionDialog(const DigitalIdPrompt& prom
     layout::Finish(*this, rows);
     TellDetailsThatAreCut();
     CancelOnClose(*this);
-    m_list->SetFocus();
     if (m_countDown) {
         StartCountDown();
     }
+    TellChoice();
+    m_list->SetFocus();
 }
 
 void CDigitalIDSelectionDialog::AddList(wxSizer* rows) {
@@ -53,44 +66,50 @@ void CDigitalIDSelectionDialog::AddList(wxSizer* rows) {
         layout::NewText(this, Translate("Multiple Digital IDs found; please select an appropriate "
                                         "Digital ID from the list below:"));
     m_list = new ChoiceList(this, *heading);
+    m_description.emplace(*m_list);
     m_list->ReportTouches([this] { StopCountDown(); });
+    m_list->Bind(wxEVT_LISTBOX, [this](wxCommandEvent& event) {
+        m_description->MoveToRow();
+        event.Skip();
+    });
     m_list->Bind(wxEVT_LISTBOX_DCLICK, [this](wxCommandEvent&) { EndModal(wxID_OK); });
     rows->Add(heading, Bordered());
     rows->Add(m_list, Bordered().Proportion(1).Expand());
 }
 
+// All values begin at one edge.
 void CDigitalIDSelectionDialog::AddDetails(wxSizer* rows) {
-    auto* const grid = new wxFlexGridSizer(2, 0, 0);
+    auto* const grid = new wxGridBagSizer(kBorder, kBorder);
+    m_validFrom = AddDetail(*grid, CaptionText(Translate("Valid From")));
+    m_validTo = AddDetail(*grid, CaptionText(Translate("Valid To")));
+    AddDirectory(*grid);
     grid->AddGrowableCol(1);
-    m_validFrom = AddDetail(grid, CaptionText(Translate("Valid From")));
-    m_validTo = AddDetail(grid, CaptionText(Translate("Valid To")));
-    rows->Add(grid, wxSizerFlags().Expand());
+    rows->Add(grid, Bordered().Expand());
 }
 
 // What is longer than the window is wide is cut with an ellipsis there.
-wxStaticText* CDigitalIDSelectionDialog::AddDetail(wxSizer* grid, const wxString& caption) {
-    wxStaticText* const label = layout::NewText(this, caption);
+wxStaticText* CDigitalIDSelectionDialog::AddDetail(wxGridBagSizer& grid, const wxString& caption) {
+    wxStaticText* const label = NewCaption(this, caption);
     auto* const value = new wxStaticText(this, wxID_ANY, kSizingText, wxDefaultPosition,
                                          wxDefaultSize, wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
     value->SetMinSize(value->GetBestSize());
     SetCaptionFor(*label, *value);
-    grid->Add(label, Bordered());
-    grid->Add(value, wxSizerFlags().Expand().CentreVertical().Border(wxRIGHT, kBorder));
+    const int row = grid.GetRows();
+    grid.Add(label, {row, 0}, wxDefaultSpan, wxALIGN_CENTRE_VERTICAL);
+    grid.Add(value, {row, 1}, wxDefaultSpan, wxEXPAND);
     return value;
 }
 
-void CDigitalIDSelectionDialog::AddDirectory(wxSizer* rows) {
+void CDigitalIDSelectionDialog::AddDirectory(wxGridBagSizer& grid) {
     if (m_prompt.directory.empty()) {
         return;
     }
-    rows->Add(layout::NewText(this, Translate("This computer is a member of the "
-                                              "following Active Directory:")),
-              Bordered());
-    rows->Add(layout::NewLimitedText(this, m_prompt.directory, kDirectoryLines), Bordered());
-    auto* const grid = new wxFlexGridSizer(2, 0, 0);
-    grid->AddGrowableCol(1);
+    wxStaticText* const caption =
+        NewCaption(this, Translate("This computer is a member of the following Active Directory:"));
+    grid.Add(caption, {grid.GetRows(), 0}, {1, 2});
+    grid.Add(layout::NewLimitedText(this, m_prompt.directory, kDirectoryLines), {grid.GetRows(), 0},
+             {1, 2}, wxEXPAND);
     m_userName = AddDetail(grid, Translate("User Principal Name (UPN)"));
-    rows->Add(grid, wxSizerFlags().Expand());
 }
 
 void CDigitalIDSelectionDialog::AddAlwaysUse(wxSizer* rows) {
@@ -149,12 +168,30 @@ void CDigitalIDSelectionDialog::StopCountDown() {
     if (m_timer.IsRunning()) {
         m_timer.Stop();
         m_okButton->SetLabel(OkLabel());
+        TellChoice();
     }
+}
+
+void CDigitalIDSelectionDialog::TellChoice() {
+    const auto captioned = [](const wxString& caption, const wxString& value) {
+        return value.empty() ? value : CaptionText(caption) + value;
+    };
+    std::vector<wxString> whole = {captioned(Translate("Valid From"), m_prompt.validFrom),
+                                   captioned(Translate("Valid To"), m_prompt.validTo)};
+    wxString news;
+    if (m_timer.IsRunning()) {
+        m_spokenCountDown.Update(m_countDown->Remaining());
+        news = m_spokenCountDown.News();
+        whole.push_back(Translate("The selected Digital ID is confirmed automatically"));
+        whole.push_back(m_spokenCountDown.Whole());
+    }
+    m_description->Tell(Sentences(whole), news);
 }
 
 void CDigitalIDSelectionDialog::OnTick(wxTimerEvent&) {
     const bool isOver = m_countDown->Tick();
     m_okButton->SetLabel(CountDownLabel(OkLabel(), m_countDown->Remaining()));
+    TellChoice();
     if (isOver) {
         m_timer.Stop();
         wxQueueEvent(this, new wxCommandEvent(wxEVT_BUTTON, wxID_OK));

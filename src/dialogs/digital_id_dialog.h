@@ -5,12 +5,14 @@
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/dialog.h>
+#include <wx/gbsizer.h>
 #include <wx/timer.h>
 
 #include <cstdint>
 #include <optional>
 
 #include "dialogs/selection.h"
+#include "widgets/accessible.h"
 #include "widgets/choice_list.h"
 
 namespace zeldlg {
@@ -39,12 +41,13 @@ public:
 private:
     void AddList(wxSizer* rows);
     void AddDetails(wxSizer* rows);
-    wxStaticText* AddDetail(wxSizer* grid, const wxString& caption);
-    void AddDirectory(wxSizer* rows);
+    wxStaticText* AddDetail(wxGridBagSizer& grid, const wxString& caption);
+    void AddDirectory(wxGridBagSizer& grid);
     void AddAlwaysUse(wxSizer* rows);
     void AddButtons(wxSizer* rows);
     void FillList();
     void ShowDetails();
+    void TellChoice();
     void TellDetailsThatAreCut();
 
     void StartCountDown();
@@ -60,6 +63,8 @@ private:
     wxButton* m_okButton = nullptr;
     wxTimer m_timer;
     std::optional<DefaultCountDown> m_countDown;
+    SpokenCountDown m_spokenCountDown;
+    std::optional<LiveDescription> m_description;  // of the list
 };
 
 }  // namespace zeldlg

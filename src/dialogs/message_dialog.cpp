@@ -108,11 +108,11 @@ CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const 
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(NewMessageRow(message, style), wxSizerFlags().CentreHorizontal());
     AddButtons(*rows, style);
-    FinishLayout(rows);
-    CancelOnEscapeAndClose(*this);
     if (MessageButtonsOf(style) == MessageButtons::YesNo && m_remainingSeconds != 0) {
         StartCountDown();
     }
+    FinishLayout(rows);
+    CancelOnEscapeAndClose(*this);
 }
 
 namespace {
@@ -212,6 +212,9 @@ void CMessageDialog::FinishLayout(wxSizer* rows) {
 }
 
 void CMessageDialog::StartCountDown() {
+    // A screen reader speaks a name whenever it changes.
+    SetAccessibleName(*m_defaultButton, wxControl::RemoveMnemonics(Translate("&Yes")));
+    m_description = std::make_unique<LiveDescription>(*m_defaultButton);
     ShowSecondsLeft();
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
         --m_remainingSeconds;
@@ -222,6 +225,10 @@ void CMessageDialog::StartCountDown() {
 
 // kept: the count is a display only. At 0 nothing is pressed, and it goes on below 0 until the
 // user answers.
-void CMessageDialog::ShowSecondsLeft() { m_defaultButton->SetLabel(YesLabel(m_remainingSeconds)); }
+void CMessageDialog::ShowSecondsLeft() {
+    m_defaultButton->SetLabel(YesLabel(m_remainingSeconds));
+    m_spokenCountDown.Update(m_remainingSeconds);
+    m_description->Tell(m_spokenCountDown.Whole(), m_spokenCountDown.News());
+}
 
 }  // namespace zeldlg

@@ -8,6 +8,9 @@
 #include <wx/timer.h>
 
 #include <cstdint>
+#include <memory>
+
+#include "widgets/accessible.h"
 
 #include "widgets/button.h"
 
@@ -50,6 +53,8 @@ private:
     int64_t m_remainingSeconds;
     Emphasis m_emphasis;
     const char* m_windowIcon = nullptr;
+    SpokenCountDown m_spokenCountDown;
+    std::unique_ptr<LiveDescription> m_description;  // of the button that counts down
     wxButton* m_defaultButton = nullptr;
 };
 

@@ -34,7 +34,7 @@ struct Unref {
 constexpr int kIndent = 24;
 
 // The arrow of the list is no stop of its own for the Tab key: assistive technology does not know
-// of it, and Alt with Down does the same from the list's text.
+// of it, and keys open the list from its text.
 void SkipArrow(const wxComboBox& list) {
     GtkWidget* const text = gtk_bin_get_child(GTK_BIN(list.GetHandle()));
     const auto skip = +[](GtkWidget* part, gpointer) {
@@ -43,6 +43,29 @@ void SkipArrow(const wxComboBox& list) {
         }
     };
     gtk_container_forall(GTK_CONTAINER(gtk_widget_get_parent(text)), skip, nullptr);
+}
+
+// Its text cannot be changed: what a user does to it is to open the list.
+void OpenFromText(wxComboBox& list) {
+    GtkWidget* const text = gtk_bin_get_child(GTK_BIN(list.GetHandle()));
+    const auto open = +[](GtkWidget*, GdkEventButton* event, wxComboBox* combo) -> gboolean {
+        if (event->type != GDK_BUTTON_PRESS || event->button != GDK_BUTTON_PRIMARY) {
+            return FALSE;
+        }
+        combo->SetFocus();
+        combo->Popup();
+        return TRUE;
+    };
+    g_signal_connect(text, "button-press-event", G_CALLBACK(open), &list);
+    list.Bind(wxEVT_KEY_DOWN, [&list](wxKeyEvent& event) {
+        const int key = event.GetKeyCode();
+        if (key == WXK_SPACE || key == WXK_NUMPAD_SPACE || key == WXK_DOWN ||
+            key == WXK_NUMPAD_DOWN) {
+            list.Popup();
+        } else {
+            event.Skip();
+        }
+    });
 }
 
 // A menu takes the square of its rows to build: seconds for a thousand of them.
@@ -109,6 +132,7 @@ void CSelectUnblockMethodDialog::AddOfflineChoice(bool offered) {
 void CSelectUnblockMethodDialog::AddExplanation() {
     m_explanation =
         new CTextPanel(this, layout::WrapText(*this, Translate(kExplanation)), GetFont());
+    m_explanation->SpeakAs(Translate(kExplanation));
     m_rows->AddSpacer(layout::kSectionGap);
     m_rows->Add(m_explanation, wxSizerFlags().Border(wxLEFT, kIndent));
 }
@@ -128,8 +152,14 @@ void CSelectUnblockMethodDialog::AddAlgorithms(const std::vector<uint32_t>& algo
         m_algorithms->SetSelection(0);
     }
     SkipArrow(*m_algorithms);
+    OpenFromText(*m_algorithms);
     SetAccessibleName(*m_algorithms, Translate("Unlocking algorithm"));
-    SetAccessibleDescription(*m_algorithms, Translate(kExplanation));
+    m_description.emplace(*m_algorithms);
+    const auto tell = [this] {
+        m_description->Tell(Translate(kExplanation), m_algorithms->GetValue());
+    };
+    tell();
+    m_algorithms->Bind(wxEVT_COMBOBOX, [tell](wxCommandEvent&) { tell(); });
     m_rows->AddSpacer(layout::kLineGap * 2);
     m_rows->Add(m_algorithms, wxSizerFlags().Expand().Border(wxLEFT, kIndent));
 }

@@ -8,8 +8,10 @@
 #include <wx/sizer.h>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
+#include "widgets/accessible.h"
 #include "widgets/text_panel.h"
 
 namespace zeldlg {
@@ -52,6 +54,7 @@ private:
     wxRadioButton* m_offline = nullptr;
     CTextPanel* m_explanation = nullptr;
     wxComboBox* m_algorithms = nullptr;
+    std::optional<LiveDescription> m_description;  // of the algorithms
 };
 
 }  // namespace zeldlg

@@ -124,6 +124,7 @@ void CUnlockWithCRDialog::AddHeading() {
     const layout::ElidedText elided =
         layout::ElideText(*this, font, text, kHeadingLines, layout::TextWidth(*this));
     auto* const heading = new CTextPanel(this, elided.shown, font);
+    heading->SpeakAs(text);
     if (elided.isCut) {
         layout::TellWhole(*heading, text);
     }
@@ -166,12 +167,14 @@ void CUnlockWithCRDialog::AddSerialNumber() {
 void CUnlockWithCRDialog::AddResponse() {
     wxStaticText* const label = NewLabel(kLabels[Label::Response]);
     m_responseField = new ResponseField(this);
+    KeepDirection(*m_responseField);
     m_responseField->SetFont(CodeFont());
     const auto digits = 2 * static_cast<size_t>(std::max(m_prompt.responseLength, 0));
     wxSize size = CodeSize(*m_responseField, PlacesOf(*m_responseField, digits), 1);
     size.IncTo({wxDefaultCoord, m_responseField->GetBestSize().y});
     m_responseField->SetMinSize(size);
     SetLabelFor(*label, *m_responseField);
+    m_responseDescription = std::make_unique<LiveDescription>(*m_responseField);
     const RuleLine rule = NewRuleLine(
         this, FormatTranslated("Response is %d bytes long", m_prompt.responseLength), m_responseOk);
     m_responseIcon = rule.icon;
@@ -257,6 +260,19 @@ void CUnlockWithCRDialog::Revalidate() {
     }
     CheckResponse();
     m_okButton->Enable(m_responseOk && m_pinLengthOk && m_pinsEqual);
+    TellRules();
+}
+
+void CUnlockWithCRDialog::TellRules() {
+    m_responseDescription->Tell(m_responseRules.Update({m_responseIcon->Rule()}));
+    if (m_prompt.askNewPin) {
+        // Its own length: the icons show that of the confirmation once it is in order.
+        const NewPinRules own =
+            CheckNewPin(m_prompt.newPinBounds, m_pinField->Pin(), m_pinField->Pin());
+        m_pinField->Tell({}, m_lengthRules.Update({{m_minIcon->Rule().rule, own.minOk},
+                                                   {m_maxIcon->Rule().rule, own.maxOk}}));
+        m_confirmField->Tell({}, m_equalityRules.Update({m_equalIcon->Rule()}));
+    }
 }
 
 void CUnlockWithCRDialog::CheckPins() {

@@ -11,9 +11,11 @@
 #include <wx/textctrl.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "dialogs/challenge_response.h"
+#include "widgets/accessible.h"
 #include "widgets/pin_field.h"
 #include "widgets/rule_marks.h"
 
@@ -72,6 +74,7 @@ private:
     void Revalidate();
     void CheckPins();
     void CheckResponse();
+    void TellRules();
 
     UnlockWithCRPrompt m_prompt;
     Accepts m_accepts;
@@ -89,6 +92,11 @@ private:
     RuleIcon* m_maxIcon = nullptr;
     RuleIcon* m_equalIcon = nullptr;
     wxButton* m_okButton = nullptr;
+    std::unique_ptr<LiveDescription> m_responseDescription;
+    // Of the three fields.
+    SpokenRules m_responseRules;
+    SpokenRules m_lengthRules;
+    SpokenRules m_equalityRules;
 };
 
 }  // namespace zeldlg

@@ -15,6 +15,10 @@ std::wstring_view TrimSpaces(std::wstring_view text) {
 
 }  // namespace
 
+size_t PinPadRow::Digits() const {
+    return static_cast<size_t>(std::count(m_text.begin(), m_text.end(), kMask));
+}
+
 bool PinPadRow::AddChar() {
     const size_t last = m_text.rfind(kMask);
     const size_t next = last == std::wstring::npos ? 0 : last + 1;

@@ -20,6 +20,9 @@ public:
     /// Always kWidth characters.
     const std::wstring& Text() const { return m_text; }
 
+    /// How many mask characters it has.
+    size_t Digits() const;
+
     // Each returns whether the text changed.
 
     /// One more mask character behind the last one; nothing when all places are taken. Status

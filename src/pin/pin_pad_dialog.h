@@ -6,9 +6,11 @@
 #include <wx/stattext.h>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "pin/pin_pad.h"
+#include "widgets/accessible.h"
 
 namespace zeldlg {
 
@@ -43,19 +45,27 @@ public:
     bool IsAbortRequested() const { return m_abortRequested; }
 
 private:
-    void AddSteps(wxSizer* rows, bool verification);
+    void AddCard(wxSizer* rows, const PinPadLook& look);
+    void AddSteps(wxSizer* card, bool verification);
     wxStaticText* AddStep(wxSizer* lines, const char* english);
-    void AddPinRow(wxSizer* rows);
+    void AddPinRow(wxSizer* card);
+    void ReserveRow();
     void AddAbortButton(wxSizer* rows);
     void HighlightCurrentStep();
     void ShowRow(bool changed);
+    wxString DigitsText() const;
+    void Tell(const wxString& news);
 
     wxStaticText* m_display = nullptr;
-    wxWindow* m_stepList = nullptr;
+    wxWindow* m_card = nullptr;
+    std::vector<wxStaticText*> m_arrows;  // of the steps
     wxStaticText* m_stepEnterPin = nullptr;
     wxStaticText* m_stepNewPin = nullptr;
     wxStaticText* m_stepConfirmPin = nullptr;
     uint64_t m_step = 0;
+    wxString m_stepText;           // of the current step; empty where that has none
+    wxWindow* m_described = this;  // what may get the keyboard
+    std::unique_ptr<LiveDescription> m_description;
     bool m_abortRequested = false;
     PinPadRow m_row;
 };

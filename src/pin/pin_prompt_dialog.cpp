@@ -4,6 +4,7 @@
 #include <wx/statline.h>
 
 #include "resources/texts.h"
+#include "widgets/accessible.h"
 #include "widgets/banner.h"
 #include "widgets/dialog_window.h"
 #include "widgets/layout.h"
@@ -51,9 +52,11 @@ void CPinPromptDialog::AddFailureLines(const PinFailureLines& lines) {
         return;
     }
     auto* const warnings = new Banner(this);
-    m_failureText = warnings->AddText(Translate(lines.failure));
+    m_failure = Translate(lines.failure);
+    m_failureText = warnings->AddText(m_failure);
     if (lines.warning != nullptr) {
         m_warningText = warnings->AddText(WarningText(lines));
+        m_failure = Sentences({m_failure, WarningText(lines)});
     }
     m_rows->Add(warnings, wxSizerFlags().Expand().Border(wxTOP, layout::kSectionGap));
 }
@@ -86,6 +89,12 @@ void CPinPromptDialog::AddRules() {
 }
 
 void CPinPromptDialog::FinishLayout() {
+    for (wxStaticText* const text : {m_failureText, m_warningText}) {
+        if (text != nullptr) {
+            SetDescriptionFor(*text, *m_pinField);
+        }
+    }
+    TellRules();
     layout::Finish(*this, m_rows);
     CancelOnClose(*this);
     m_pinField->SetFocus();
@@ -97,10 +106,15 @@ void CPinPromptDialog::OnText(wxCommandEvent&) {
     }
     m_minIcon->SetMet(m_lengthRule.MinOk());
     m_maxIcon->SetMet(m_lengthRule.MaxOk());
+    TellRules();
     m_okButton->Enable(m_lengthRule.Accepts());
     if (m_lengthRule.Accepts()) {
         m_okButton->SetDefault();
     }
+}
+
+void CPinPromptDialog::TellRules() {
+    m_pinField->Tell(m_failure, m_spokenRules.Update({m_minIcon->Rule(), m_maxIcon->Rule()}));
 }
 
 // A press on the dialog's own surface has no meaning, so nothing behind it may act on one.

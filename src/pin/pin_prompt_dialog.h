@@ -35,9 +35,11 @@ protected:
 
 private:
     void OnText(wxCommandEvent& event);
+    void TellRules();
     void ConsumeMouseButtons();
 
     wxBoxSizer* m_rows;
+    wxString m_failure;  // both texts, as they are spoken
     wxStaticText* m_failureText = nullptr;
     wxStaticText* m_warningText = nullptr;
     PinField* m_pinField = nullptr;
@@ -45,6 +47,7 @@ private:
     RuleIcon* m_maxIcon = nullptr;
     wxButton* m_okButton = nullptr;
     PinLengthRule m_lengthRule;
+    SpokenRules m_spokenRules;
 };
 
 /// Asks for the PIN of a token before a login.

@@ -39,17 +39,17 @@ wxString RestrictionPage(const PinPolicy& policy) {
 constexpr Policy kPolicies[] = {
     {kPolicyElementaryDistance, CATALOGUE_KEY("Distance"),
      [](PinPolicy& policy, std::string_view pin) { return CheckElementaryDistance(policy, pin); },
-     false, DescribeElementaryDistance},
+     false, false, DescribeElementaryDistance},
     {kPolicyCharacterClassification, CATALOGUE_KEY("Diversification"),
      [](PinPolicy& policy, std::string_view pin) { return CheckCharacterClasses(policy, pin); },
-     true, DescribeCharacterClassification},
-    {kPolicyHistoryChecking, CATALOGUE_KEY("Similarity"), nullptr, false, HistoryPage},
+     true, false, DescribeCharacterClassification},
+    {kPolicyHistoryChecking, CATALOGUE_KEY("Similarity"), nullptr, false, false, HistoryPage},
     {kPolicyCharacterRestriction, CATALOGUE_KEY("Restriction"),
      [](PinPolicy& policy, std::string_view pin) {
          return policy.p4CharList.empty() ? kPolicyAccepted
                                           : CheckCharacterRestriction(policy, pin);
      },
-     false, RestrictionPage},
+     false, true, RestrictionPage},
 };
 
 }  // namespace
@@ -71,11 +71,12 @@ ChangePinChecks::ChangePinChecks(ChangePinMode mode, const ChangePinBounds& boun
          {bound(texts.oldRule, bounds.oldValue.min, bounds.oldValue.max),
           bound(texts.minRule, bounds.newValue.min), bound(texts.maxRule, bounds.newValue.max),
           Translate(texts.equalRule)}) {
-        m_list.push_back({.title = rule, .met = false, .text = rule});
+        m_list.push_back({.title = rule, .met = false, .text = rule, .spoken = rule});
     }
     if (policed) {
         const auto addPage = [this](const char* title, const wxString& text) {
-            m_list.push_back({.title = Translate(title), .met = true, .text = text});
+            m_list.push_back(
+                {.title = Translate(title), .met = true, .text = text, .spoken = text});
         };
         addPage(CATALOGUE_KEY("Length"), m_list[kOldLength].text + "\n" + m_list[kMinLength].text +
                                              "\n" + m_list[kMaxLength].text);
@@ -105,6 +106,29 @@ void ChangePinChecks::Update(const ChangePinEntries& typed) {
     }
 }
 
+size_t ChangePinChecks::PageToShow() const {
+    const auto first = m_list.begin() + kLengthPage;
+    const auto unmet =
+        std::find_if(first, m_list.end(), [](const auto& each) { return !each.met; });
+    return kLengthPage + (unmet != m_list.end() ? static_cast<size_t>(unmet - first) : 0);
+}
+
+std::vector<ChangePinCheck> ChangePinChecks::Of(Entry entry) const {
+    switch (entry) {
+        case Entry::OldValue:
+            return {m_list[kOldLength]};
+        case Entry::Confirmation:
+            return {m_list[kEqual]};
+        case Entry::NewValue:
+            break;
+    }
+    std::vector<ChangePinCheck> all = {m_list[kMinLength], m_list[kMaxLength]};
+    if (!m_statuses.empty()) {
+        all.insert(all.end(), m_list.begin() + kPolicyPage, m_list.end());
+    }
+    return all;
+}
+
 void ChangePinChecks::UpdatePage(const Policy& policy, PolicyStatus& last, std::string_view pin,
                                  ChangePinCheck& page) {
     const PolicyStatus now = policy.StatusOf(m_policy, pin);
@@ -113,10 +137,13 @@ void ChangePinChecks::UpdatePage(const Policy& policy, PolicyStatus& last, std::
     }
     last = now;
     page.met = now == kPolicyAccepted;
-    page.text = policy.describe(m_policy);
+    page.spoken = page.text = policy.describe(m_policy);
     if (!page.met) {
         page.text += "\n\n" + DescribePolicyStatus(
                                   m_policy, now, policy.messageNeedsPin ? pin : std::string_view());
+        if (!policy.messageHasCharacter) {
+            page.spoken = page.text;
+        }
     }
 }
 

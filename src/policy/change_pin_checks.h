@@ -44,6 +44,8 @@ struct ChangePinCheck {
     bool met = false;
     /// What is asked for, and on a policy's page what is wrong.
     wxString text;
+    /// The same without any character of the new value: somebody may listen.
+    wxString spoken;
 };
 
 /// One of the policies P1 to P4, and its page in the change dialog.
@@ -52,7 +54,8 @@ struct Policy {
     const char* title;  ///< of its page: a catalogue key
     /// Null: it is for the token to check.
     PolicyStatus (*check)(PinPolicy& policy, std::string_view pin);
-    bool messageNeedsPin;  ///< other messages must not see it
+    bool messageNeedsPin;      ///< other messages must not see it
+    bool messageHasCharacter;  ///< of the new value
     /// What its page says, whatever is typed.
     wxString (*describe)(const PinPolicy& policy);
 
@@ -78,6 +81,16 @@ public:
     void Update(const ChangePinEntries& typed);
 
     const std::vector<ChangePinCheck>& List() const { return m_list; }
+
+    /// Of the list: the page that is to show by itself, the first that is not met, or the first.
+    /// Where there are pages.
+    size_t PageToShow() const;
+
+    enum class Entry { OldValue, NewValue, Confirmation };
+    /// Those that say what an entry lacks, each once: the pages of length and equality repeat
+    /// rules.
+    std::vector<ChangePinCheck> Of(Entry entry) const;
+
     bool AllMet() const {
         return std::all_of(m_list.begin(), m_list.end(), [](const auto& each) { return each.met; });
     }

@@ -65,6 +65,7 @@ CChangePinDialog::CChangePinDialog(wxWindow* parent, const ChangePinPrompt& prom
     AddExplanation();
     AddSummary();
     AddButtons();
+    TieDescriptions();
     Revalidate();
     layout::Finish(*this, m_rows);
     CancelOnClose(*this);
@@ -89,9 +90,10 @@ void CChangePinDialog::AddFailure(const ChangePinAttempts& attempts) {
     if (failure.header == nullptr) {
         return;
     }
+    m_failure = Sentences({Translate(failure.header), WarningText(failure)});
     auto* const warnings = new Banner(this);
-    warnings->AddText(Translate(failure.header));
-    warnings->AddText(WarningText(failure));
+    m_failureTexts = {warnings->AddText(Translate(failure.header)),
+                      warnings->AddText(WarningText(failure))};
     m_rows->Add(warnings, wxSizerFlags().Expand().Border(wxTOP, SectionGap()));
 }
 
@@ -133,10 +135,12 @@ wxSizer* CChangePinDialog::NewChecks(size_t end) {
     for (size_t place = m_indicators.size(); place < end; ++place) {
         const ChangePinCheck& check = m_checks.List()[place];
         m_indicators.push_back(new Indicator(this, check.title, check.met));
-        m_indicators.back()->Bind(wxEVT_BUTTON, [this, place](wxCommandEvent&) {
-            m_chosen = place;
-            ShowExplanation();
-        });
+        m_explanations.push_back(std::make_unique<LiveDescription>(*m_indicators.back()));
+        m_indicators.back()->Bind(wxEVT_BUTTON, [this, place](wxCommandEvent&) { Choose(place); });
+        if (place >= ChangePinChecks::kRuleCount) {
+            m_indicators.back()->Bind(
+                wxEVT_KEY_DOWN, [this, place](wxKeyEvent& event) { OnPageKey(event, place); });
+        }
         column->Add(m_indicators.back());
     }
     return column;
@@ -168,6 +172,14 @@ void CChangePinDialog::AddButtons() {
     m_okButton = layout::AddButtonRow(this, m_rows, Translate("OK")).ok;
 }
 
+// What is spoken with a control need not be read with the window's texts.
+void CChangePinDialog::TieDescriptions() {
+    for (wxStaticText* const text : m_failureTexts) {
+        SetDescriptionFor(*text, *m_oldField);
+    }
+    SetDescriptionFor(*m_summary, *m_okButton);
+}
+
 void CChangePinDialog::Revalidate() {
     const SecretBytes oldValue = m_oldField->Pin();
     const SecretBytes newValue = m_newField->Pin();
@@ -176,8 +188,30 @@ void CChangePinDialog::Revalidate() {
     for (size_t i = 0; i < m_indicators.size(); ++i) {
         m_indicators[i]->SetMet(m_checks.List()[i].met);
     }
+    if (m_prompt.policed && !m_userChose) {
+        m_chosen = m_checks.PageToShow();
+    }
     ShowExplanation();
     ShowSummary(m_checks.AllMet());
+    TellState(m_checks.AllMet());
+}
+
+// What the summary says is of no use to who does not see the balls; their names are.
+void CChangePinDialog::TellState(bool allMet) {
+    using Entry = ChangePinChecks::Entry;
+    const std::pair<Entry, PinField*> fields[] = {{Entry::OldValue, m_oldField},
+                                                  {Entry::NewValue, m_newField},
+                                                  {Entry::Confirmation, m_confirmField}};
+    for (size_t i = 0; i < std::size(fields); ++i) {
+        const auto& [entry, field] = fields[i];
+        std::vector<SpokenRule> rules;
+        for (const ChangePinCheck& check : m_checks.Of(entry)) {
+            rules.push_back({check.title, check.met});
+        }
+        const wxString state = m_spokenRules[i].Update(rules);
+        field->Tell(entry == Entry::OldValue ? m_failure : wxString(),
+                    allMet ? Translate(kRequirementsMet) : state);
+    }
 }
 
 void CChangePinDialog::ShowSummary(bool allMet) {
@@ -194,14 +228,56 @@ void CChangePinDialog::ShowSummary(bool allMet) {
     }
 }
 
+void CChangePinDialog::Choose(size_t place) {
+    m_chosen = place;
+    m_userChose = true;
+    ShowExplanation();
+}
+
+// The pages are one stop for the Tab key.
+void CChangePinDialog::OnPageKey(wxKeyEvent& event, size_t place) {
+    const size_t first = ChangePinChecks::kRuleCount;
+    const size_t last = m_indicators.size() - 1;
+    switch (event.GetKeyCode()) {
+        case WXK_DOWN:
+        case WXK_RIGHT:
+            place = place < last ? place + 1 : first;
+            break;
+        case WXK_UP:
+        case WXK_LEFT:
+            place = place > first ? place - 1 : last;
+            break;
+        case WXK_HOME:
+            place = first;
+            break;
+        case WXK_END:
+            place = last;
+            break;
+        default:
+            event.Skip();
+            return;
+    }
+    Choose(place);
+    m_indicators[place]->SetFocus();
+}
+
 void CChangePinDialog::ShowExplanation() {
     const ChangePinCheck& chosen = m_checks.List()[m_chosen];
+    if (m_chosen >= ChangePinChecks::kRuleCount) {
+        m_page = m_chosen;
+    }
+    for (size_t i = 0; i < m_explanations.size(); ++i) {
+        m_explanations[i]->Tell(i == m_chosen ? chosen.spoken : wxString());
+        if (i >= ChangePinChecks::kRuleCount) {
+            m_indicators[i]->MarkChosen(i == m_chosen);
+            m_indicators[i]->SetCanFocus(i == m_page);
+        }
+    }
     if (chosen.text == m_explanation->GetValue()) {
         return;
     }
     m_explanation->ChangeValue(chosen.text);
-    // What is wrong stands behind what is asked for.
-    m_explanation->ShowPosition(chosen.met ? 0 : m_explanation->GetLastPosition());
+    m_explanation->ShowPosition(0);  // with the headline in view
 }
 
 }  // namespace zeldlg

@@ -7,11 +7,14 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
 #include "policy/change_pin_checks.h"
 #include "policy/change_pin_mode.h"
+#include "widgets/accessible.h"
 #include "widgets/banner.h"
 #include "widgets/pin_field.h"
 #include "widgets/rule_marks.h"
@@ -51,9 +54,14 @@ private:
     void AddSummary();
     void AddButtons();
 
+    void TieDescriptions();
+
     void Revalidate();
     void ShowSummary(bool allMet);
     void ShowExplanation();
+    void Choose(size_t place);
+    void OnPageKey(wxKeyEvent& event, size_t place);
+    void TellState(bool allMet);
 
     ChangePinPrompt m_prompt;
     const ChangePinTexts& m_texts;
@@ -67,10 +75,16 @@ private:
     PinField* m_confirmField = nullptr;
     wxTextCtrl* m_explanation = nullptr;
     Banner* m_summaryBox = nullptr;
+    wxString m_failure;  // as it is spoken
+    std::vector<wxStaticText*> m_failureTexts;
     wxStaticText* m_summary = nullptr;
     wxButton* m_okButton = nullptr;
-    std::vector<Indicator*> m_indicators;  // of the checks
+    std::vector<Indicator*> m_indicators;                          // of the checks
+    std::vector<std::unique_ptr<LiveDescription>> m_explanations;  // of the indicators
+    std::array<SpokenRules, 3> m_spokenRules;                      // of the fields
     size_t m_chosen;
+    size_t m_page = ChangePinChecks::kRuleCount;  // the one of the pages that Tab goes to
+    bool m_userChose = false;
     std::optional<bool> m_shownSummary;
 };
 

@@ -3,6 +3,7 @@
 #include <gtk/gtk.h>
 
 #include <algorithm>
+#include <memory>
 
 #include "resources/texts.h"
 
@@ -22,6 +23,26 @@ GtkWidget* FocusedWidget(const wxWindow& window) {
 
 AtkObject* AccessibleOf(const wxWindow& window) {
     return gtk_widget_get_accessible(FocusedWidget(window));
+}
+
+struct Unref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+};
+
+// What a screen reader takes for the control with the keyboard: of a list, the row.
+std::unique_ptr<AtkObject, Unref> FocusedObject(const wxWindow& window) {
+    if (GtkWidget* const widget = FocusedWidget(window); GTK_IS_TREE_VIEW(widget)) {
+        GtkTreePath* path = nullptr;
+        gtk_tree_view_get_cursor(GTK_TREE_VIEW(widget), &path, nullptr);
+        if (path != nullptr) {
+            const int row = gtk_tree_path_get_indices(path)[0];
+            gtk_tree_path_free(path);
+            AtkTable* const rows = ATK_TABLE(AccessibleOf(window));
+            return std::unique_ptr<AtkObject, Unref>(atk_table_ref_at(rows, row, 0));
+        }
+    }
+    return std::unique_ptr<AtkObject, Unref>(
+        static_cast<AtkObject*>(g_object_ref(AccessibleOf(window))));
 }
 
 // Of a label: the widget that it stands for.
@@ -72,8 +93,68 @@ void Announce(wxWindow& window, const wxString& text) {
     g_signal_emit_by_name(AccessibleOf(window), "announcement", text.utf8_str().data());
 }
 
-wxString RuleState(const wxString& rule, bool met) {
-    return met ? FormatTranslated("Met: %s", rule) : FormatTranslated("Not met: %s", rule);
+LiveDescription::LiveDescription(wxWindow& control) : m_control(control) {
+    Describe({});  // a first description is no change yet: nobody would be told of it
+    m_control.Bind(wxEVT_KEY_DOWN, &LiveDescription::OnKey, this);
+    m_control.Bind(wxEVT_KILL_FOCUS, &LiveDescription::OnKeyboardLeaves, this);
+    m_control.Bind(wxEVT_ACTIVATE, &LiveDescription::OnActivate, this);
+}
+
+LiveDescription::~LiveDescription() {
+    m_control.Unbind(wxEVT_KEY_DOWN, &LiveDescription::OnKey, this);
+    m_control.Unbind(wxEVT_KILL_FOCUS, &LiveDescription::OnKeyboardLeaves, this);
+    m_control.Unbind(wxEVT_ACTIVATE, &LiveDescription::OnActivate, this);
+}
+
+void LiveDescription::Tell(const wxString& whole, const wxString& news) {
+    m_state.Tell(whole, news);
+    if (HasKeyboard() || IsRunning()) {
+        StartOnce(SpokenState::kPause);
+    } else {
+        Publish(false);
+    }
+}
+
+void LiveDescription::OnKey(wxKeyEvent& event) {
+    if (IsRunning()) {
+        StartOnce(SpokenState::kPause);
+    }
+    event.Skip();
+}
+
+// A screen reader takes the control for the one with the keyboard until it hears of the next.
+void LiveDescription::OnKeyboardLeaves(wxFocusEvent& event) {
+    StartOnce(SpokenState::kPause);
+    event.Skip();
+}
+
+void LiveDescription::OnActivate(wxActivateEvent& event) {
+    if (!event.GetActive()) {
+        StartOnce(SpokenState::kPause);
+    }
+    event.Skip();
+}
+
+void LiveDescription::Notify() { Publish(HasKeyboard()); }
+
+bool LiveDescription::HasKeyboard() const {
+    const auto* const window = dynamic_cast<const wxTopLevelWindow*>(&m_control);
+    return window != nullptr ? gtk_window_is_active(GTK_WINDOW(window->GetHandle())) != FALSE
+                             : m_control.HasFocus();
+}
+
+void LiveDescription::Publish(bool hasKeyboard) {
+    if (const std::optional<wxString> due = m_state.Due(hasKeyboard)) {
+        Describe(*due);
+    }
+}
+
+void LiveDescription::MoveToRow() { Describe(m_state.Anew()); }
+
+void LiveDescription::Describe(const wxString& text) {
+    if (const auto object = FocusedObject(m_control)) {
+        atk_object_set_description(object.get(), text.utf8_str());
+    }
 }
 
 void TellRuleState(wxWindow& window, const wxString& rule, bool met) {
@@ -102,6 +183,13 @@ void SetCaptionFor(wxStaticText& caption, wxStaticText& value) {
     AtkObject* const other = AccessibleOf(value);
     atk_object_add_relationship(one, ATK_RELATION_LABEL_FOR, other);
     atk_object_add_relationship(other, ATK_RELATION_LABELLED_BY, one);
+}
+
+void SetDescriptionFor(wxWindow& text, wxWindow& control) {
+    AtkObject* const one = AccessibleOf(text);
+    AtkObject* const other = AccessibleOf(control);
+    atk_object_add_relationship(one, ATK_RELATION_DESCRIPTION_FOR, other);
+    atk_object_add_relationship(other, ATK_RELATION_DESCRIBED_BY, one);
 }
 
 void MarkAsSecretField(wxTextCtrl& field) {

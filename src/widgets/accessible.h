@@ -4,8 +4,11 @@
 
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+#include <wx/timer.h>
 #include <wx/toplevel.h>
 #include <wx/window.h>
+
+#include "widgets/spoken_state.h"
 
 namespace zeldlg {
 
@@ -15,12 +18,40 @@ void SetAccessibleName(wxWindow& window, const wxString& name);
 /// What a screen reader speaks besides the name.
 void SetAccessibleDescription(wxWindow& window, const wxString& description);
 
-/// Has a screen reader speak a text now: for what changes away from the keyboard focus.
+/// Has a screen reader that knows announcements speak a text now, wherever the keyboard focus is.
 void Announce(wxWindow& window, const wxString& text);
 
-/// A rule with its state in words, so that a colour is never the only sign.
-/// @param rule Translated.
-wxString RuleState(const wxString& rule, bool met);
+/// Keeps the accessible description of a control that has, or may get, the keyboard: see
+/// SpokenState. The control has to live as long.
+class LiveDescription : private wxTimer {
+public:
+    /// @param control Of a window without such controls, the window itself.
+    explicit LiveDescription(wxWindow& control);
+    ~LiveDescription() override;
+    LiveDescription(const LiveDescription&) = delete;
+    LiveDescription& operator=(const LiveDescription&) = delete;
+
+    /// At once where the keyboard is not; where it is, when no key has come for a while.
+    /// @param whole What is said when the keyboard comes.
+    /// @param news  What of it is said when it changes meanwhile.
+    void Tell(const wxString& whole, const wxString& news);
+    void Tell(const wxString& text) { Tell(text, text); }
+
+    /// Of a list, when the keyboard has come to another of its rows.
+    void MoveToRow();
+
+private:
+    void OnKey(wxKeyEvent& event);
+    void OnKeyboardLeaves(wxFocusEvent& event);
+    void OnActivate(wxActivateEvent& event);
+    void Notify() override;
+    bool HasKeyboard() const;
+    void Publish(bool hasKeyboard);
+    void Describe(const wxString& text);
+
+    wxWindow& m_control;
+    SpokenState m_state;
+};
 
 /// Gives what stands for a rule the rule's new state as its name, and has it spoken.
 void TellRuleState(wxWindow& window, const wxString& rule, bool met);
@@ -31,6 +62,9 @@ void SetLabelFor(wxStaticText& label, wxWindow& field);
 
 /// Ties a caption to a text that is only shown.
 void SetCaptionFor(wxStaticText& caption, wxStaticText& value);
+
+/// Ties a text to the control whose description has it, too: it is not read twice.
+void SetDescriptionFor(wxWindow& text, wxWindow& control);
 
 /// Tells input methods and on-screen keyboards that a single-line field takes a secret: nothing to
 /// spell or decorate.

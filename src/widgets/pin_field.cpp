@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "registry/settings.h"
+#include "resources/texts.h"
 #include "widgets/accessible.h"
 #include "widgets/secure_text_control.h"
 
@@ -50,6 +51,14 @@ int PlaceAt(GtkEntry* entry, int x) {
                                  (x - left) * PANGO_SCALE, &index, &trailing);
     const char* const mask = pango_layout_get_text(layout);
     return static_cast<int>(g_utf8_pointer_to_offset(mask, mask + index)) + trailing;
+}
+
+// A screen reader says that the key is pressed, but not that it was pressed before.
+GdkKeymap* Keymap() { return gdk_keymap_get_for_display(gdk_display_get_default()); }
+
+wxString CapsLockState() {
+    return gdk_keymap_get_caps_lock_state(Keymap()) != FALSE ? Translate("Caps Lock is on")
+                                                             : wxString();
 }
 
 int XIn(GtkWidget* widget, const GdkEventButton& event) {
@@ -182,22 +191,40 @@ struct WaysIn {
 PinField::PinField(wxWindow* parent, wxStaticText& label, Accepts accepts)
     : wxTextCtrl(parent, wxID_ANY, wxEmptyString, wxDefaultPosition, FieldSize(*parent),
                  wxTE_PASSWORD),
-      m_accepts(accepts) {
+      m_accepts(accepts),
+      m_description(*this) {
     SetLabelFor(label, *this);
     MarkAsSecretField(*this);
     if (accepts == Accepts::AsciiOnly) {
         SetValidator(AsciiValidator());
     }
+    KeepDirection(*this);
     WaysIn::Guard(*this);
+    g_signal_connect_swapped(Keymap(), "state-changed", G_CALLBACK(&PinField::OnLockKeys), this);
 }
 
-PinField::~PinField() { WaysIn::Unguard(*this); }
+PinField::~PinField() {
+    g_signal_handlers_disconnect_by_data(Keymap(), this);
+    WaysIn::Unguard(*this);
+}
 
 SecretBytes PinField::Pin() const {
     return SecretBytes(gtk_entry_get_text(GTK_ENTRY(GetHandle())));
 }
 
 size_t PinField::Length() const { return gtk_entry_get_text_length(GTK_ENTRY(GetHandle())); }
+
+void PinField::Tell(const wxString& lasting, const wxString& state) {
+    m_lasting = lasting;
+    m_state = state;
+    TellAgain();
+}
+
+void PinField::TellAgain() {
+    m_description.Tell(Sentences({CapsLockState(), m_lasting, m_state}), m_state);
+}
+
+void PinField::OnLockKeys(PinField* field) { field->TellAgain(); }
 
 // As GTK does it: what comes into the selection replaces it, what comes beside it leaves its text.
 // @param place In characters, or kAtCaret. @return Whether anything went in.
@@ -220,6 +247,17 @@ bool PinField::Insert(std::string_view offered, int place) {
                              &place);
     gtk_editable_set_position(editable, place);
     return true;
+}
+
+void KeepDirection(wxTextCtrl& field) {
+    const auto follow = +[](GtkWidget* entry) {
+        const bool fromRight = gdk_keymap_get_direction(Keymap()) == PANGO_DIRECTION_RTL;
+        gtk_widget_set_direction(entry, fromRight ? GTK_TEXT_DIR_RTL : GTK_TEXT_DIR_LTR);
+    };
+    GtkWidget* const entry = field.GetHandle();
+    g_signal_connect_object(Keymap(), "direction-changed", G_CALLBACK(follow), entry,
+                            G_CONNECT_SWAPPED);
+    follow(entry);
 }
 
 Accepts AcceptedInNewPin() {

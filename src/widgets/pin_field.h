@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/secret.h"
+#include "widgets/accessible.h"
 
 namespace zeldlg {
 
@@ -36,15 +37,29 @@ public:
     /// Of what is typed, in characters.
     size_t Length() const;
 
+    /// Has a screen reader say what is to be known of the entry.
+    /// @param lasting Each time that the keyboard comes to the field.
+    /// @param state   Then as well, and when it changes meanwhile.
+    void Tell(const wxString& lasting, const wxString& state);
+
 private:
     friend struct WaysIn;  // what GTK tells of texts that come
 
     bool Insert(std::string_view offered, int place);
+    void TellAgain();
+    static void OnLockKeys(PinField* field);
 
     const Accepts m_accepts;
     unsigned long m_commitHook;
     bool m_isDeafToCommit = false;
+    LiveDescription m_description;
+    wxString m_lasting;
+    wxString m_state;
 };
+
+/// Has a field whose text has no direction of its own (mask characters, digits) show it in that of
+/// the keyboard all the time. GTK would turn it round whenever the keyboard comes and goes.
+void KeepDirection(wxTextCtrl& field);
 
 /// What the setting for it allows in a new PIN: only ASCII, unless it is there and 0.
 Accepts AcceptedInNewPin();

@@ -83,6 +83,36 @@ Indicator::Indicator(wxWindow* parent, const wxString& rule, bool met) : m_rule(
     SetAccessibleName(*this, RuleState(rule, met));
 }
 
+namespace {
+
+constexpr const char* kChosenClass = "zeldlg-chosen";
+constexpr const char* kChosenLook =
+    "button.zeldlg-chosen { background-image: none; background-color: @theme_selected_bg_color;"
+    " color: @theme_selected_fg_color; }";
+
+// One for all; it lives as long as the process.
+GtkStyleProvider* ChosenLook() {
+    static GtkCssProvider* const look = [] {
+        GtkCssProvider* const made = gtk_css_provider_new();
+        gtk_css_provider_load_from_data(made, kChosenLook, -1, nullptr);
+        return made;
+    }();
+    return GTK_STYLE_PROVIDER(look);
+}
+
+}  // namespace
+
+void Indicator::MarkChosen(bool chosen) {
+    GtkStyleContext* const style = gtk_widget_get_style_context(GetHandle());
+    if (chosen && gtk_style_context_has_class(style, kChosenClass) == FALSE) {
+        gtk_style_context_add_provider(style, ChosenLook(),
+                                       GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+        gtk_style_context_add_class(style, kChosenClass);
+    } else if (!chosen) {
+        gtk_style_context_remove_class(style, kChosenClass);
+    }
+}
+
 void Indicator::SetMet(bool met) {
     if (met == m_met) {
         return;

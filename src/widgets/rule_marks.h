@@ -5,6 +5,8 @@
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 
+#include "widgets/spoken_state.h"
+
 namespace zeldlg {
 
 /// The icon beside a rule: shows, and tells assistive technology, whether the rule is met.
@@ -15,6 +17,8 @@ public:
 
     /// Nothing is drawn again when it shows that already.
     void SetMet(bool met);
+
+    SpokenRule Rule() const { return {m_rule, m_met}; }
 
 private:
     wxString m_rule;
@@ -42,6 +46,9 @@ public:
 
     /// Nothing is drawn again when it shows that already.
     void SetMet(bool met);
+
+    /// Of a group of which one is chosen: it looks like a selected row.
+    void MarkChosen(bool chosen);
 
 private:
     wxString m_rule;

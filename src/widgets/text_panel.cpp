@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "widgets/accessible.h"
 #include "widgets/layout.h"
 
 namespace zeldlg {
@@ -18,6 +19,16 @@ CTextPanel::CTextPanel(wxWindow* parent, const wxString& text, const wxFont& fon
         from = end + 1;
     }
     SetSizerAndFit(lines);
+}
+
+void CTextPanel::SpeakAs(const wxString& text) {
+    for (wxWindow* const line : GetChildren()) {
+        if (line == GetChildren().front()) {
+            SetAccessibleName(*line, text);
+        } else {
+            MarkAsDecoration(*line);
+        }
+    }
 }
 
 void CTextPanel::AddLine(wxSizer& lines, const wxString& piece, const wxFont& font) {

@@ -15,6 +15,9 @@ public:
     CTextPanel(wxWindow* parent, const wxString& text, const wxFont& font,
                long style = wxNO_BORDER);
 
+    /// Has a screen reader take the lines for one paragraph, of this text.
+    void SpeakAs(const wxString& text);
+
 private:
     void AddLine(wxSizer& lines, const wxString& piece, const wxFont& font);
 };

@@ -211,6 +211,53 @@ TEST(PolicyPages, StandBehindTheRulesInTheirOrder) {
                                      "Similarity", "Restriction"}));
 }
 
+TEST(PolicyPages, TheFirstThatIsNotMetShowsByItself) {
+    Pages pages(SomePolicy());
+    const auto shown = [&pages] {
+        return pages.Checks().List()[pages.Checks().PageToShow()].title;
+    };
+    EXPECT_EQ("Length", shown()) << "the new value is too short";
+}
+
+TEST(PolicyPages, WithoutOneThatIsNotMetTheFirstShows) {
+    const ChangePinChecks checks(kTransport, {}, true, PinPolicy());
+    EXPECT_TRUE(checks.AllMet());
+    EXPECT_EQ("Length", checks.List()[checks.PageToShow()].title);
+}
+
+TEST(PolicyPages, TheOneThatShowsIsTheFirstThatIsNotMet) {
+    ChangePinChecks checks(kTransport, {.newValue = {0, 8}, .oldValue = {0, 8}}, true, PinPolicy());
+    checks.Update({.oldValue = {}, .newValue = "1234", .confirmation = "12"});
+    EXPECT_EQ("Equality", checks.List()[checks.PageToShow()].title);
+}
+
+TEST(ChangePinChecks, EachFieldIsToldWhatItLacksOnce) {
+    using Entry = ChangePinChecks::Entry;
+    Pages pages(SomePolicy());
+    std::vector<wxString> told;
+    for (const Entry entry : {Entry::OldValue, Entry::NewValue, Entry::Confirmation}) {
+        for (const ChangePinCheck& check : pages.Checks().Of(entry)) {
+            told.push_back(check.title);
+        }
+    }
+    const std::vector<wxString> titles = Titles(pages.Checks());
+    EXPECT_EQ(told,
+              (std::vector<wxString>{titles[0], titles[1], titles[2], "Distance", "Diversification",
+                                     "Similarity", "Restriction", titles[3]}));
+}
+
+TEST(PolicyPages, WhatIsSpokenHasNoCharacterOfTheNewValue) {
+    PinPolicy policy;
+    policy.enabledMask = kPolicyCharacterRestriction;
+    policy.p4CharList = "#";
+    Pages pages(policy);
+    pages.Type("12#4");
+    const ChangePinCheck& page = pages["Restriction"];
+    EXPECT_FALSE(page.met);
+    EXPECT_NE(page.text, page.spoken);
+    EXPECT_EQ(page.spoken, DescribeCharacterRestriction(policy));
+}
+
 TEST(PolicyPages, OfLengthAndEqualityRepeatTheRules) {
     Pages pages(SomePolicy());
     EXPECT_EQ(pages["Length"].text,

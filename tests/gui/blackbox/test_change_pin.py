@@ -409,6 +409,39 @@ class Policies(ChangeCase):
                            what=str(parts), seen=self.explanation)
         self.cancel()
 
+    def test_the_first_page_that_is_not_met_shows_until_the_user_chooses(self):
+        def shows(part):
+            wait_until(lambda: part in self.explanation(), what=part, seen=self.explanation)
+        self.open(POLICED, min=1, max=16, **policy(b"0", **self.RULES))
+        shows("PIN length between 1 and 16 bytes")
+        self.type("1234", "9800", "9800")
+        shows("Elementary distance:\n")
+        self.ball("Restriction").press()
+        shows("Character restriction:\n")
+        self.type("1234", "9800", "98")
+        self.expect([True] * 3 + [False], Equality=False)
+        self.assertIn("Character restriction:\n", self.explanation())
+        self.cancel()
+
+    def test_the_pages_are_one_stop_and_arrow_keys_go_through_them(self):
+        self.open(POLICED, min=1, max=16, **policy(b"0", **self.RULES))
+        self.assertEqual(["Not met: Length"], [node.name for node in self.window.walk()
+                                               if "focusable" in node.states
+                                               and node.name.endswith(tuple(PAGES))])
+        self.ball("Length").focus()
+        seen = []
+        for key, page in (("Down", "Equality"), ("Right", "Distance"), ("End", "Restriction"),
+                          ("Down", "Length"), ("Up", "Restriction"), ("Left", "Similarity"),
+                          ("Home", "Length"), ("shift+Tab", None)):
+            self.screen.key(key)
+            if page is None:
+                break
+            self.screen.wait_focused(self.ball(page))
+            seen.append(self.explanation())
+        self.assertEqual(5, len(set(seen)))
+        wait_until(lambda: self.screen.focused() not in map(self.ball, PAGES), what="the rules")
+        self.cancel()
+
     def test_a_page_follows_the_typing(self):
         self.open(POLICED, min=1, max=16, **policy(b"0", **self.RULES))
         self.type("1234", "9753", None)

@@ -186,6 +186,20 @@ class NobodysLanguages(LanguageCase):
             self.screen.close_window(window)
             call.result()
 
+    def test_mask_characters_and_digits_stay_where_they_are_when_the_keyboard_goes(self):
+        for dialog, role, text in (("pin", "password text", "24"), ("unblock-cr", "text", "01")):
+            host = self.host_in("he")
+            call, window = self.show_dialog(host, find_dialog(dialog), {})
+            field = next(node for node in window.find_all(role) if "editable" in node.states)
+            self.screen.type_text(text, field)
+            wait_until(lambda: field.length == 2, what="the text")
+            places = [field.character_extents(place) for place in range(2)]
+            self.assertLess(places[0][0], places[1][0])
+            self.screen.key("Tab", field)
+            wait_until(lambda: not field.focused, what="the keyboard elsewhere")
+            self.assertEqual(places, [field.character_extents(place) for place in range(2)])
+            remove_dialog(self.screen, host, find_dialog(dialog), call, window)
+
     def test_a_pin_is_typed_in_either_direction(self):
         for language in PSEUDO:
             host = self.host_in(language)

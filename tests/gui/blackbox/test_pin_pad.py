@@ -13,6 +13,7 @@ TITLE = "PinPad"
 NOTICE = "You are about to create a legally binding digital signature!"
 ENTER, NEW, CONFIRM = "Enter your PIN", "Enter the new PIN", "Confirm the new PIN"
 BLANK = "_" * 15
+NO_DIGITS = "Digits entered: 0"  # what a screen reader says for that
 
 BLACK, GREY, WHITE = (0, 0, 0), (143, 143, 143), (255, 255, 255)
 
@@ -59,7 +60,7 @@ class PadCase(StageTestCase):
 
     @staticmethod
     def row(window):
-        return window.labels()[-1]
+        return [node for node in window.in_reading_order() if node.role == "label"][-1].text
 
     def expect_row(self, window, text):
         self.assertEqual(text, self.row(window))
@@ -88,9 +89,9 @@ class Kinds(PadCase):
     def test_each_kind_has_its_rows_in_their_order(self):
         change = [ENTER, NEW, CONFIRM]
         for kind, expected in (
-                ("Verification", ["Action to perform", ENTER, BLANK]),
-                ("Modification", ["Action to perform", *change, BLANK]),
-                ("LegalVerification", [NOTICE, "Action to perform", ENTER, BLANK]),
+                ("Verification", ["Action to perform", ENTER, NO_DIGITS]),
+                ("Modification", ["Action to perform", *change, NO_DIGITS]),
+                ("LegalVerification", [NOTICE, "Action to perform", ENTER, NO_DIGITS]),
                 ("NoPinVerification", ["Action to perform", ENTER]),
                 ("LegalNoPinVerification", [NOTICE, "Action to perform", ENTER])):
             for allow_abort, button in ((0, []), (1, ["Abort"]), (200, ["Abort"])):
@@ -142,9 +143,17 @@ class Row(PadCase):
             self.tell("AddChar", order)
             self.expect_row(window, text)
 
+    def test_its_name_says_how_many_digits_there_are_or_the_status(self):
+        window = self.show_pad()
+        for order, name in (("AddChar", "Digits entered: 1"), ("AddChar", "Digits entered: 2"),
+                            ("DelChar", "Digits entered: 1"), ("Timeout", "Timer Expired"),
+                            ("AddChar", "Digits entered: 1"), ("NextPin", NO_DIGITS)):
+            self.tell(order)
+            window.find("label", name)
+
     def test_its_places_stand_still_while_it_fills(self):
         window = self.show_pad()
-        label = window.find("label", BLANK)
+        label = window.find("label", NO_DIGITS)
         self.screen.pixels(label)  # waits for its painting
         places = [label.character_extents(place) for place in range(15)]
 
@@ -539,14 +548,14 @@ class Translated(test_translation.TranslationCase):
         self.assertEqual(1, host.run("DLG_PinPadShowVerificationDialog", allowAbort=1))
         window = self.screen.find_window("Kartenleser", host)
         texts = ["Was zu tun ist", "Geben Sie Ihre PIN ein"]
-        self.assertEqual([*texts, BLANK, "Abbrechen"], window.texts())
+        self.assertEqual([*texts, NO_DIGITS, "Abbrechen"], window.texts())
         place = window.extents
         for order, text in (("Cancel", "__Abgebrochen__"), ("Timeout", "Zeit\u00fcberschreit")):
             host.run("DLG_PinPadKeyboardInput" + order)
-            self.assertEqual([*texts, text, "Abbrechen"], window.texts())
+            self.expect_row(window, text)
         self.assertEqual(place, window.extents)
         host.run("DLG_PinPadKeyboardInputAccept")
-        self.assertEqual(("\u6642\u9593\u5207\u308c" * 5)[:15], window.labels()[-1])
+        self.assertEqual(("\u6642\u9593\u5207\u308c" * 5)[:15], self.row(window))
         # Wide characters: the window makes room for them.
         wait_until(lambda: window.extents[2] > place[2], what="a wider window",
                    seen=lambda: (place, window.extents))

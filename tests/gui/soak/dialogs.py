@@ -263,21 +263,28 @@ class UnblockMethod(Dialog):
         self.method = self.methods[0] if self.methods else None
         self.algorithm_count, self.algorithm = algorithm_count, 0
         self.at_list = False
+        self.row = None  # while the list is open
 
     def may_confirm(self):
         return bool(self.methods)
 
     def on_return(self):
         """With nothing to choose the keyboard is at Cancel."""
-        self.confirmed = bool(self.methods)
+        if self.row is not None:
+            self.algorithm, self.row = self.row, None
+        else:
+            self.confirmed = bool(self.methods)
 
     def on_key(self, name):
         if name == "Tab":
             assert self.method == self.OFFLINE and not self.at_list
             self.at_list = True
+        elif self.at_list and self.row is None:
+            assert name == "Down", "it opens the list"
+            self.row = self.algorithm
         elif self.at_list:
-            self.algorithm += {"Down": 1, "Up": -1}[name]
-            assert 0 <= self.algorithm < self.algorithm_count, "beyond the list"
+            self.row += {"Down": 1, "Up": -1}[name]
+            assert 0 <= self.row < self.algorithm_count, "beyond the list"
         else:
             assert len(self.methods) == 2
             self.method = {"Down": self.OFFLINE, "Up": self.PUK}[name]

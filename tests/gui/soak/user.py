@@ -196,4 +196,5 @@ class User:
             for _ in range(self.random.randrange(3)):
                 down = dialog.algorithm + 1 < dialog.algorithm_count
                 if down or dialog.algorithm:
-                    self.do(Key("Down" if down else "Up"))
+                    for key in ("Down", "Down" if down else "Up", "Return"):
+                        self.do(Key(key))

@@ -21,36 +21,42 @@ class Pad:
     with_row: bool
     may_abort: bool
     row: str = BLANK
+    words: str = ""  # that the row shows instead of digits
     step: int = 0
     abort: bool = False
 
     def next_pin(self):
         self.step += 1
-        self.row = BLANK
+        self.clear()
 
     def add(self):
         """The place after the last mask character; the first where there is none."""
         place = self.row.rfind("*") + 1
         if place < WIDTH:
-            self.row = self.row[:place] + "*" + self.row[place + 1:]
+            self.row, self.words = self.row[:place] + "*" + self.row[place + 1:], ""
 
     def delete(self):
         place = self.row.rfind("*")
         if place >= 0:
-            self.row = self.row[:place] + "_" + self.row[place + 1:]
+            self.row, self.words = self.row[:place] + "_" + self.row[place + 1:], ""
 
     def clear(self):
-        self.row = BLANK
+        self.row, self.words = BLANK, ""
 
     def show(self, words):
         """Status words stand in the middle; of two middles, in the left one."""
         left = (WIDTH - len(words)) // 2
         self.row = ("_" * left + words.replace(" ", "_")).ljust(WIDTH, "_")
+        self.words = words
+
+    def spoken_row(self):
+        """What a reader finds for the row: status words as long as no digit has changed it."""
+        return self.words or f"Digits entered: {self.row.count('*')}"
 
     def labels(self):
         return ([NOTICE] * self.legal + ["Action to perform", "Enter your PIN"]
                 + ([] if self.verification else ["Enter the new PIN", "Confirm the new PIN"])
-                + [self.row] * self.with_row)
+                + [self.spoken_row()] * self.with_row)
 
 
 @dataclass

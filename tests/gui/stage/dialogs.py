@@ -12,8 +12,7 @@ IDS = "Multiple Digital IDs found; please select an appropriate Digital ID from 
 ALWAYS = "Always use this Digital ID (this dialog will not be displayed again)"
 BALLS = ["Not met: PIN length between 4 and 8 bytes", "Not met: Minimum PIN length 4 bytes",
          "Met: Maximum PIN length 8 bytes", "Met: New PIN equal to confirmed new PIN"]
-PAGES = ["Not met: Length", "Met: Equality", "Met: Distance", "Not met: Diversification",
-         "Met: Similarity", "Met: Restriction"]
+PAGE = "Not met: Length"  # the one of the group that Tab goes to
 HINT_AGAIN = "Show this window during the next enrolment procedure"
 NO_HINT = (("", "ShowEnrolmentHint", 0),)
 POLICY = policy(b"0", enabled=15, p1_threshold=1, p2_min_length=4, p2_class_mask=31)
@@ -82,7 +81,7 @@ DIALOGS = [
     change("unblock-puk", "DLG_ShowUnblockThroughPUK", "Change transport PIN", "transport PIN"),
     change("change-transport-pin", "DLG_ShowChangeTransportPIN", "Unlock PIN", "PUK", "PUK"),
     change("change-policed-pin", "DLG_ShowChangePolicedPinDialog_func", "Change transport PIN",
-           "transport PIN", pages=PAGES, triesLeft=2, **POLICY),
+           "transport PIN", pages=[PAGE], triesLeft=2, **POLICY),
     pad("Verification", 0),
     pad("Modification", 1),
     pad("LegalVerification", 1),

@@ -209,6 +209,11 @@ class Host:
                             + self.stderr())
 
     @property
+    def faults(self):
+        """The faults that were reported on standard error so far."""
+        return list(self._faults)
+
+    @property
     def running(self):
         return self._process.poll() is None
 
