@@ -139,7 +139,7 @@ wxStaticText* Banner::AddText(const wxString& text, const wxString& other) {
     Draw(*label, m_mood);
     m_rows->Add(label, wxSizerFlags().Border(wxTOP, m_rows->IsEmpty() ? 0 : layout::kLineGap));
     m_lines.push_back({label, text, other});
-    Show(m_lines.back());
+    ShowLine(m_lines.back());
     return label;
 }
 
@@ -164,13 +164,13 @@ void Banner::WrapAt(int width) {
     if (m_textWidth != width - kAround) {
         m_textWidth = width - kAround;
         for (const Line& line : m_lines) {
-            Show(line);
+            ShowLine(line);
         }
         GetSizer()->Layout();
     }
 }
 
-void Banner::Show(const Line& line) {
+void Banner::ShowLine(const Line& line) {
     wxClientDC context(this);
     context.SetFont(m_font);
     wxSize room;

@@ -57,7 +57,7 @@ private:
         wxString other;
     };
 
-    void Show(const Line& line);
+    void ShowLine(const Line& line);
     static gboolean OnDraw(GtkWidget* widget, cairo_t* cairo, const Banner* banner);
 
     wxFont m_font;
