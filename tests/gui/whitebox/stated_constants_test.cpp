@@ -260,7 +260,7 @@ TEST(StatedConstants, OfThePinPadsRow) {
         PinPadLook{.allowAbort = false, .verification = true, .legal = false, .withPinRow = true});
     const wxStaticText& row = LabelReading(*pad, "_______________");
     EXPECT_EQ(row.GetTextExtent("***************"), row.GetTextExtent("_______________"));
-    EXPECT_EQ(Labels(*pad), (Texts{"Enter your PIN", "_______________"}));
+    EXPECT_EQ(Labels(*pad), (Texts{"" /* the arrow */, "Enter your PIN", "_______________"}));
     for (int typed = 0; typed < 16; ++typed) {
         pad->AddChar();
     }
