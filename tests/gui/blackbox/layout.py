@@ -54,10 +54,13 @@ def roles(found):
     return [control.role for control in found]
 
 
+LINES = ("label", "redundant object")  # the latter where a screen reader hears the text as a whole
+
+
 def first_labels(found):
     """Without the labels that follow a label: the lines of one text may be one label each."""
     return [control for before, control in zip([None, *found], found)
-            if before is None or control.role != "label" or before.role != "label"]
+            if before is None or control.role not in LINES or before.role not in LINES]
 
 
 def text_gaps(control):

@@ -171,15 +171,20 @@ class Unblocking(DemoCase):
         return screen, process, screen.find_window("Unlock PIN", process)
 
     def test_method_and_algorithm_are_printed(self):
-        for words, keys, code, out in (
-                ([], ["Return"], 0,
+        for words, in_list, last, code, out in (
+                ([], [], "Return", 0,
                  "result 0x00000000 (confirmed)\nmethod 1 (PUK)\nalgorithm at index 0\n"),
-                (["--no-puk", "--algorithm", "1", "--algorithm", "0"], ["Tab", "Down", "Return"], 0,
+                (["--no-puk", "--algorithm", "1", "--algorithm", "0"],
+                 ["Down", "Down", "Return"], "Return", 0,
                  "result 0x00000000 (confirmed)\nmethod 2 (off-line)\nalgorithm at index 1\n"),
-                (["--no-algorithms"], ["Escape"], 1, "result 0x80003001 (cancelled)\n")):
+                (["--no-algorithms"], [], "Escape", 1, "result 0x80003001 (cancelled)\n")):
             screen, process, _ = self.start_unlock("unblock-method", *words)
-            for key in keys:
-                screen.key(key)
+            if in_list:
+                screen.key("Tab")
+                screen.wait_focused()
+            for key in in_list:
+                screen.x11.key(key)
+            screen.key(last)
             self.assertEqual(out, process.communicate(timeout=scaled(60))[0])
             self.assertEqual(code, process.returncode)
 
