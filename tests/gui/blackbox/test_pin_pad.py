@@ -552,10 +552,10 @@ class Translated(test_translation.TranslationCase):
         place = window.extents
         for order, text in (("Cancel", "__Abgebrochen__"), ("Timeout", "Zeit\u00fcberschreit")):
             host.run("DLG_PinPadKeyboardInput" + order)
-            self.expect_row(window, text)
+            self.assertEqual(text, PadCase.row(window))
         self.assertEqual(place, window.extents)
         host.run("DLG_PinPadKeyboardInputAccept")
-        self.assertEqual(("\u6642\u9593\u5207\u308c" * 5)[:15], self.row(window))
+        self.assertEqual(("\u6642\u9593\u5207\u308c" * 5)[:15], PadCase.row(window))
         # Wide characters: the window makes room for them.
         wait_until(lambda: window.extents[2] > place[2], what="a wider window",
                    seen=lambda: (place, window.extents))

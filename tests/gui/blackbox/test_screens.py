@@ -93,8 +93,7 @@ class Screens(LanguageCase):
         return {self.translate(text).replace("&", "")
                 for text in ("OK", "Cancel", "&Sign", "&Yes", "&No", "&Abort")}
 
-    @staticmethod
-    def scrolling_complaints(seen, panes, client):
+    def scrolling_complaints(self, seen, panes, client):
         """What scrolls by itself, a list or a long text, is as large as its own pane."""
         *around, own = panes
         scrolls_itself = any(child.node == seen.node for child in own.children)
@@ -108,10 +107,17 @@ class Screens(LanguageCase):
         if seen_in(view, target.box):
             return
         taker = next((each for each in seen.walk() if "focusable" in each.states), None)
-        if taker is None:
+        stop = next((each for each in outer.walk()
+                     if each.role == seen.role and "focusable" in each.states), None)
+        if taker is None and stop is None:
             yield f"{seen} is out of view, and cannot have the keyboard"
             return
-        taker.node.focus()
+        (taker or stop).node.focus()
+        # Several that are one stop for Tab: arrow keys lead on.
+        for _ in range(6):
+            if taker is not None or seen.node.focused:
+                break
+            self.screen.key("Down")
         try:
             wait_until(lambda: seen_in(view, target.node.extents), what="the scrolling")
         except AssertionError:
