@@ -75,9 +75,9 @@ class Layout(LegalPinCase):
 
     def ink(self, node):
         """Pixels of the text's colour for each letter: dark, on the button that stands out white."""
-        pixels = self.screen.pixels(node)
-        pixels = [pixel for pixel in pixels if max(pixel) < 110 or node == self.ok
-                  and min(pixel) > 200]
+        white = node == self.ok
+        pixels = [pixel for pixel in self.screen.pixels(node)
+                  if max(pixel) < 110 or white and min(pixel) > 200]
         return len(pixels) / len(node.name)
 
     def test_tab_goes_from_the_field_to_sign_to_cancel_and_back(self):
