@@ -106,7 +106,9 @@ Server Choose() {
     if (isOver || isHelpedChild) {
         return Server::Helper;
     }
-    return ProcessLife().IsRunning() || !WxToolkit::IsTaken() ? Server::Own : Server::Helper;
+    const auto isOurs = [] { return ProcessLife().IsRunning(); };
+    // Asked again: it may be that our own thread has taken it meanwhile.
+    return isOurs() || !WxToolkit::IsTaken() || isOurs() ? Server::Own : Server::Helper;
 }
 
 bool IsChanging() { return Process().changing == pthread_self(); }
