@@ -106,9 +106,17 @@ Server Choose() {
     if (isOver || isHelpedChild) {
         return Server::Helper;
     }
-    const auto isOurs = [] { return ProcessLife().IsRunning(); };
-    // Asked again: it may be that our own thread has taken it meanwhile.
-    return isOurs() || !WxToolkit::IsTaken() || isOurs() ? Server::Own : Server::Helper;
+    // What is taken may be taken by a thread of ours that another caller has just made, or ended.
+    const Life& life = ProcessLife();
+    for (;;) {
+        const pid_t thread = life.Thread();
+        if (life.IsRunning() || !WxToolkit::IsTaken()) {
+            return Server::Own;
+        }
+        if (!life.IsRunning() && life.Thread() == thread) {
+            return life.IsOver() ? Choose() : Server::Helper;
+        }
+    }
 }
 
 bool IsChanging() { return Process().changing == pthread_self(); }

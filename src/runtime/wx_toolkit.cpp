@@ -16,6 +16,7 @@
 #include <atomic>
 #include <csignal>
 #include <cstdio>
+#include <mutex>
 
 #include "platform/scope_exit.h"
 #include "platform/thread.h"
@@ -164,6 +165,9 @@ GdkDisplay* OpenDisplay() {
     return g_type_from_name("GdkDisplay") != 0 ? gdk_display_get_default() : nullptr;
 }
 
+// To look is to acquire: two of our threads that look at once are not to see each other.
+std::mutex g_looking;
+
 // A loop of the host's leaves the context for an instant between two iterations.
 constexpr int kLooks = 3;
 constexpr uint32_t kBetweenLooksMs = 1;
@@ -173,12 +177,18 @@ bool IsContextTaken() {
         if (look != 0) {
             platform::SleepMilliseconds(kBetweenLooksMs);
         }
+        const std::lock_guard lock(g_looking);
         if (g_main_context_acquire(nullptr) == FALSE) {
             return true;
         }
         g_main_context_release(nullptr);
     }
     return false;
+}
+
+bool AcquireContext() {
+    const std::lock_guard lock(g_looking);
+    return g_main_context_acquire(nullptr) != FALSE;
 }
 
 }  // namespace
@@ -237,7 +247,7 @@ bool WxToolkit::Iterate() {
 // Where another loop was seen, an instant in which it has left the context is not its end.
 bool WxToolkit::Enter() {
     m_sawOtherLoop = m_sawOtherLoop && IsContextTaken();
-    m_sawOtherLoop = m_sawOtherLoop || g_main_context_acquire(nullptr) == FALSE;
+    m_sawOtherLoop = m_sawOtherLoop || !AcquireContext();
     return !m_sawOtherLoop;
 }
 

@@ -3,11 +3,13 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "registry/registry_store.h"
 #include "runtime/gui_runner.h"
@@ -82,6 +84,58 @@ void FailInTheMidstOfAStart() {
 
 TEST_F(ProcessRunnerDeathTest, AStartThatRaisesKeepsNothingOfTheProcess) {
     EXPECT_EXIT(FailInTheMidstOfAStart(), testing::ExitedWithCode(0), "");
+}
+
+// As long as `work` goes on, threads beside it ask; how often one of them was told yes.
+template <typename Question, typename Work>
+int YesesBeside(const Question& question, const Work& work) {
+    constexpr int kThreads = 4;
+    std::atomic<bool> isOver{false};
+    std::atomic<int> yeses{0};
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&] {
+            while (!isOver) {
+                yeses += question() ? 1 : 0;
+            }
+        });
+    }
+    work();
+    isOver = true;
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    return yeses;
+}
+
+void StartAgainAndAgain() {
+    for (int start = 0; start < 100; ++start) {
+        GetGuiRunner();
+        DestroyGuiRunner();
+    }
+}
+
+void AskForTheServerBesideStarts() {
+    LoseDisplay();
+    unsetenv("ZELDLG_PROCESS");
+    _exit(YesesBeside(IsServedByHelper, StartAgainAndAgain) == 0 ? 0 : kOtherwise);
+}
+
+TEST_F(ProcessRunnerDeathTest, AThreadOfOursThatStartsOrEndsIsNoToolkitOfSomebodyElse) {
+    EXPECT_EXIT(AskForTheServerBesideStarts(), testing::ExitedWithCode(0), "");
+}
+
+void LookBesideOthers() {
+    const auto look = [] {
+        for (int looks = 0; looks < 500; ++looks) {
+            WxToolkit::IsTaken();
+        }
+    };
+    _exit(YesesBeside(WxToolkit::IsTaken, look) == 0 ? 0 : kOtherwise);
+}
+
+TEST_F(ProcessRunnerDeathTest, ThreadsThatLookAtOnceDoNotSeeEachOther) {
+    EXPECT_EXIT(LookBesideOthers(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
