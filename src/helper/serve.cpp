@@ -21,7 +21,12 @@ bool HasPromptShown(CMessage& message, bool& carriedOut) {
                          });
 }
 
-bool SendToGuiThread(CMessage& message) { return SendRequest(GetGuiRunner(), &message); }
+// A request that comes into a slow start that fails would never be answered.
+bool SendToGuiThread(CMessage& message) {
+    GuiRunner* const runner = GetGuiRunner();
+    ProcessLife().AwaitStart();
+    return SendRequest(runner, &message);
+}
 
 bool IsDisplayLost() { return ProcessLife().Now() == Life::State::Lost; }
 

@@ -94,6 +94,13 @@ bool Life::TakesRequests() const {
 
 bool Life::IsOver() const { return Now() >= State::Lost; }
 
+void Life::AwaitStart() const {
+    for (uint32_t word = m_word;
+         StateIn(word) == State::Entering || StateIn(word) == State::Starting; word = m_word) {
+        m_word.wait(word);
+    }
+}
+
 void Life::AwaitEnd() const {
     for (uint32_t word = m_word; StateIn(word) != State::Down && StateIn(word) != State::Lost;
          word = m_word) {

@@ -38,6 +38,8 @@ public:
     /// Nobody is to call, wait or take a lock any more.
     bool IsOver() const;
 
+    /// Waits without a time limit until no start is under way.
+    void AwaitStart() const;
     /// Waits without a time limit until the thread has ended or is lost. Never returns once the
     /// process exits: the caller would run on while the host's own objects are destroyed.
     void AwaitEnd() const;

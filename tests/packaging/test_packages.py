@@ -52,11 +52,13 @@ CONTENTS = {
                   f"usr/share/doc/{DEVELOPMENT}/docs/pkcs11.md",
                   f"usr/share/doc/{DEVELOPMENT}/docs/settings.md",
                   f"usr/share/doc/{DEVELOPMENT}/docs/gallery.md",
+                  f"usr/share/doc/{DEVELOPMENT}/docs/hosts.md",
+                  f"usr/share/doc/{DEVELOPMENT}/docs/themes.md",
                   f"usr/share/doc-base/{DEVELOPMENT}.libzeldlglib",
                   *(f"usr/share/doc/{DEVELOPMENT}/{name}" for name in run(
                       "git", "-C", ROOT, "ls-files", "--cached", "--others",
                       "--exclude-standard", "examples", "docs/pictures/gallery",
-                      "docs/pictures/pkcs11").splitlines())},
+                      "docs/pictures/hosts", "docs/pictures/pkcs11").splitlines())},
     PYTHON: {f"usr/lib/python3/dist-packages/zeldlg/{name}"
              for name in ("__init__.py", "_probe.py", "_records.py", "py.typed")},
     **{program: {f"usr/bin/{program}", f"usr/share/man/man1/{program}.1.gz"}
@@ -267,9 +269,18 @@ class Packages(unittest.TestCase):
     def test_lintian_finds_nothing(self):
         options = [] if os.getuid() != 0 else ["--allow-root"]
         # Overrides that are not needed any more are found as well.
-        self.assertEqual("", run("lintian", *options, "--display-info", "--pedantic", "--fail-on",
-                                 "error,warning", "--tag-display-limit", "0",
-                                 *glob.glob(os.path.join(PACKAGES, "*.changes"))))
+        found = run("lintian", *options, "--display-info", "--pedantic", "--fail-on",
+                    "error,warning", "--tag-display-limit", "0",
+                    *glob.glob(os.path.join(PACKAGES, "*.changes"))).splitlines()
+        self.assertEqual([], [line for line in found if not self.is_by_chance(line)])
+
+    @staticmethod
+    def is_by_chance(line):
+        """Machine instructions that read like a word misspelt: no source has that word."""
+        misspelt = re.search(r"spelling-error-in-binary (\S+) ", line)
+        return misspelt and subprocess.run(
+            ["git", "-C", ROOT, "grep", "--quiet", "--word-regexp", "--fixed-strings",
+             misspelt[1], "--", ":!tests"], check=False).returncode == 1
 
 
 if __name__ == "__main__":

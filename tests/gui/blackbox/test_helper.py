@@ -161,6 +161,20 @@ class End(HelperCase):
         self.cancel(host)
         self.assertNotEqual(first, host.helpers())
 
+    def test_a_display_that_takes_its_time_to_fail_leaves_no_call_waiting(self):
+        with socket.create_server(("127.0.0.1", 0)) as display:
+            host = self.start_host(environment={
+                **HELPED, "WAYLAND_DISPLAY": None,
+                "DISPLAY": f"127.0.0.1:{display.getsockname()[1] - 6000}"})
+            call = host.call("DLG_GetLocale", bufferCapacity=0)
+            connection, _ = display.accept()
+            # Longer than a start is waited for.
+            connection.settimeout(scaled(0.5))
+            with connection, self.assertRaises(TimeoutError):
+                while connection.recv(4096):
+                    pass
+            self.assertEqual(FAILED, call.result())
+
     def test_finalise_removes_modeless_windows(self):
         host = self.start_host(environment=HELPED)
         self.assertEqual(1, host.run("DLG_PinPadShowVerificationDialog"))
