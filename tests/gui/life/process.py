@@ -100,12 +100,13 @@ class Process:
         poller.register(self._output, select.POLLIN)
         poller.register(self._pidfd, select.POLLIN)
         while True:
+            ended = self._ended(0)  # first: it may say its last words and end in between
             self._read()
             for index, (spoken, when) in enumerate(self._lines):
                 if spoken == word:
                     del self._lines[:index + 1]
                     return when / 1e9
-            if self._ended(0):
+            if ended:
                 self.end()
                 raise Fault("end", f"before it said {word!r}{self._words()}")
             if time.monotonic() > limit:

@@ -243,6 +243,9 @@ class Host:
         finally:
             self._process.kill()
             self._process.wait()
+            if self.pid != self._process.pid:  # its child, which has its pipes
+                with contextlib.suppress(ProcessLookupError):
+                    os.kill(self.pid, signal.SIGKILL)
             for reader in self._readers:
                 reader.join(scaled(5))
             for stream in (self._process.stdin, self._process.stdout, self._process.stderr):
