@@ -1,10 +1,10 @@
 #include "widgets/banner.h"
 
+#include <gtk/gtk.h>
 #include <wx/dcclient.h>
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 #include "resources/pictures.h"
@@ -54,23 +54,21 @@ Rgb ReadableOnWhite(const Rgb& colour) {
 namespace {
 
 constexpr int kPadding = 10;
-constexpr int kEdge = 4;
-constexpr double kRadius = 5;
 constexpr int kIconSize = 32;
 constexpr int kIconGap = 12;
-constexpr int kAround = 2 * kPadding + kEdge + kIconSize + kIconGap;
+constexpr int kAround = 2 * kPadding + Card::kEdge + kIconSize + kIconGap;
 constexpr float kFontScale = 1.1F;
 // Warnings are broken later than other texts: most stay on one line.
 constexpr double kWidthScale = 1.2;
-constexpr double kFrameOpacity = 0.45;
 
 wxColour ColourOf(Banner::Mood mood) {
     return mood == Banner::Mood::Warning ? wxColour(255, 0, 0) : wxColour(34, 139, 34);
 }
 
-Rgb DrawnColourOf(Banner::Mood mood) {
+wxColour DrawnColourOf(Banner::Mood mood) {
     const wxColour colour = ColourOf(mood);
-    return ReadableOnWhite({colour.Red(), colour.Green(), colour.Blue()});
+    const Rgb shade = ReadableOnWhite({colour.Red(), colour.Green(), colour.Blue()});
+    return {shade.red, shade.green, shade.blue};
 }
 
 wxBitmapBundle IconOf(Banner::Mood mood) {
@@ -80,42 +78,20 @@ wxBitmapBundle IconOf(Banner::Mood mood) {
 
 // The label itself has the plain colour; what is drawn of it is a shade that can be read.
 void Draw(const wxStaticText& label, Banner::Mood mood) {
-    const Rgb colour = DrawnColourOf(mood);
+    const wxColour colour = DrawnColourOf(mood);
     PangoAttrList* const attributes = pango_attr_list_new();
     pango_attr_list_insert(attributes,
-                           pango_attr_foreground_new(static_cast<guint16>(colour.red * 257),
-                                                     static_cast<guint16>(colour.green * 257),
-                                                     static_cast<guint16>(colour.blue * 257)));
+                           pango_attr_foreground_new(static_cast<guint16>(colour.Red() * 257),
+                                                     static_cast<guint16>(colour.Green() * 257),
+                                                     static_cast<guint16>(colour.Blue() * 257)));
     gtk_label_set_attributes(GTK_LABEL(label.GetHandle()), attributes);
     pango_attr_list_unref(attributes);
 }
 
-void SetSource(cairo_t* cairo, const Rgb& colour, double opacity = 1) {
-    cairo_set_source_rgba(cairo, colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0,
-                          opacity);
-}
-
-void RoundedRectangle(cairo_t* cairo, double inset, double width, double height) {
-    constexpr double kQuarter = std::numbers::pi / 2;
-    const double near = inset + kRadius;
-    const double right = width - near;
-    const double bottom = height - near;
-    cairo_new_path(cairo);
-    cairo_arc(cairo, near, near, kRadius, 2 * kQuarter, 3 * kQuarter);
-    cairo_arc(cairo, right, near, kRadius, 3 * kQuarter, 0);
-    cairo_arc(cairo, right, bottom, kRadius, 0, kQuarter);
-    cairo_arc(cairo, near, bottom, kRadius, kQuarter, 2 * kQuarter);
-    cairo_close_path(cairo);
-}
-
 }  // namespace
 
-Surface::Surface(wxWindow* parent) : wxWindow(parent, wxID_ANY) {
-    gtk_widget_set_can_focus(GetHandle(), FALSE);
-}
-
 Banner::Banner(wxWindow* parent)
-    : Surface(parent),
+    : Card(parent),
       m_font(parent->GetFont().Bold().Scaled(kFontScale)),
       m_icon(new wxStaticBitmap(this, wxID_ANY, IconOf(m_mood))),
       m_textWidth(static_cast<int>(kWidthScale * layout::TextWidth(*parent))),
@@ -129,7 +105,7 @@ Banner::Banner(wxWindow* parent)
     row->Add(m_rows, wxSizerFlags(1).CentreVertical().Border(wxTOP | wxBOTTOM, kPadding));
     row->AddSpacer(kIconGap);
     SetSizer(row);
-    g_signal_connect(GetHandle(), "draw", G_CALLBACK(&Banner::OnDraw), this);
+    SetEdge(DrawnColourOf(m_mood));
 }
 
 wxStaticText* Banner::AddText(const wxString& text, const wxString& other) {
@@ -156,7 +132,7 @@ void Banner::ChangeText(wxStaticText& label, const wxString& text, Mood mood) {
     if (mood != m_mood) {
         m_mood = mood;
         m_icon->SetBitmap(IconOf(mood));
-        Refresh();
+        SetEdge(DrawnColourOf(mood));
     }
 }
 
@@ -182,29 +158,6 @@ void Banner::ShowLine(const Line& line) {
     SetAccessibleName(*line.label, line.text);
     line.label->SetMinSize(room);
     InvalidateBestSize();
-}
-
-// Before the labels and the icon draw themselves.
-gboolean Banner::OnDraw(GtkWidget* widget, cairo_t* cairo, const Banner* banner) {
-    const double width = gtk_widget_get_allocated_width(widget);
-    const double height = gtk_widget_get_allocated_height(widget);
-    const Rgb colour = DrawnColourOf(banner->m_mood);
-    cairo_save(cairo);
-    RoundedRectangle(cairo, 0, width, height);
-    SetSource(cairo, kWhite);
-    cairo_fill_preserve(cairo);
-    cairo_clip(cairo);
-    SetSource(cairo, colour);
-    const bool fromRight = banner->GetLayoutDirection() == wxLayout_RightToLeft;
-    cairo_rectangle(cairo, fromRight ? width - kEdge : 0, 0, kEdge, height);
-    cairo_fill(cairo);
-    cairo_restore(cairo);
-    constexpr double kHalfLine = 0.5;
-    RoundedRectangle(cairo, kHalfLine, width, height);
-    cairo_set_line_width(cairo, 1);
-    SetSource(cairo, colour, kFrameOpacity);
-    cairo_stroke(cairo);
-    return FALSE;
 }
 
 }  // namespace zeldlg

@@ -1,7 +1,6 @@
 // The card for warnings, the same on every theme, and the colours that can be read on it.
 #pragma once
 
-#include <gtk/gtk.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
@@ -10,6 +9,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "widgets/card.h"
 #include "widgets/layout.h"
 
 namespace zeldlg {
@@ -27,15 +27,8 @@ double ContrastRatio(const Rgb& one, const Rgb& other);
 /// as smoothed strokes come out a little paler, and 4.5:1 are needed.
 Rgb ReadableOnWhite(const Rgb& colour);
 
-/// Holds labels only: there is nothing for the keyboard.
-class Surface : public wxWindow {
-public:
-    explicit Surface(wxWindow* parent);
-    bool AcceptsFocus() const override { return false; }
-};
-
-/// A white card with an icon and an edge in the colour of its texts, which are bold and wrapped.
-class Banner : public Surface, public layout::WrappedRow {
+/// A card with an icon and an edge in the colour of its texts, which are bold and wrapped.
+class Banner : public Card, public layout::WrappedRow {
 public:
     enum class Mood { Warning, Reassurance };
 
@@ -58,7 +51,6 @@ private:
     };
 
     void ShowLine(const Line& line);
-    static gboolean OnDraw(GtkWidget* widget, cairo_t* cairo, const Banner* banner);
 
     wxFont m_font;
     Mood m_mood = Mood::Warning;

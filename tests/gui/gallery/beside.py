@@ -2,7 +2,6 @@
 
 import contextlib
 import os
-import time
 from typing import NamedTuple
 
 from desktops.programs import PROMPTER, PeerQuestion
@@ -52,18 +51,7 @@ def photograph(screen, prompt, path, margin):
         return next((number for number, _, _ in screen.x11.windows() if number not in before), None)
     with contextlib.closing(PeerQuestion(dict(os.environ), prompt.command, prompt.talk)):
         window = wait_until(number, 30, f"the window of {prompt.program}", seen=screen.x11.windows)
-        seen, since = None, time.monotonic()
-
-        def still():
-            nonlocal seen, since
-            now = screen.x11.bytes(screen.x11.geometry(window, frame=True))
-            if now != seen:
-                seen, since = now, time.monotonic()
-            return len(set(seen)) > 3 and time.monotonic() - since > STILL_SECONDS
-        wait_until(still, what="a picture that stays the same")
-        x, y, width, height = screen.x11.geometry(window, frame=True)
-        screen.x11.screenshot(path, (x - margin, y - margin, width + 2 * margin,
-                                     height + 2 * margin))
+        screen.photograph_frame(path, window, margin, STILL_SECONDS)
     wait_until(lambda: number() is None, what=f"the end of {prompt.program}",
                seen=screen.x11.windows)
 

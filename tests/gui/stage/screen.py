@@ -247,27 +247,29 @@ class Screen:
             if len(set(found)) > 1 or time.monotonic() > deadline:
                 return found
 
-    def screenshot(self, path, window=None, margin=0):
-        """Writes a PNG file of the screen, or of the window with its frame and some pixels."""
-        area = None
-        if window is not None:
-            x, y, width, height = self.x11.geometry(self.x11_window(window), frame=True)
-            area = x - margin, y - margin, width + 2 * margin, height + 2 * margin
-        self.x11.screenshot(path, area)
+    def screenshot(self, path, window=None):
+        """Writes a PNG file of the screen, or of the window with its frame."""
+        self.x11.screenshot(path, window and self.x11.geometry(self.x11_window(window), frame=True))
 
     def photograph(self, path, window, margin=0):
-        """The same of the window once it has the keyboard, is painted and changes no more."""
-        number = self.go_to(window)
+        """The same with some pixels around it, once the window has the keyboard, is painted and
+        changes no more.
+        """
+        self.photograph_frame(path, self.go_to(window), margin)
+
+    def photograph_frame(self, path, number, margin=0, still_seconds=STILL_SECONDS):
+        """The same of the window that X knows by this number, wherever the keyboard is."""
         seen, since = None, time.monotonic()
 
         def still():
             nonlocal seen, since
-            pixels = self.x11.pixels(self.x11.geometry(number, frame=True))
-            if pixels != seen:
-                seen, since = pixels, time.monotonic()
-            return len(set(seen)) > 1 and time.monotonic() - since > STILL_SECONDS
+            now = self.x11.bytes(self.x11.geometry(number, frame=True))
+            if now != seen:
+                seen, since = now, time.monotonic()
+            return len(set(seen)) > 3 and time.monotonic() - since > still_seconds
         wait_until(still, what="a picture that stays the same")
-        self.screenshot(path, window, margin)
+        x, y, width, height = self.x11.geometry(number, frame=True)
+        self.x11.screenshot(path, (x - margin, y - margin, width + 2 * margin, height + 2 * margin))
 
 
 def _process_ids(host):
