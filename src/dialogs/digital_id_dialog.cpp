@@ -129,6 +129,9 @@ void CDigitalIDSelectionDialog::AddButtons(wxSizer* rows) {
         // Wide enough from the start: a button that shrinks while it counts would draw the eye.
         m_okButton->SetLabel(CountDownLabel(OkLabel(), m_countDown->Remaining()));
         m_okButton->SetMinSize(m_okButton->GetBestSize());
+        // A screen reader speaks a name whenever it changes.
+        SetAccessibleName(*m_okButton, OkLabel());
+        m_okDescription.emplace(*m_okButton);
     }
 }
 
@@ -178,14 +181,19 @@ void CDigitalIDSelectionDialog::TellChoice() {
     };
     std::vector<wxString> whole = {captioned(Translate("Valid From"), m_prompt.validFrom),
                                    captioned(Translate("Valid To"), m_prompt.validTo)};
+    wxString left;
     wxString news;
     if (m_timer.IsRunning()) {
         m_spokenCountDown.Update(m_countDown->Remaining());
+        left = m_spokenCountDown.Whole();
         news = m_spokenCountDown.News();
         whole.push_back(Translate("The selected Digital ID is confirmed automatically"));
-        whole.push_back(m_spokenCountDown.Whole());
+        whole.push_back(left);
     }
     m_description->Tell(Sentences(whole), news);
+    if (m_okDescription) {
+        m_okDescription->Tell(left, news);
+    }
 }
 
 void CDigitalIDSelectionDialog::OnTick(wxTimerEvent&) {

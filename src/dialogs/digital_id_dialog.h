@@ -64,7 +64,8 @@ private:
     wxTimer m_timer;
     std::optional<DefaultCountDown> m_countDown;
     SpokenCountDown m_spokenCountDown;
-    std::optional<LiveDescription> m_description;  // of the list
+    std::optional<LiveDescription> m_description;    // of the list
+    std::optional<LiveDescription> m_okDescription;  // of a button that counts
 };
 
 }  // namespace zeldlg

@@ -70,8 +70,15 @@ class Events:
 
     def names(self, beginning):
         """The names with that beginning that objects were given, one after the other."""
+        return self._texts("accessible-name", beginning)
+
+    def descriptions(self, beginning):
+        """The same of their descriptions."""
+        return self._texts("accessible-description", beginning)
+
+    def _texts(self, detail, beginning):
         return [event.value for event in self.seen("PropertyChange")
-                if event.detail == "accessible-name" and event.value.startswith(beginning)]
+                if event.detail == detail and event.value.startswith(beginning)]
 
     def wait_for(self, kind, value, node=None):
         """Waits for an event with that value, from that object if one is given."""
