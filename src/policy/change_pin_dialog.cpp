@@ -141,19 +141,18 @@ wxSizer* CChangePinDialog::NewChecks(size_t end) {
             m_indicators.back()->Bind(
                 wxEVT_KEY_DOWN, [this, place](wxKeyEvent& event) { OnPageKey(event, place); });
         }
-        column->Add(m_indicators.back());
+        column->Add(m_indicators.back(), wxSizerFlags().Expand());
     }
     return column;
 }
 
 void CChangePinDialog::AddExplanation() {
-    const int lines = m_prompt.policed ? kPageLines : kRuleLines;
-    m_explanation =
-        new wxTextCtrl(this, wxID_ANY, wxEmptyString, wxDefaultPosition,
-                       wxSize(layout::TextWidth(*this), lines * GetCharHeight() + 2 * kTextPadding),
-                       wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
+    m_explanation = new wxTextCtrl(
+        this, wxID_ANY, wxEmptyString, wxDefaultPosition,
+        wxSize(layout::TextWidth(*this), kRuleLines * GetCharHeight() + 2 * kTextPadding),
+        wxTE_MULTILINE | wxTE_READONLY | wxTE_WORDWRAP);
     if (m_prompt.policed) {
-        layout::PadText(*m_explanation, kTextPadding);
+        layout::ScrollByLines(*m_explanation, kPageLines, kTextPadding);
     } else {
         layout::LookReadOnly(*m_explanation);
     }

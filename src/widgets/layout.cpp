@@ -6,6 +6,7 @@
 #include <wx/fontutil.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 
@@ -227,13 +228,75 @@ void AlignLabels(wxWindow& window) {
     }
 }
 
+namespace {
+
+GtkTextView* ViewOf(const wxTextCtrl& field) {
+    return GTK_TEXT_VIEW(gtk_bin_get_child(GTK_BIN(field.GetHandle())));
+}
+
+// From the line that is at the top now.
+void ScrollLines(const wxTextCtrl& field, int lines) {
+    GtkTextView* const view = ViewOf(field);
+    GtkAdjustment* const place = gtk_scrollable_get_vadjustment(GTK_SCROLLABLE(view));
+    GtkTextIter top;
+    gtk_text_view_get_iter_at_location(view, &top, 0,
+                                       static_cast<int>(gtk_adjustment_get_value(place)));
+    for (int line = 0; line < std::abs(lines); ++line) {
+        if (lines > 0) {
+            gtk_text_view_forward_display_line(view, &top);
+        } else {
+            gtk_text_view_backward_display_line(view, &top);
+        }
+    }
+    GdkRectangle where;
+    gtk_text_view_get_iter_location(view, &top, &where);
+    gtk_adjustment_set_value(place, where.y);
+}
+
+}  // namespace
+
 // The toolkit's own margins reach single-line fields only.
 void PadText(const wxTextCtrl& field, int pixels) {
-    GtkTextView* const view = GTK_TEXT_VIEW(gtk_bin_get_child(GTK_BIN(field.GetHandle())));
+    GtkTextView* const view = ViewOf(field);
     gtk_text_view_set_left_margin(view, pixels);
     gtk_text_view_set_right_margin(view, pixels);
     gtk_text_view_set_top_margin(view, pixels);
     gtk_text_view_set_bottom_margin(view, pixels);
+}
+
+// What is above and below the lines belongs to the frame: margins of the text would scroll with it.
+void ScrollByLines(wxTextCtrl& field, int lines, int padding) {
+    GtkTextView* const view = ViewOf(field);
+    gtk_text_view_set_left_margin(view, padding);
+    gtk_text_view_set_right_margin(view, padding);
+    gtk_widget_set_margin_top(GTK_WIDGET(view), padding);
+    gtk_widget_set_margin_bottom(GTK_WIDGET(view), padding);
+    GtkStyleContext* const frame = gtk_widget_get_style_context(field.GetHandle());
+    gtk_style_context_add_class(frame, GTK_STYLE_CLASS_VIEW);
+    GtkBorder border;
+    gtk_style_context_get_border(frame, GTK_STATE_FLAG_NORMAL, &border);
+    field.SetMinSize({field.GetMinSize().x,
+                      lines * field.GetCharHeight() + 2 * padding + border.top + border.bottom});
+    field.Bind(wxEVT_KEY_DOWN, [&field, page = lines - 1](wxKeyEvent& event) {
+        const int key = event.HasAnyModifiers() ? WXK_NONE : event.GetKeyCode();
+        switch (key) {
+            case WXK_UP:
+                return ScrollLines(field, -1);
+            case WXK_DOWN:
+                return ScrollLines(field, 1);
+            case WXK_PAGEUP:
+                return ScrollLines(field, -page);
+            case WXK_PAGEDOWN:
+                return ScrollLines(field, page);
+            default:
+                event.Skip();
+        }
+    });
+    field.Bind(wxEVT_MOUSEWHEEL, [&field, turned = 0](wxMouseEvent& event) mutable {
+        turned -= event.GetWheelRotation() * event.GetLinesPerAction();
+        ScrollLines(field, turned / event.GetWheelDelta());
+        turned %= event.GetWheelDelta();
+    });
 }
 
 void LookReadOnly(wxTextCtrl& field) {

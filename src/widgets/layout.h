@@ -110,6 +110,10 @@ void AlignLabels(wxWindow& window);
 /// Keeps the text of a multi-line field `pixels` away from its border.
 void PadText(const wxTextCtrl& field, int pixels);
 
+/// Gives a multi-line field that only shows a text the height of so many lines, with `padding`
+/// pixels around them, and has the wheel and the keyboard scroll it by whole lines.
+void ScrollByLines(wxTextCtrl& field, int lines, int padding);
+
 /// Gives a multi-line field that only shows something the look of a text on the dialog, not that of
 /// an input.
 void LookReadOnly(wxTextCtrl& field);

@@ -503,6 +503,34 @@ class Policies(ChangeCase):
                 self.assertEqual((8, 8), (call.output("oldLength"), call.output("newLength")))
                 self.assertEqual([], self.screen.titles(self.host))
 
+    def test_a_page_scrolls_by_whole_lines(self):
+        self.open(POLICED, min=1, max=16, **policy(bytes(range(33, 97)) * 6, **self.RULES))
+        self.choose("Restriction")
+        field = self.window.find("text", "Explanation")
+        field.focus()
+        _, beginning, _, height = field.character_extents(0)
+        middle = field.extents[0] + 50, field.extents[1] + 50
+
+        def scrolled():
+            return (beginning - field.character_extents(0)[1]) / height
+
+        end = (field.character_extents(field.length - 1)[1] - beginning) / height - 7
+        self.assertTrue(3 < end <= 7, end)
+
+        def turn(button):
+            return lambda: self.screen.x11.click(*middle, button)
+
+        def press(key):
+            return lambda: self.screen.key(key, field)
+        for act, lines in ((press("Down"), 1), (press("Down"), 2), (press("Up"), 1),
+                           (press("Page_Up"), 0), (turn(5), 3), (turn(4), 0),
+                           (press("Page_Down"), end), (turn(5), end), (press("Up"), end - 1)):
+            act()
+            wait_until(lambda: scrolled() == lines, what=f"{lines} lines up", seen=scrolled)
+        self.choose("Distance")
+        wait_until(lambda: scrolled() == 0, what="the headline", seen=scrolled)
+        self.cancel()
+
     def test_an_empty_history_says_so(self):
         self.open(POLICED, **policy(enabled=4, p3_history_size=0))
         self.ball("Similarity").press()

@@ -530,7 +530,9 @@ class Touching(SelectionCase):
         self.screen.wait_focused(box)
         self.expect_counting(lambda: self.screen.key("space", box))
         self.assertTrue(box.checked)
-        self.expect_counting(lambda: self.screen.key("Tab", box))
+        self.screen.key("Tab", box)
+        self.screen.wait_focused(self.ok())  # where not every second is told
+        self.expect_counting(lambda: self.screen.key("shift+Tab"))
         self.close()
 
     def test_the_mouse_outside_of_the_list_lets_it_run_on(self):
