@@ -87,8 +87,9 @@ namespace {
 
 constexpr const char* kChosenClass = "zeldlg-chosen";
 constexpr const char* kChosenLook =
-    "button.zeldlg-chosen { background-image: none; background-color: @theme_selected_bg_color;"
-    " color: @theme_selected_fg_color; }";
+    "button.zeldlg-chosen { background-image: none; color: @theme_fg_color;"
+    " background-color: alpha(@theme_fg_color, 0.1);"
+    " box-shadow: inset 0 0 0 1px alpha(@theme_fg_color, 0.4); }";
 
 // One for all; it lives as long as the process.
 GtkStyleProvider* ChosenLook() {

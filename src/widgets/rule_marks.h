@@ -47,7 +47,7 @@ public:
     /// Nothing is drawn again when it shows that already.
     void SetMet(bool met);
 
-    /// Of a group of which one is chosen: it looks like a selected row.
+    /// Of a group of which one is chosen: it looks pressed.
     void MarkChosen(bool chosen);
 
 private:

@@ -35,6 +35,10 @@ def contrast(one, other):
     return (lighter + 0.05) / (darker + 0.05)
 
 
+def commonest(pixels):
+    return collections.Counter(pixels).most_common(1)[0][0]
+
+
 class Picture:
     """Pixels in rows."""
 
@@ -51,23 +55,29 @@ class Picture:
         return Picture(pixels, right - left)
 
     def text_contrast(self):
-        """That of the text's strongest pixel with what there is most of: smoothed edges and thin
-        strokes are paler than the text's colour, never stronger.
+        """That of the text's strongest pixel: smoothed edges and thin strokes are paler than the
+        text's colour, never stronger.
         """
-        counts = collections.Counter(self.pixels)
-        background = counts.most_common(1)[0][0]
-        return max(contrast(colour, background) for colour in counts)
+        background = commonest(self.pixels)
+        return max(contrast(colour, background) for colour in set(self.pixels))
 
     def share_beyond(self, ratio):
-        """How much of an icon stands out from what is in its corner."""
-        background = self.pixels[0]
+        """How much of an icon stands out from what it is on."""
+        background = self._ground()
         count = sum(number for colour, number in collections.Counter(self.pixels).items()
                     if contrast(colour, background) >= ratio)
         return count / len(self.pixels)
 
+    def _ground(self):
+        """What is around an icon: not the border of a button."""
+        inner = self.part(2, 2, self.width - 4, self.height - 4)
+        rim = [*inner.pixels[:inner.width], *inner.pixels[-inner.width:],
+               *inner.pixels[::inner.width]]
+        return commonest(rim)
+
     def likeness(self, icon):
         """How much of the icon's detail is here, wherever it stands."""
-        detail = icon.detail_on(self.pixels[0])
+        detail = icon.detail_on(self._ground())
         return max((self._likeness_at(detail, x, y)
                     for y in range(self.height - icon.height + 1)
                     for x in range(self.width - icon.width + 1)), default=0)

@@ -10,6 +10,11 @@ import os
 import unittest
 from typing import NamedTuple
 
+import gi
+
+gi.require_version("Gtk", "3.0")
+from gi.repository import Gtk
+
 from layout import RULE_STATES, Layout
 from picture import Picture, contrast, icons_in
 from stage import Stage, StageTestCase, take_snapshot, wait_until
@@ -21,13 +26,14 @@ READABLE, READABLE_IF_LARGE = 4.5, 3
 # Of an icon's pixels; the rest is its inside and what is around it.
 SEEN_SHARE = 0.05
 SAME_SHARE = 0.95
-GRAPHICS = ("icon", "redundant object")
+LEAST_PICTURE = 16
 BALLS = tuple(state % "" for state in RULE_STATES)
 CONFIRMING = ("OK", "Sign")
 NEXT_STEP = "DLG_PinPadKeyboardInputNextPin"
 
 
 class Look(NamedTuple):
+    theme: str
     environment: dict
     scale: int = 1
     # Whether the background is dark.
@@ -35,7 +41,7 @@ class Look(NamedTuple):
 
 
 def look(theme, scale=1):
-    return Look({"GTK_THEME": theme, "GDK_SCALE": str(scale)}, scale,
+    return Look(theme.partition(":")[0], {"GTK_THEME": theme, "GDK_SCALE": str(scale)}, scale,
                 "dark" in theme.lower() or "Inverse" in theme)
 
 
@@ -62,6 +68,8 @@ def is_large(seen):
 class LookCase(StageTestCase):
     def check_all(self, chosen):
         self.look = chosen
+        # What a control needs is measured here.
+        Gtk.Settings.get_default().props.gtk_theme_name = chosen.theme
         self.texts = self.graphics = 0
         host = self.start_host(environment=chosen.environment)
         for dialog in DIALOGS:
@@ -135,9 +143,10 @@ class LookCase(StageTestCase):
         yield from self.text_complaints(button, part.part(side, 0, part.width - side, side))
 
     def check_for(self, seen):
-        if seen.role == "label" and seen.text and "sensitive" in seen.states:
-            return self.text_complaints
-        if seen.role in GRAPHICS:
+        is_decoration = seen.role == "redundant object"  # a line of a text, a picture, a rule
+        if seen.role == "label" and seen.text or is_decoration and seen.name:
+            return self.text_complaints if "sensitive" in seen.states else None
+        if seen.role == "icon" or is_decoration and min(seen.box[2:]) >= LEAST_PICTURE:
             return self.graphic_complaints
         if seen.role == "push button" and seen.name.startswith(BALLS):
             return self.ball_complaints
