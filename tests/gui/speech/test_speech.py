@@ -1,11 +1,12 @@
 #!/usr/bin/python3
 """What somebody hears who does not see the dialogs, from Orca, the screen reader of Debian 12."""
 
+import contextlib
 import dataclasses
 import unittest
 
 from speech import ScreenReader
-from stage import StageTestCase, wait_until
+from stage import Gone, StageTestCase, wait_until
 from stage.dialogs import (ALWAYS, IDS, LETTERS, find_dialog, remove_dialog, show_dialog,
                            wait_ready)
 
@@ -237,7 +238,11 @@ class SpeechCase(StageTestCase):
             return self.hosts[-1]
         return self.hosts[0]
 
+    left = None  # the title of the last scene's window
+
     def close(self):
+        with contextlib.suppress(Gone):
+            self.left = self.window.name
         remove_dialog(self.screen, self.host, self.dialog, self.call, self.window)
 
     def open(self, scene):
@@ -288,6 +293,8 @@ class EveryDialog(SpeechCase):
         wait_until(lambda: self.reader.said()[-1:] == scene.opening[-1:], 30,
                    f"{scene.opening[-1]!r} in the end", seen=said)
         heard = self.reader.said()
+        if heard[0] == self.left:  # a busy reader says so late
+            heard = heard[1:]
         self.assertEqual(scene.opening[-len(heard):], heard)
         self.whole += heard == scene.opening
         self.reader.forget()
