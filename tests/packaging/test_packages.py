@@ -276,10 +276,10 @@ class Packages(unittest.TestCase):
 
     @staticmethod
     def is_by_chance(line):
-        """Machine instructions that read like a word misspelt: no source has that word."""
+        """Bytes of instructions or pictures that read like a word misspelt: no text has that word."""
         misspelt = re.search(r"spelling-error-in-binary (\S+) ", line)
         return misspelt and subprocess.run(
-            ["git", "-C", ROOT, "grep", "--quiet", "--word-regexp", "--fixed-strings",
+            ["git", "-C", ROOT, "grep", "-I", "--quiet", "--word-regexp", "--fixed-strings",
              misspelt[1], "--", ":!tests"], check=False).returncode == 1
 
 
