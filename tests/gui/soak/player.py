@@ -22,6 +22,7 @@ class Player:
         self.pad_windows = {}  # X windows of the pads that are shown, by name
         for thread in THREADS:
             host.run("DLG_SetParameter", thread=thread)  # starts nothing but the thread
+        self.owners = {host.pid}
         self.waiting = WaitingThreads(host.pid, THREADS)
 
     def configure(self, settings):
@@ -136,9 +137,11 @@ class Player:
     # ---- windows
 
     def windows(self):
-        """The X windows of the host with their titles."""
-        return {number: title for number, owner, title in self.screen.x11.windows()
-                if owner == self.host.pid}
+        """The X windows of the host, or of its helper, with their titles."""
+        windows = self.screen.x11.windows()
+        if not self.owners.issuperset(owner for _, owner, _ in windows):
+            self.owners = {self.host.pid, *self.host.helpers()}
+        return {number: title for number, owner, title in windows if owner in self.owners}
 
     def await_window(self, call, running, before):
         """The dialog's window, once the keyboard goes to it."""
