@@ -1,6 +1,6 @@
 #include "dialogs/unlock_with_cr_dialog.h"
 
-#include <wx/arrstr.h>
+#include <gtk/gtk.h>
 
 #include <algorithm>
 #include <utility>
@@ -20,12 +20,14 @@ namespace {
 constexpr long kDialogStyle = wxDEFAULT_DIALOG_STYLE | wxSTAY_ON_TOP;
 constexpr size_t kHeadingLines = 4;
 constexpr size_t kSerialNumberLines = 4;
-constexpr size_t kChallengeLines = 4;
+constexpr int kChallengeLines = 4;
 // Challenge and response are read out and typed digit by digit: they are shown larger.
 constexpr double kCodeFontScale = 1.2;
 constexpr int kFewestDigits = 16;
-constexpr int kMostDigits = 36;
-constexpr size_t kDigitsInGroup = 4;
+constexpr int kMostDigits = 40;  // eight groups with what is between them, and a hyphen
+constexpr int kDigitsInGroup = 4;
+// What a group takes with the space to the next one, at most, in places of a digit.
+constexpr double kGroupPlaces = 4.8;
 // A share of the width at which texts are broken: labels and fields take no more together.
 constexpr double kWidthOfAll = 1.6;
 constexpr int kCodePadding = 6;
@@ -47,12 +49,32 @@ wxSize CodeSize(const wxWindow& field, int places, int lines) {
             lines * field.GetCharHeight() + 2 * kCodePadding + 2};
 }
 
-// Long challenges are wrapped, very long ones scroll.
-int ChallengeLines(wxTextCtrl& field, int places) {
-    const wxString shown = field.GetValue().Left(kChallengeLines * static_cast<size_t>(places));
-    const wxString wrapped = layout::WrapText(field, shown, WidthOf(field, places));
-    const size_t lines = wxSplit(wrapped, '\n', '\0').size();
-    return static_cast<int>(std::max<size_t>(lines, 1));
+// Long challenges are wrapped, very long ones scroll. A line that ends with a letter has room for a
+// hyphen, which the toolkit adds there.
+int ChallengeLines(int digits, int places) {
+    if (digits * kGroupPlaces <= places * kDigitsInGroup) {
+        return 1;
+    }
+    const int groups = std::max(1, static_cast<int>((places - 1) / kGroupPlaces));
+    const int inLine = kDigitsInGroup * groups;
+    return std::clamp((digits + inLine - 1) / inLine, 1, kChallengeLines);
+}
+
+// Without a character that a copy would have as well. The toolkit adds half of a spacing on either
+// side of a digit: where two of them meet, there is all of it.
+void SpaceGroups(const wxTextCtrl& field) {
+    GtkTextBuffer* const text =
+        gtk_text_view_get_buffer(GTK_TEXT_VIEW(gtk_bin_get_child(GTK_BIN(field.GetHandle()))));
+    const int spacing = 2 * WidthOf(field, 1) / 5 * PANGO_SCALE;
+    GtkTextTag* const tag =
+        gtk_text_buffer_create_tag(text, nullptr, "letter-spacing", spacing, nullptr);
+    for (int next = kDigitsInGroup; next < field.GetLastPosition(); next += kDigitsInGroup) {
+        GtkTextIter from;
+        GtkTextIter to;
+        gtk_text_buffer_get_iter_at_offset(text, &from, next - 1);
+        gtk_text_buffer_get_iter_at_offset(text, &to, next + 1);
+        gtk_text_buffer_apply_tag(text, tag, &from, &to);
+    }
 }
 
 }  // namespace
@@ -134,7 +156,7 @@ void CUnlockWithCRDialog::AddHeading() {
 // How many places of a line a code of so many digits is to have: in groups, and as there is room.
 int CUnlockWithCRDialog::PlacesOf(const wxWindow& field, size_t digits) const {
     const int places = static_cast<int>(
-        std::clamp<size_t>(digits + digits / kDigitsInGroup, kFewestDigits, kMostDigits));
+        std::clamp<size_t>(digits + digits / size_t{kDigitsInGroup}, kFewestDigits, kMostDigits));
     const int room = RoomForFields() - CodeSize(field, 0, 1).x;
     return std::clamp(room / WidthOf(field, 1), 1, places);
 }
@@ -147,8 +169,10 @@ void CUnlockWithCRDialog::AddChallenge() {
     field->SetFont(CodeFont());
     layout::PadText(*field, kCodePadding);
     field->SetBackgroundColour(GetBackgroundColour());  // it looks as little editable as it is
-    const int places = PlacesOf(*field, field->GetValue().length());
-    field->SetMinSize(CodeSize(*field, places, ChallengeLines(*field, places)));
+    SpaceGroups(*field);
+    const auto digits = static_cast<int>(field->GetLastPosition());
+    const int places = PlacesOf(*field, static_cast<size_t>(digits));
+    field->SetMinSize(CodeSize(*field, places, ChallengeLines(digits, places)));
     field->ShowPosition(0);
     // A bar that only shows when the mouse is near would leave the rest unnoticed.
     gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(field->GetHandle()), FALSE);

@@ -176,6 +176,25 @@ class Challenge(UnlockCase):
         self.assertGreater(extents[0][3], label[3])
         self.cancel()
 
+    def test_its_digits_stand_in_groups_of_four(self):
+        for digits in (DIGITS, DIGITS * 2):
+            self.open(challenge=digits)
+            field = self.window.find("text", "Challenge")
+            extents = [field.character_extents(place) for place in range(len(digits))]
+            widths = [width for _, _, width, _ in extents]
+            self.assertLess(max(widths[1::4] + widths[2::4]), min(widths[4::4]))
+            self.assertEqual(1, len({top for _, top, _, _ in extents}))
+            self.assertLess(field.extents[3], 2 * extents[0][3])
+            self.cancel()
+
+    def test_lines_of_letters_have_their_room(self):
+        self.open(challenge="ff" * 64)
+        field = self.window.find("text", "Challenge")
+        left, top, width, height = field.character_extents(127)
+        right, bottom = field.extents[0] + field.extents[2], field.extents[1] + field.extents[3]
+        self.assertTrue(left + width <= right and top + height <= bottom, self.window.dump())
+        self.cancel()
+
     def test_a_long_one_does_not_widen_the_window(self):
         self.open(challenge="a5" * 16)
         usual = self.window.extents
