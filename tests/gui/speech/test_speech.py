@@ -2,6 +2,7 @@
 """What somebody hears who does not see the dialogs, from Orca, the screen reader of Debian 12."""
 
 import contextlib
+import contextlib
 import dataclasses
 import unittest
 
@@ -42,6 +43,7 @@ class Scene:
     acts: list = ()  # (act, what is heard)
     arguments: dict = dataclasses.field(default_factory=dict)
     settings: tuple = None
+    locked: bool = False  # with Caps Lock, which was pressed before
 
 
 def typed(text, *heard):
@@ -68,12 +70,17 @@ def prompt(name, texts, failure, **arguments):
 
 
 def change(name, title, heading, old, kind, new, failure, pages=""):
-    """The fields one after the other, each of them heard as it is filled."""
+    """The fields one after the other, each of them heard as it is filled, then the balls: one that
+    is chosen says what it stands for.
+    """
     old_rule = f"{kind} length between 4 and 8 bytes"
     rules = [old_rule, f"Minimum {new} length 4 bytes", f"Maximum {new} length 8 bytes",
              f"New {new} equal to confirmed new {new}"]
     missing = f"Not met: {rules[1]}" + (f". Not met: {pages}" if pages else "")
     met = f"Met: {rules[1]}" + (f". Met: {pages}" if pages else "")
+    balls = [key("Tab", f"Met: {rule} push button") for rule in rules]
+    to_pages = [*balls[2:], key("Tab", "Met: Length push button"),
+                key("Down", "Met: Equality push button", rules[3])]
     return Scene(name, [f'{title} dialog {heading} for "Identity card":',
                         f"Enter {old}: password text.", f"{failure} Not met: {old_rule}."],
                  [typed(LETTERS, f"Met: {old_rule}"),
@@ -83,7 +90,10 @@ def change(name, title, heading, old, kind, new, failure, pages=""):
                   typed(LETTERS, FULFILLED),
                   # Again from the first: what has failed before is said each time.
                   key("shift+Tab", f"Enter new {new}: {FILLED}", FULFILLED),
-                  key("shift+Tab", f"Enter {old}: {FILLED}", f"{failure} {FULFILLED}")])
+                  key("shift+Tab", f"Enter {old}: {FILLED}", f"{failure} {FULFILLED}"),
+                  key("Tab", f"Enter new {new}: {FILLED}", FULFILLED),
+                  key("Tab", f"Confirm new {new}: {FILLED}", FULFILLED),
+                  *balls[:2], key("space", rules[1]), *(to_pages if pages else [])])
 
 
 def pad(name, texts, abort, *steps):
@@ -107,6 +117,8 @@ def without_stops(scene):
 SCENES = list(map(without_stops, [
     prompt("pin", HEADING, f"PIN incorrect. {MAY_LOCK}"),
     prompt("pin-ex", HEADING, f"PIN incorrect. {MAY_LOCK}\nYou have 2 tries remaining."),
+    dataclasses.replace(prompt("pin", HEADING, f"Caps Lock is on. PIN incorrect. {MAY_LOCK}"),
+                        locked=True),
     prompt("legal-pin", f"{NOTICE} {HEADING}", f"PIN incorrect. {MAY_LOCK}"),
     prompt("legal-pin-ex", f"{NOTICE} {HEADING}",
            "PIN incorrect. WARNING: You have only 1 attempt left!"),
@@ -258,6 +270,25 @@ class SpeechCase(StageTestCase):
             self.screen.go_to(self.window)
         self.dialog = dialog
 
+    @contextlib.contextmanager
+    def caps_lock(self, locked):
+        if locked:
+            self.toggle_caps_lock()
+        try:
+            yield
+        finally:
+            if locked:
+                self.toggle_caps_lock()
+
+    def toggle_caps_lock(self):
+        """Over a PIN field: its sign shows that the program knows of it."""
+        self.open(Scene("pin", []))
+        field = self.screen.wait_focused()
+        before = len(field.children)
+        self.screen.key("Caps_Lock", field)
+        wait_until(lambda: len(field.children) != before, what="the sign", seen=self.window.dump)
+        self.close()
+
     def act(self, act):
         what, _, words = act.partition(" ")
         match what:
@@ -273,7 +304,7 @@ class EveryDialog(SpeechCase):
     def test_what_is_heard_on_opening_and_on_what_happens_then(self):
         self.whole = 0  # so many openings were heard from their first word on
         for scene in SCENES:
-            with self.subTest(scene.name, settings=scene.settings):
+            with self.subTest(scene.name, settings=scene.settings), self.caps_lock(scene.locked):
                 self.open(scene)
                 try:
                     self.play(scene)
