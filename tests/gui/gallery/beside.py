@@ -12,8 +12,8 @@ OURS = "pin-incorrect"
 DESCRIPTION, ERROR, PROMPT = 'To log in to "Identity card"', "PIN incorrect", "Enter PIN:"
 TALK = (f"SETTITLE Enter PIN\nSETDESC {DESCRIPTION}\nSETERROR {ERROR}\nSETPROMPT {PROMPT}\n"
         "GETPIN\n")
-# A window is painted in pieces.
-STILL_SECONDS = 0.5
+# A window is painted in pieces, and a caret blinks twice a second.
+STILL_SECONDS = 0.3
 
 
 class Prompt(NamedTuple):
