@@ -20,8 +20,11 @@
 namespace {
 
 // A red cross and a green check mark, as the library has them.
-#include "../../src/resources/art/check.xpm"
-#include "../../src/resources/art/cross.xpm"
+const wxBitmap& Picture(bool met) {
+    static const wxBitmap check(BENCH_ART "/check.png", wxBITMAP_TYPE_PNG);
+    static const wxBitmap cross(BENCH_ART "/cross.png", wxBITMAP_TYPE_PNG);
+    return met ? check : cross;
+}
 
 constexpr int kMargin = 16;
 constexpr int kSectionGap = 12;
@@ -41,8 +44,8 @@ public:
         AddButtons(*rows);
         rows->Add(new wxStaticLine(this),
                   wxSizerFlags().Expand().Border(wxTOP | wxBOTTOM, kSectionGap));
-        m_minIcon = AddRule(*rows, "Minimum PIN length 4 bytes", cross_xpm);
-        m_maxIcon = AddRule(*rows, "Maximum PIN length 8 bytes", check_xpm);
+        m_minIcon = AddRule(*rows, "Minimum PIN length 4 bytes", Picture(false));
+        m_maxIcon = AddRule(*rows, "Maximum PIN length 8 bytes", Picture(true));
         rows->SetMinSize(kMinContentWidth, wxDefaultCoord);
         auto* const margin = new wxBoxSizer(wxVERTICAL);
         margin->Add(rows, wxSizerFlags(1).Expand().Border(wxALL, kMargin));
@@ -73,9 +76,9 @@ private:
         rows.Add(row, wxSizerFlags().Right().Border(wxTOP, kSectionGap));
     }
 
-    wxStaticBitmap* AddRule(wxSizer& rows, const wxString& text, const char* const* picture) {
-        auto* const icon = new wxStaticBitmap(this, wxID_ANY, wxBitmap(picture), wxDefaultPosition,
-                                              wxSize(16, 16));
+    wxStaticBitmap* AddRule(wxSizer& rows, const wxString& text, const wxBitmap& picture) {
+        auto* const icon =
+            new wxStaticBitmap(this, wxID_ANY, picture, wxDefaultPosition, wxSize(16, 16));
         auto* const line = new wxBoxSizer(wxHORIZONTAL);
         line->Add(icon, wxSizerFlags().CentreVertical());
         line->AddSpacer(kLineGap * 2);
@@ -86,8 +89,8 @@ private:
 
     void OnText(wxCommandEvent&) {
         const size_t length = m_field->GetValue().length();
-        m_minIcon->SetBitmap(wxBitmap(length >= kMinLength ? check_xpm : cross_xpm));
-        m_maxIcon->SetBitmap(wxBitmap(length <= kMaxLength ? check_xpm : cross_xpm));
+        m_minIcon->SetBitmap(Picture(length >= kMinLength));
+        m_maxIcon->SetBitmap(Picture(length <= kMaxLength));
         m_ok->Enable(length >= kMinLength && length <= kMaxLength);
         m_ok->SetDefault();
     }
@@ -136,7 +139,10 @@ int WakeUpAtIntervals(int rounds, int milliseconds, void (*work)()) {
 class BareApp : public wxApp {
 public:
     // The command line is not the toolkit's.
-    bool OnInit() override { return true; }
+    bool OnInit() override {
+        wxImage::AddHandler(new wxPNGHandler);
+        return true;
+    }
 
     int OnRun() override {
         if (argc > 3) {
