@@ -37,7 +37,7 @@ constexpr int kFieldFrame = 20;
 constexpr const char* kLabels[] = {
     CATALOGUE_KEY("Challenge:"), CATALOGUE_KEY("Token serial number:"), CATALOGUE_KEY("Response:"),
     CATALOGUE_KEY("Enter new PIN:"), CATALOGUE_KEY("Confirm new PIN:")};
-enum Label { Challenge, SerialNumber, Response, NewPin, Confirmation };
+enum Label { kChallenge, kSerialNumber, kResponse, kNewPin, kConfirmation };
 
 int WidthOf(const wxWindow& field, int places) {
     return field.GetTextExtent(wxString('0', static_cast<size_t>(places))).x;
@@ -162,7 +162,7 @@ int CUnlockWithCRDialog::PlacesOf(const wxWindow& field, size_t digits) const {
 }
 
 void CUnlockWithCRDialog::AddChallenge() {
-    wxStaticText* const label = NewLabel(kLabels[Label::Challenge]);
+    wxStaticText* const label = NewLabel(kLabels[Label::kChallenge]);
     auto* const field =
         new wxTextCtrl(this, wxID_ANY, ChallengeText(m_prompt.challenge), wxDefaultPosition,
                        wxDefaultSize, wxTE_MULTILINE | wxTE_READONLY | wxTE_CHARWRAP);
@@ -181,7 +181,7 @@ void CUnlockWithCRDialog::AddChallenge() {
 }
 
 void CUnlockWithCRDialog::AddSerialNumber() {
-    wxStaticText* const label = NewLabel(kLabels[Label::SerialNumber]);
+    wxStaticText* const label = NewLabel(kLabels[Label::kSerialNumber]);
     wxStaticText* const number =
         layout::NewLimitedText(this, m_prompt.serialNumber, kSerialNumberLines);
     SetCaptionFor(*label, *number);
@@ -189,7 +189,7 @@ void CUnlockWithCRDialog::AddSerialNumber() {
 }
 
 void CUnlockWithCRDialog::AddResponse() {
-    wxStaticText* const label = NewLabel(kLabels[Label::Response]);
+    wxStaticText* const label = NewLabel(kLabels[Label::kResponse]);
     m_responseField = new ResponseField(this);
     KeepDirection(*m_responseField);
     m_responseField->SetFont(CodeFont());
@@ -236,8 +236,8 @@ void CUnlockWithCRDialog::AddResponseRow(wxStaticText* label, wxSizer* rule) {
 void CUnlockWithCRDialog::AddNewPin() {
     m_grid->AddSpacer(layout::kLineGap);
     m_grid->AddSpacer(layout::kLineGap);
-    m_pinField = AddPinField(kLabels[Label::NewPin]);
-    m_confirmField = AddPinField(kLabels[Label::Confirmation]);
+    m_pinField = AddPinField(kLabels[Label::kNewPin]);
+    m_confirmField = AddPinField(kLabels[Label::kConfirmation]);
     AddPinRules();
 }
 

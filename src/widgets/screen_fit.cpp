@@ -138,7 +138,7 @@ void Scroll(wxTopLevelWindow& window, wxSizer& rows, size_t count, const wxSize&
     Collect(rows, staying);
     const std::vector<wxWindow*> children(window.GetChildren().begin(), window.GetChildren().end());
     for (wxWindow* const child : children) {
-        if (staying.count(child) == 0) {
+        if (!staying.contains(child)) {
             child->Reparent(area);
         } else if (child != area) {
             child->MoveAfterInTabOrder(window.GetChildren().back());
