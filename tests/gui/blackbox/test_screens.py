@@ -107,8 +107,9 @@ class Screens(LanguageCase):
         if seen_in(view, target.box):
             return
         taker = next((each for each in seen.walk() if "focusable" in each.states), None)
-        stop = next((each for each in outer.walk()
-                     if each.role == seen.role and "focusable" in each.states), None)
+        stop = min((each for each in outer.walk()
+                    if each.role == seen.role and "focusable" in each.node.states),
+                   key=lambda each: abs(each.box[1] - seen.box[1]), default=None)
         if taker is None and stop is None:
             yield f"{seen} is out of view, and cannot have the keyboard"
             return
@@ -117,7 +118,9 @@ class Screens(LanguageCase):
         for _ in range(6):
             if taker is not None or seen.node.focused:
                 break
+            before = self.screen.focused()
             self.screen.key("Down")
+            wait_until(lambda: self.screen.focused() not in (None, before), what="the next")
         try:
             wait_until(lambda: seen_in(view, target.node.extents), what="the scrolling")
         except AssertionError:
