@@ -315,7 +315,7 @@ class Program(HelperCase):
     def test_it_leaves_no_core_and_lets_nobody_look_into_it(self):
         without_rights = ["setpriv", "--bounding-set=-all", "--inh-caps=-all"]
         host = self.start_host(environment=HELPED, prefix=without_rights)
-        self.show(host, PIN, TITLE)
+        self.ask(host)
         helper, = host.helpers()
         with open(f"/proc/{helper}/limits") as file:
             core = next(line for line in file if line.startswith("Max core file size"))
