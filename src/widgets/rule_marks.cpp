@@ -55,8 +55,13 @@ RuleIcon* AddRuleLine(wxWindow* parent, wxSizer* sizer, const wxString& rule, bo
 
 namespace {
 
+constexpr const char* kChosenClass = "zeldlg-chosen";
 // As little around a ball and its text as leaves 24 pixels to point at.
-constexpr const char* kFlat = "* { padding: 1px 6px 1px 2px; min-height: 22px; min-width: 0; }";
+constexpr const char* kFlat =
+    "* { padding: 1px 6px 1px 2px; min-height: 22px; min-width: 0; }"
+    "*.zeldlg-chosen { background-image: none; color: @theme_fg_color;"
+    " background-color: alpha(@theme_fg_color, 0.1);"
+    " box-shadow: inset 0 0 0 1px alpha(@theme_fg_color, 0.4); }";
 
 // One for all; it lives as long as the process.
 GtkStyleProvider* FlatLook() {
@@ -83,35 +88,9 @@ Indicator::Indicator(wxWindow* parent, const wxString& rule, bool met) : m_rule(
     SetAccessibleName(*this, RuleState(rule, met));
 }
 
-namespace {
-
-constexpr const char* kChosenClass = "zeldlg-chosen";
-constexpr const char* kChosenLook =
-    "button.zeldlg-chosen { background-image: none; color: @theme_fg_color;"
-    " background-color: alpha(@theme_fg_color, 0.1);"
-    " box-shadow: inset 0 0 0 1px alpha(@theme_fg_color, 0.4); }";
-
-// One for all; it lives as long as the process.
-GtkStyleProvider* ChosenLook() {
-    static GtkCssProvider* const look = [] {
-        GtkCssProvider* const made = gtk_css_provider_new();
-        gtk_css_provider_load_from_data(made, kChosenLook, -1, nullptr);
-        return made;
-    }();
-    return GTK_STYLE_PROVIDER(look);
-}
-
-}  // namespace
-
 void Indicator::MarkChosen(bool chosen) {
-    GtkStyleContext* const style = gtk_widget_get_style_context(GetHandle());
-    if (chosen && gtk_style_context_has_class(style, kChosenClass) == FALSE) {
-        gtk_style_context_add_provider(style, ChosenLook(),
-                                       GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-        gtk_style_context_add_class(style, kChosenClass);
-    } else if (!chosen) {
-        gtk_style_context_remove_class(style, kChosenClass);
-    }
+    const auto change = chosen ? gtk_style_context_add_class : gtk_style_context_remove_class;
+    change(gtk_widget_get_style_context(GetHandle()), kChosenClass);
 }
 
 void Indicator::SetMet(bool met) {
