@@ -73,8 +73,18 @@ class Look(KeyCase):
     def test_it_starts_with_the_green_picture(self):
         self.open()
         area = self.picture_area()
-        # Waits for the first that is painted.
-        self.assertEqual("green", wait_until(lambda: self.frame(area)))
+        self.hide()
+
+        def seen_first():
+            """Nothing where a busy machine has us look when it may have changed already."""
+            began = time.monotonic()
+            self.assertEqual(OK, self.host.run(SHOW))
+            frame = wait_until(lambda: self.frame(area))
+            is_first = time.monotonic() - began < 0.45
+            self.assertEqual(OK, self.host.run(HIDE))
+            wait_until(lambda: self.frame(area) is None)
+            return frame if is_first else None
+        self.assertEqual("green", wait_until(seen_first, what="an early look"))
 
     def test_the_pictures_can_be_told_apart_on_a_dark_theme(self):
         self.host = self.start_host(environment={"GTK_THEME": "Adwaita:dark"})
