@@ -2,7 +2,6 @@
 """What somebody hears who does not see the dialogs, from Orca, the screen reader of Debian 12."""
 
 import contextlib
-import contextlib
 import dataclasses
 import unittest
 
