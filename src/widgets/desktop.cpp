@@ -96,7 +96,17 @@ void CentreAtPointer(wxTopLevelWindow& window) {
 }
 
 void SetWindowIcon(wxTopLevelWindow& window, const char* name) {
-    gtk_window_set_icon_name(GTK_WINDOW(window.GetHandle()), name);
+    // To find and draw it takes as long as half a dialog: nobody waits for that with the first
+    // pictures.
+    const auto set = +[](GtkWidget* native, GdkFrameClock* clock, gpointer icon) -> gboolean {
+        constexpr int kFirstPictures = 2;
+        if (gdk_frame_clock_get_frame_counter(clock) < kFirstPictures) {
+            return G_SOURCE_CONTINUE;
+        }
+        gtk_window_set_icon_name(GTK_WINDOW(native), static_cast<const char*>(icon));
+        return G_SOURCE_REMOVE;
+    };
+    gtk_widget_add_tick_callback(window.GetHandle(), set, const_cast<char*>(name), nullptr);
 }
 
 void LeaveKeyboard(wxTopLevelWindow& window) {

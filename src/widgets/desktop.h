@@ -29,7 +29,8 @@ wxRect RoomAtPointer();
 /// Puts a window that is not shown yet into the middle of that. On Wayland the desktop decides.
 void CentreAtPointer(wxTopLevelWindow& window);
 
-/// The icon that task bars show, by its name in the icon theme.
+/// The icon that task bars show, by its name in the icon theme: a literal, for the window uses it
+/// after it has been drawn.
 void SetWindowIcon(wxTopLevelWindow& window, const char* name);
 
 /// Opens the window without the keyboard: the user goes on typing where he was. Where the desktop

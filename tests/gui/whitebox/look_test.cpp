@@ -148,14 +148,15 @@ TEST(Look, TheExplanationOfARuleDoesNotLookLikeAnInput) {
               GTK_SHADOW_NONE);
 }
 
-TEST(Look, WindowsHaveAnIconOfTheTheme) {
-    const auto iconOf = [](const wxDialog& dialog) -> std::string {
-        const char* const name = gtk_window_get_icon_name(GTK_WINDOW(dialog.GetHandle()));
-        return name != nullptr ? name : "";
+TEST(Look, WindowsHaveAnIconOfTheThemeSoonAfterTheirFirstPicture) {
+    const auto expectIcon = [](wxDialog& dialog, const std::string& name) {
+        const auto icon = [&] { return gtk_window_get_icon_name(GTK_WINDOW(dialog.GetHandle())); };
+        EXPECT_EQ(icon(), nullptr) << "with the first picture";
+        dialog.Show();
+        EXPECT_TRUE(PumpUntil([&] { return icon() != nullptr && name == icon(); })) << name;
     };
-    EXPECT_EQ(iconOf(*FailedPrompt()), "dialog-password");
-    EXPECT_EQ(iconOf(*MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", 0x200, 0)),
-              "dialog-error");
+    expectIcon(*FailedPrompt(), "dialog-password");
+    expectIcon(*MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", 0x200, 0), "dialog-error");
 }
 
 TEST(Look, TheResponseFieldIsAsWideAsTheResponse) {
