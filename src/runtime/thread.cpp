@@ -1,6 +1,7 @@
 #include "runtime/thread.h"
 
 #include <csignal>
+#include <initializer_list>
 
 #include "platform/thread.h"
 
