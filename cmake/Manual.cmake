@@ -8,8 +8,8 @@ function(zeldlg_manual target)
     set(manual ${CMAKE_CURRENT_BINARY_DIR}/${target}.1)
     add_custom_command(
         OUTPUT ${manual}
-        COMMAND ${Python3_EXECUTABLE} ${maker} $<TARGET_FILE:${target}> ${template}
-                ${PROJECT_VERSION} ${manual}
+        COMMAND ${Python3_EXECUTABLE} ${maker} ${template} ${PROJECT_VERSION} ${manual}
+                ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${target}>
         DEPENDS ${target} ${maker} ${template}
         VERBATIM)
     add_custom_target(${target}-manual ALL DEPENDS ${manual})

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Writes the manual page of a program: a template, with what the program's own help says.
 
-    make_manual.py PROGRAM TEMPLATE VERSION OUTPUT
+    make_manual.py TEMPLATE VERSION OUTPUT [EMULATOR] PROGRAM
 
 The synopsis, options, commands and exit codes come from the program, so that a new command is in
 the page without anybody writing it there.
@@ -22,7 +22,7 @@ def escape(text):
 
 
 def help_of(program, *words):
-    return subprocess.run([program, *words, "--help"], check=True, text=True,
+    return subprocess.run([*program, *words, "--help"], check=True, text=True,
                           stdout=subprocess.PIPE).stdout
 
 
@@ -58,14 +58,14 @@ def items(lines):
 
 
 def synopsis(program, usage):
-    name = os.path.basename(program)
+    name = os.path.basename(program[-1])
     forms = re.sub(rf"^ *{name} ", "", usage, flags=re.MULTILINE).splitlines()
     return "\n.br\n".join(f"\\fB{escape(name)}\\fR {escape(form)}" for form in forms)
 
 
 def command(program, name):
     usage, summary, rest = help_of(program, name).split("\n\n", 2)
-    synopsis_line = usage.removeprefix(f"Usage: {os.path.basename(program)} ")
+    synopsis_line = usage.removeprefix(f"Usage: {os.path.basename(program[-1])} ")
     page = [".SS " + escape(synopsis_line), escape(summary) + "."]
     return page + items(rest.rstrip("\n").splitlines())
 
@@ -89,7 +89,7 @@ def page(program, template, version):
 
 
 def main():
-    program, template, version, output = sys.argv[1:]
+    template, version, output, *program = sys.argv[1:]
     with open(template, encoding="utf-8") as file:
         text = page(program, file.read(), version)
     with open(output, "w", encoding="utf-8") as file:
