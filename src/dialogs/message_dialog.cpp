@@ -89,7 +89,8 @@ const IconLook& LookOf(MessageIcon icon) {
 
 wxStaticBitmap* NewIcon(wxWindow* parent, long style) {
     const IconLook& look = LookOf(MessageIconOf(style));
-    auto* const icon = new wxStaticBitmap(parent, wxID_ANY, ThemeIcon(look.themeIcon, kIconSize));
+    auto* const icon = new wxStaticBitmap(
+        parent, wxID_ANY, ThemeIcon(look.themeIcon, kIconSize, parent->GetForegroundColour()));
     icon->SetBackgroundColour(parent->GetBackgroundColour());
     SetAccessibleName(*icon, Translate(look.name));
     return icon;

@@ -212,7 +212,7 @@ int CUnlockWithCRDialog::RoomForFields() const {
         widest = std::max(widest, GetTextExtent(Translate(label)).x);
     }
     return std::min(static_cast<int>(kWidthOfAll * layout::TextWidth(*this)),
-                    layout::RoomForContent(*this).x - 2 * layout::kMargin) -
+                    layout::RoomForLine(*this)) -
            widest - layout::kSectionGap;
 }
 

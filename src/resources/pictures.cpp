@@ -5,7 +5,9 @@
 #include <wx/mstream.h>
 
 #include <cstdint>
+#include <memory>
 #include <span>
+#include <string>
 
 namespace zeldlg {
 
@@ -81,30 +83,56 @@ wxBitmapBundle BundleOf(Picture picture) {
 
 namespace {
 
+constexpr int kAnySize = 0;
+
+using IconInfo = std::unique_ptr<GtkIconInfo, decltype(&g_object_unref)>;
+
+IconInfo FindIcon(const std::string& name, int size) {
+    return {gtk_icon_theme_lookup_icon(gtk_icon_theme_get_default(), name.c_str(), size,
+                                       GTK_ICON_LOOKUP_FORCE_SIZE),
+            g_object_unref};
+}
+
+// Themes of today have these signs in one colour only, under another name. What the toolkit itself
+// has of the coloured ones is 16 pixels large.
+GdkPixbuf* LoadIcon(const std::string& name, int size, const wxColour& colour) {
+    const IconInfo coloured = FindIcon(name, size);
+    const int drawnAt = coloured != nullptr ? gtk_icon_info_get_base_size(coloured.get()) : 1;
+    if (drawnAt != kAnySize && drawnAt < size / 2) {
+        if (const IconInfo plain = FindIcon(name + "-symbolic", size)) {
+            const GdkRGBA* const rgba = colour;
+            return gtk_icon_info_load_symbolic(plain.get(), rgba, nullptr, nullptr, nullptr,
+                                               nullptr, nullptr);
+        }
+    }
+    return coloured != nullptr ? gtk_icon_info_load_icon(coloured.get(), nullptr) : nullptr;
+}
+
 class NamedIcon : public wxBitmapBundleImpl {
 public:
-    NamedIcon(const char* name, int size) : m_name(name), m_size(size, size) {}
+    NamedIcon(const char* name, int size, const wxColour& colour)
+        : m_name(name), m_size(size, size), m_colour(colour) {}
 
     wxSize GetDefaultSize() const override { return m_size; }
 
     wxSize GetPreferredBitmapSizeAtScale(double scale) const override { return m_size * scale; }
 
     wxBitmap GetBitmap(const wxSize& size) override {
-        GdkPixbuf* const loaded = gtk_icon_theme_load_icon(
-            gtk_icon_theme_get_default(), m_name, size.x, GTK_ICON_LOOKUP_FORCE_SIZE, nullptr);
+        GdkPixbuf* const loaded = LoadIcon(m_name, size.x, m_colour);
         return loaded != nullptr ? wxBitmap(loaded) : wxBitmap(size);
     }
 
 private:
     const char* m_name;
     wxSize m_size;
+    wxColour m_colour;
 };
 
 }  // namespace
 
-wxBitmapBundle ThemeIcon(const char* name, int size) {
+wxBitmapBundle ThemeIcon(const char* name, int size, const wxColour& colour) {
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): counted, and the bundle's from here
-    return wxBitmapBundle::FromImpl(new NamedIcon(name, size));
+    return wxBitmapBundle::FromImpl(new NamedIcon(name, size, colour));
 }
 
 }  // namespace zeldlg

@@ -12,6 +12,7 @@ wxBitmapBundle BundleOf(Picture picture);
 
 /// An icon of the desktop's theme by its name, so many pixels wide and high at every scale. (The
 /// toolkit's own is smaller where the theme has no file of just that size.)
-wxBitmapBundle ThemeIcon(const char* name, int size);
+/// @param colour Of a theme that has it as a plain sign only.
+wxBitmapBundle ThemeIcon(const char* name, int size, const wxColour& colour);
 
 }  // namespace zeldlg

@@ -72,8 +72,9 @@ wxColour DrawnColourOf(Banner::Mood mood) {
 }
 
 wxBitmapBundle IconOf(Banner::Mood mood) {
-    return mood == Banner::Mood::Warning ? ThemeIcon("dialog-warning", kIconSize)
-                                         : BundleOf(Picture::Done);
+    return mood == Banner::Mood::Warning
+               ? ThemeIcon("dialog-warning", kIconSize, DrawnColourOf(mood))
+               : BundleOf(Picture::Done);
 }
 
 // The label itself has the plain colour; what is drawn of it is a shade that can be read.
@@ -96,8 +97,7 @@ Banner::Banner(wxWindow* parent)
       m_icon(new wxStaticBitmap(this, wxID_ANY, IconOf(m_mood))),
       m_textWidth(static_cast<int>(kWidthScale * layout::TextWidth(*parent))),
       m_rows(new wxBoxSizer(wxVERTICAL)) {
-    const int room = layout::RoomForContent(*parent).x - 2 * layout::kMargin - kAround;
-    m_textWidth = std::min(m_textWidth, room);
+    m_textWidth = std::min(m_textWidth, layout::RoomForLine(*parent) - kAround);
     MarkAsDecoration(*m_icon);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->AddSpacer(kEdge);

@@ -157,12 +157,11 @@ wxSize ChoiceList::DoGetBestSize() const {
     const int textWidth = layout::TextWidth(*this);
     const int width = std::clamp(rowsWidth, static_cast<int>(kMinWidth * textWidth),
                                  static_cast<int>(kMaxWidth * textWidth));
-    const wxSize room =
-        layout::RoomForContent(*this) - wxSize(layout::kMargin, layout::kMargin) * 2;
+    const int height = layout::RoomForContent(*this).y - 2 * layout::kMargin;
     const int rowHeight = RowHeight(TreeOf(*this));
-    const int maxRows = std::clamp(room.y / 2 / rowHeight, kMinRows, kMaxRows);
+    const int maxRows = std::clamp(height / 2 / rowHeight, kMinRows, kMaxRows);
     const int rows = std::clamp(static_cast<int>(GetCount()), kMinRows, maxRows);
-    return {std::min(width, room.x),
+    return {std::min(width, layout::RoomForLine(*this)),
             rows * rowHeight + kFrame + wxSystemSettings::GetMetric(wxSYS_HSCROLL_Y, this)};
 }
 

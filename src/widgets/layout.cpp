@@ -55,7 +55,7 @@ int TextWidth(const wxWindow& window) {
         window.GetFont().GetNativeFontInfo()->description, pango_language_from_string("en"));
     const int letter = pango_font_metrics_get_approximate_char_width(metrics);
     pango_font_metrics_unref(metrics);
-    return PANGO_PIXELS(kTextLetters * letter);
+    return std::min(PANGO_PIXELS(kTextLetters * letter), RoomForLine(window));
 }
 
 wxString WrapText(wxWindow& window, const wxString& text) {

@@ -21,7 +21,7 @@ inline constexpr int kLineGap = 4;
 inline constexpr int kMinContentWidth = 280;
 
 /// Pixels after which a text is broken, so that a long label does not widen its dialog: what some
-/// 58 average letters take in the window's font.
+/// 58 average letters take in the window's font, or less on a small screen.
 int TextWidth(const wxWindow& window);
 
 /// The text with line breaks where it would be wider than `width` pixels, or TextWidth(), in the

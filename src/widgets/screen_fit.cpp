@@ -160,6 +160,11 @@ wxSize RoomForContent(const wxWindow& window) {
     return RoomAtPointer().GetSize() - kFrame - wxSize(0, window.GetCharHeight());
 }
 
+int RoomForLine(const wxWindow& window) {
+    return RoomForContent(window).x - 2 * kMargin -
+           wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, &window);
+}
+
 void FitScreen(wxTopLevelWindow& window, wxSizer& rows) {
     WrapAtRealWidth(rows);
     const wxSize room = RoomForContent(window);

@@ -9,6 +9,9 @@ namespace zeldlg::layout {
 /// Pixels that the content of a window may take on the pointer's monitor, as things are now.
 wxSize RoomForContent(const wxWindow& window);
 
+/// The part of its width that is left beside margins and a bar that scrolls.
+int RoomForLine(const wxWindow& window);
+
 /// To be called when the window has its sizer, with all controls, and before it gets its size.
 /// Texts are wrapped at the width that the window will have. Where it is too high for its screen,
 /// headings lose lines; where that is not enough, what stands first scrolls: the picture alone if

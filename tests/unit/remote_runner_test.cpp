@@ -183,8 +183,8 @@ TEST_F(RemoteRunnerTest, WhatIsNoAnswerEndsTheConnection) {
          raw(head("ZDLG", kWireVersion, kLargestMessage + 1)),
          raw(head("ZDLG", kWireVersion, 2) + "\1"),
          [](int socket) { AnswerOnce(socket, FrameKind::Served); },
-         [&tooLong](int socket) { AnswerOnce(socket, FrameKind::Served, tooLong.Bytes()); },
-         [&wrong](int socket) { AnswerOnce(socket, FrameKind::Served, wrong.Bytes()); },
+         [bytes = tooLong.Bytes()](int socket) { AnswerOnce(socket, FrameKind::Served, bytes); },
+         [bytes = wrong.Bytes()](int socket) { AnswerOnce(socket, FrameKind::Served, bytes); },
          AnswerUntilFinish});
     for (int i = 1; i <= 9; ++i) {
         EXPECT_THROW(Ask(), std::runtime_error) << i;

@@ -40,15 +40,19 @@ class Monitors(unittest.TestCase):
         call = host.call(dialog.export, **dialog.arguments)
         [number] = wait_until(lambda: self.windows(dialog.title), 20, f"{dialog.title!r}",
                               seen=self.x11.windows)
-        x, _, width, _ = self.x11.geometry(number, frame=True)
+
+        def is_there():
+            x, _, width, _ = self.x11.geometry(number, frame=True)
+            return monitor <= x and x + width <= monitor + WIDTH
+        # Windows are in the list before they have their place.
+        wait_until(is_there, what=f"its place on the monitor that begins at {monitor}",
+                   seen=lambda: self.x11.geometry(number, frame=True))
         if dialog.modal:
             self.x11.send_delete(number)
         call.result()
         if dialog.hide:
             host.run(dialog.hide)
         wait_until(lambda: not self.windows(dialog.title), what="the end of the window")
-        self.assertTrue(monitor <= x and x + width <= monitor + WIDTH,
-                        f"from {x} to {x + width}, and the monitor begins at {monitor}")
 
     def test_every_window_opens_on_the_pointers_monitor(self):
         with Host() as host:

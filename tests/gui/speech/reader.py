@@ -69,9 +69,14 @@ speechd.SSIPCommunicationError = type("SSIPCommunicationError", (Exception,), {}
 speechd.SSIPCommandError = type("SSIPCommandError", (Exception,), {})
 sys.modules["speechd"] = speechd
 
-from orca import orca  # noqa: E402
+from orca import orca, settings_manager  # noqa: E402
 
-settings = orca.getSettingsManager()
+if hasattr(settings_manager, "get_manager"):
+    settings = settings_manager.get_manager()
+    folder = settings.get_prefs_dir
+else:  # Debian 12
+    settings = orca.getSettingsManager()
+    folder = settings.getPrefsDir
 settings.activate(None, {})
-sys.path.insert(0, settings.getPrefsDir())
+sys.path.insert(0, folder())
 sys.exit(orca.main())

@@ -1,8 +1,12 @@
 // What stands out, what looks alike and how large it is to point at.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <wx/image.h>
 #include <wx/statbmp.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "controls.h"
@@ -10,6 +14,7 @@
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
+#include "resources/pictures.h"
 #include "widgets/banner.h"
 #include "widgets/dialog_window.h"
 #include "widgets/rule_marks.h"
@@ -146,6 +151,29 @@ TEST(Look, TheExplanationOfARuleDoesNotLookLikeAnInput) {
     EXPECT_EQ(explanation.GetBackgroundColour(), dialog->GetBackgroundColour());
     EXPECT_EQ(gtk_scrolled_window_get_shadow_type(GTK_SCROLLED_WINDOW(explanation.GetHandle())),
               GTK_SHADOW_NONE);
+}
+
+// As themes have the signs of messages since GNOME 47.
+TEST(Look, ASignThatAThemeHasPlainOnlyIsLargeAndColoured) {
+    const std::filesystem::path theme = std::filesystem::path(getenv("ZELDLG_STAGE")) / "Plain";
+    std::filesystem::create_directories(theme / "small");
+    std::ofstream(theme / "index.theme") << "[Icon Theme]\nName=Plain\nDirectories=small,plain\n"
+                                            "[small]\nSize=16\nType=Fixed\n"
+                                            "[plain]\nSize=16\nMaxSize=512\nType=Scalable\n";
+    ASSERT_TRUE(wxImage(16, 16).SaveFile((theme / "small/sign.png").string(), wxBITMAP_TYPE_PNG));
+    std::filesystem::create_directories(theme / "plain");
+    std::ofstream(theme / "plain/sign-symbolic.svg")
+        << R"(<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16">)"
+           R"(<path d="M0 0h16v16H0z" fill="#2e3436"/></svg>)";
+    gtk_icon_theme_prepend_search_path(gtk_icon_theme_get_default(), theme.parent_path().c_str());
+    g_object_set(gtk_settings_get_default(), "gtk-icon-theme-name", "Plain", nullptr);
+    const wxImage sign = ThemeIcon("sign", 48, *wxRED).GetBitmap(wxSize(48, 48)).ConvertToImage();
+    gtk_settings_reset_property(gtk_settings_get_default(), "gtk-icon-theme-name");
+    ASSERT_EQ(sign.GetSize(), wxSize(48, 48));
+    for (const int place : {0, 24, 47}) {
+        EXPECT_EQ(sign.GetRed(place, place), 255);
+        EXPECT_EQ(sign.GetGreen(place, place), 0);
+    }
 }
 
 TEST(Look, WindowsHaveAnIconOfTheThemeSoonAfterTheirFirstPicture) {

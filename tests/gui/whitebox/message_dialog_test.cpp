@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
-#include <wx/artprov.h>
 #include <wx/image.h>
 #include <wx/modalhook.h>
 #include <wx/statbmp.h>
@@ -17,6 +16,7 @@
 #include "biometric/retry_boxes.h"
 #include "controls.h"
 #include "dialogs/message_boxes.h"
+#include "resources/pictures.h"
 #include "runtime/handlers/handlers.h"
 #include "test_app.h"
 
@@ -45,9 +45,10 @@ bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
     return left.GetSize() == right.GetSize() && memcmp(left.GetData(), right.GetData(), bytes) == 0;
 }
 
-bool HasIcon(const wxWindow& dialog, const wxArtID& art) {
-    return SamePicture(Nth<wxStaticBitmap>(dialog, 0).GetBitmap(),
-                       wxArtProvider::GetBitmap(art, "wxART_OTHER_C", wxSize(48, 48)));
+bool HasIcon(const wxWindow& dialog, const std::string& name) {
+    return SamePicture(
+        Nth<wxStaticBitmap>(dialog, 0).GetBitmap(),
+        ThemeIcon(name.c_str(), 48, dialog.GetForegroundColour()).GetBitmap(wxSize(48, 48)));
 }
 
 class MessageDialog : public testing::Test {
@@ -72,12 +73,13 @@ protected:
 TEST_F(MessageDialog, ShowsTheIconOfTheFirstFlagThatIsSet) {
     const struct {
         long style;
-        wxArtID art;
-    } rows[] = {{0x100, wxART_WARNING},     {0x200, wxART_ERROR},   {0x400, wxART_QUESTION},
-                {0x800, wxART_INFORMATION}, {0, wxART_INFORMATION}, {0x300, wxART_WARNING},
-                {0x600, wxART_ERROR},       {0x700, wxART_WARNING}, {0x500, wxART_WARNING}};
+        std::string icon;
+    } rows[] = {
+        {0x100, "dialog-warning"},     {0x200, "dialog-error"},   {0x400, "dialog-question"},
+        {0x800, "dialog-information"}, {0, "dialog-information"}, {0x300, "dialog-warning"},
+        {0x600, "dialog-error"},       {0x700, "dialog-warning"}, {0x500, "dialog-warning"}};
     for (const auto& row : rows) {
-        EXPECT_TRUE(HasIcon(Make(row.style), row.art)) << std::hex << row.style;
+        EXPECT_TRUE(HasIcon(Make(row.style), row.icon)) << std::hex << row.style;
         m_dialog->Destroy();
     }
     m_dialog = nullptr;
@@ -85,7 +87,7 @@ TEST_F(MessageDialog, ShowsTheIconOfTheFirstFlagThatIsSet) {
 
 TEST_F(MessageDialog, IconsDiffer) {
     const CMessageDialog& dialog = Make(0x100);
-    for (const char* const other : {wxART_ERROR, wxART_QUESTION, wxART_INFORMATION}) {
+    for (const char* const other : {"dialog-error", "dialog-question", "dialog-information"}) {
         EXPECT_FALSE(HasIcon(dialog, other));
     }
 }
@@ -341,17 +343,17 @@ public:
 
     wxString m_caption, m_text;
     std::vector<wxString> m_buttons;
-    wxArtID m_art;
+    std::string m_icon;
 
 protected:
     int Enter(wxDialog* dialog) override {
         m_caption = dialog->GetTitle();
         m_text = TextOf(*dialog);
         m_buttons = ButtonsOf(*dialog);
-        for (const char* const art :
-             {wxART_WARNING, wxART_ERROR, wxART_QUESTION, wxART_INFORMATION}) {
-            if (HasIcon(*dialog, art)) {
-                m_art = art;
+        for (const char* const icon :
+             {"dialog-warning", "dialog-error", "dialog-question", "dialog-information"}) {
+            if (HasIcon(*dialog, icon)) {
+                m_icon = icon;
             }
         }
         return m_answer;
@@ -365,7 +367,7 @@ struct BoxRow {
     void (*show)();
     const char* caption;
     const char* text;
-    wxArtID art;
+    std::string icon;
 };
 
 class MessageBoxes : public testing::TestWithParam<BoxRow> {};
@@ -375,7 +377,7 @@ TEST_P(MessageBoxes, HaveTitleIconTextAndOk) {
     GetParam().show();
     EXPECT_EQ(user.m_caption, GetParam().caption);
     EXPECT_EQ(user.m_text, GetParam().text);
-    EXPECT_EQ(user.m_art, GetParam().art);
+    EXPECT_EQ(user.m_icon, GetParam().icon);
     EXPECT_EQ(user.m_buttons, std::vector<wxString>{"OK"});
 }
 
@@ -383,29 +385,30 @@ INSTANTIATE_TEST_SUITE_P(
     Rows, MessageBoxes,
     testing::Values(
         BoxRow{[] { ShowWarningBox(nullptr, "R&D && more\n_x"); }, "Warning", "R&D && more\n_x",
-               wxART_WARNING},
-        BoxRow{[] { ShowErrorBox(nullptr, ""); }, "Error", "", wxART_ERROR},
+               "dialog-warning"},
+        BoxRow{[] { ShowErrorBox(nullptr, ""); }, "Error", "", "dialog-error"},
         BoxRow{[] { ShowInformationBox(nullptr, "100 %s %d"); }, "Information", "100 %s %d",
-               wxART_INFORMATION},
+               "dialog-information"},
         BoxRow{[] { ShowTokenLockedBox(nullptr, "A & B"); }, "Token locked",
                "The token \"A & B\" is locked.\nPlease use the token manager to unlock it,\n"
                "or contact your system administrator.",
-               wxART_ERROR},
+               "dialog-error"},
         BoxRow{[] { ShowBiometricError(nullptr, 0x63C0); }, "Error",
-               "Verification failed!\nThe authentication method is now blocked!", wxART_ERROR},
-        BoxRow{[] { ShowTokenErrorBox(nullptr, 164); }, "Error", "PIN locked", wxART_ERROR},
-        BoxRow{[] { ShowTokenErrorBox(nullptr, 5); }, "Error", "Device error (0x05)", wxART_ERROR},
+               "Verification failed!\nThe authentication method is now blocked!", "dialog-error"},
+        BoxRow{[] { ShowTokenErrorBox(nullptr, 164); }, "Error", "PIN locked", "dialog-error"},
+        BoxRow{[] { ShowTokenErrorBox(nullptr, 5); }, "Error", "Device error (0x05)",
+               "dialog-error"},
         BoxRow{[] { ShowUnknownErrorBox(nullptr, 0x1FF); }, "Error", "Unknown error (0x1FF)",
-               wxART_ERROR}));
+               "dialog-error"}));
 
 TEST(MessageBoxRequests, EachCodeShowsItsBoxAndTheAnswerStaysUntouched) {
     const struct {
         uint64_t code;
         const char* caption;
-        wxArtID art;
-    } rows[] = {{0x1001, "Error", wxART_ERROR},
-                {0x1002, "Information", wxART_INFORMATION},
-                {0x1003, "Question", wxART_QUESTION}};
+        std::string icon;
+    } rows[] = {{0x1001, "Error", "dialog-error"},
+                {0x1002, "Information", "dialog-information"},
+                {0x1003, "Question", "dialog-question"}};
     for (const auto& row : rows) {
         for (const wchar_t* const text : {L"Well?", static_cast<const wchar_t*>(nullptr)}) {
             const Answering user(wxID_OK);
@@ -415,7 +418,7 @@ TEST(MessageBoxRequests, EachCodeShowsItsBoxAndTheAnswerStaysUntouched) {
             EXPECT_TRUE(HandleMessageBox(&message));
             EXPECT_EQ(user.m_caption, row.caption);
             EXPECT_EQ(user.m_text, text == nullptr ? "" : "Well?");
-            EXPECT_EQ(user.m_art, row.art);
+            EXPECT_EQ(user.m_icon, row.icon);
             EXPECT_FALSE(answer);
         }
     }
@@ -425,7 +428,7 @@ struct QuestionRow {
     bool (*ask)();
     const char* caption;
     const char* text;
-    wxArtID art;
+    std::string icon;
 };
 
 class QuestionBoxes : public testing::TestWithParam<QuestionRow> {};
@@ -436,7 +439,7 @@ TEST_P(QuestionBoxes, HaveYesAndNoAndReturnTheAnswer) {
         EXPECT_EQ(GetParam().ask(), answer == wxID_OK);
         EXPECT_EQ(user.m_caption, GetParam().caption);
         EXPECT_EQ(user.m_text, GetParam().text);
-        EXPECT_EQ(user.m_art, GetParam().art);
+        EXPECT_EQ(user.m_icon, GetParam().icon);
         EXPECT_EQ(user.m_buttons, (std::vector<wxString>{"&Yes", "&No"}));
     }
 }
@@ -445,16 +448,16 @@ INSTANTIATE_TEST_SUITE_P(
     Rows, QuestionBoxes,
     testing::Values(
         QuestionRow{[] { return ShowQuestionBox(nullptr, "Well?"); }, "Question", "Well?",
-                    wxART_QUESTION},
+                    "dialog-question"},
         QuestionRow{[] { return AskAuthenticationRetry(nullptr); }, "Authentication failed",
                     "Authentication to the Lumora Bio Token failed!\nWould you like to try again?",
-                    wxART_ERROR},
+                    "dialog-error"},
         QuestionRow{[] { return AskEnrolmentRetry(nullptr); }, "Enrolment failed",
                     "Enrolment of (new) fingerprint(s) on the Lumora Bio Token failed!\n"
                     "Would you like to try again?",
-                    wxART_ERROR},
+                    "dialog-error"},
         QuestionRow{[] { return ShowBiometricError(nullptr, 0x6400); }, "Error",
-                    "Device error (0x6400)\n\nWould you like to try again?", wxART_ERROR}));
+                    "Device error (0x6400)\n\nWould you like to try again?", "dialog-error"}));
 
 TEST(MessageBoxes, AnErrorThatAllowsNoRetryIsNotAnsweredWithYes) {
     const Answering user(wxID_OK);
