@@ -78,7 +78,12 @@ struct WaysIn {
         GtkWidget* const entry = field.GetHandle();
         field.m_commitHook = g_signal_add_emission_hook(
             g_signal_lookup("commit", GTK_TYPE_IM_CONTEXT), 0, OnCommit, &field, nullptr);
-        g_signal_connect(entry, "paste-clipboard", G_CALLBACK(OnPaste), &field);
+        // Before the toolkit's filter, which in newer versions pastes what it leaves of a text.
+        wxEvtHandler& first = field.GetValidator() != nullptr ? *field.GetValidator()
+                                                              : static_cast<wxEvtHandler&>(field);
+        first.Bind(wxEVT_TEXT_PASTE, [&field](wxClipboardTextEvent&) {
+            Paste(field, GDK_SELECTION_CLIPBOARD, kAtCaret);
+        });
         g_signal_connect(entry, "button-press-event", G_CALLBACK(OnButtonPress), &field);
         g_signal_connect(entry, "drag-data-received", G_CALLBACK(OnDrop), &field);
         g_signal_connect(entry, "insert-text", G_CALLBACK(OnInsert), &field);
@@ -121,11 +126,6 @@ struct WaysIn {
             field.m_isDeafToCommit = !isWhole;
         }
         return TRUE;
-    }
-
-    static void OnPaste(GtkWidget* entry, PinField* field) {
-        g_signal_stop_emission_by_name(entry, "paste-clipboard");
-        Paste(*field, GDK_SELECTION_CLIPBOARD, kAtCaret);
     }
 
     // The middle button pastes what is selected somewhere.
