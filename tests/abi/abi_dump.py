@@ -61,8 +61,9 @@ def layouts(directory, include, functions):
         file.write(f"#include <{HEADER}>\nstruct AllFunctions {{\n{members}}} allFunctions;\n")
     run("cc", "-g", "-fno-eliminate-unused-debug-types", "-I", include, "-c", "-o", path + ".o",
         path + ".c")
-    return {name: members_of(run("pahole", "-C", name, path + ".o"))
-            for name in [*records, "AllFunctions"]}
+    structs = dict(re.findall(r"^struct (\w+) \{\n(.*?)^\}", run("pahole", "-F", "dwarf", path + ".o"),
+                              re.MULTILINE | re.DOTALL))
+    return {name: members_of(structs[name]) for name in [*records, "AllFunctions"]}
 
 
 def members_of(text):

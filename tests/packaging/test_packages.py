@@ -272,7 +272,9 @@ class Packages(unittest.TestCase):
         found = run("lintian", *options, "--display-info", "--pedantic", "--fail-on",
                     "error,warning", "--tag-display-limit", "0",
                     *glob.glob(os.path.join(PACKAGES, "*.changes"))).splitlines()
-        self.assertEqual([], [line for line in found if not self.is_by_chance(line)])
+        # The packages are for two releases of Debian, and of the policy of the older one.
+        self.assertEqual([], [line for line in found if not self.is_by_chance(line)
+                              and "out-of-date-standards-version" not in line])
 
     @staticmethod
     def is_by_chance(line):
