@@ -362,31 +362,36 @@ bool RegistryText::Write(const LineSink& sink) {
     // Nothing from here on needs memory.
     size_t next = 0;
     const std::string_view first = LineAt(0, next);
-    if (!sink(first) || !sink({}) || !WriteBetween(next, m_headEnd, sink)) {
+    bool afterEmpty = true;
+    if (!sink(first) || !sink({}) || !WriteBetween(next, m_headEnd, sink, afterEmpty)) {
         return false;
     }
     pending.assign(m_roots.rbegin(), m_roots.rend());
     while (!pending.empty()) {
         const KeyNode& key = *pending.back();
         pending.pop_back();
-        if (!std::all_of(key.sections.begin(), key.sections.end(),
-                         [&](const KeySection& each) { return WriteSection(each, sink); })) {
+        if (!std::all_of(key.sections.begin(), key.sections.end(), [&](const KeySection& each) {
+                return WriteSection(each, sink, afterEmpty);
+            })) {
             return false;
         }
         pending.insert(pending.end(), key.children.rbegin(), key.children.rend());
     }
-    return WriteBetween(FrontOf(m_end), m_end.begin, sink);
+    return WriteBetween(FrontOf(m_end), m_end.begin, sink, afterEmpty);
 }
 
-bool RegistryText::WriteSection(const KeySection& section, const LineSink& sink) const {
-    return WriteBetween(FrontOf(section.header), section.header.begin, sink) &&
-           sink(section.header.text) &&
+bool RegistryText::WriteSection(const KeySection& section, const LineSink& sink,
+                                bool& afterEmpty) const {
+    const bool isFrontWritten =
+        WriteBetween(FrontOf(section.header), section.header.begin, sink, afterEmpty);
+    afterEmpty = true;
+    return isFrontWritten && sink(section.header.text) &&
            std::all_of(section.lines.begin(), section.lines.end(), std::cref(sink)) && sink({});
 }
 
-// Hands over lines that belong to no key. An empty line was handed over before them.
-bool RegistryText::WriteBetween(size_t from, size_t to, const LineSink& sink) const {
-    bool afterEmpty = true;
+// Hands over lines that belong to no key, of several empty ones one.
+bool RegistryText::WriteBetween(size_t from, size_t to, const LineSink& sink,
+                                bool& afterEmpty) const {
     while (from < to) {
         const std::string_view line = LineAt(from, from);
         if (!(line.empty() && afterEmpty) && !sink(line)) {

@@ -119,8 +119,8 @@ private:
     std::vector<std::string_view>& Lines(KeySection& section);
     std::vector<std::string_view>::iterator FindLine(KeySection& section, const FoldedName& name);
     std::string_view Keep(std::string text);
-    bool WriteSection(const KeySection& section, const LineSink& sink) const;
-    bool WriteBetween(size_t from, size_t to, const LineSink& sink) const;
+    bool WriteSection(const KeySection& section, const LineSink& sink, bool& afterEmpty) const;
+    bool WriteBetween(size_t from, size_t to, const LineSink& sink, bool& afterEmpty) const;
 
     std::unique_ptr<char[]> m_buffer;
     std::string_view m_text;

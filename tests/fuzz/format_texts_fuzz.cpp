@@ -1,5 +1,6 @@
 // Host texts in the formats that the dialogs show: what is seen is the text, literally, between the
-// words around it, cut at 499 characters. The bytes: which text, a number, then the host's text.
+// words around it, cut at 499 characters, and at kHostTextLimit before that. The bytes: which text,
+// a number, then the host's text.
 #include "resources/texts.h"
 
 #include <clocale>
@@ -36,10 +37,11 @@ FUZZ_TARGET(format_texts) {
     for (size_t i = 0; i < times; ++i) {
         host += piece.substr(0, piece.find('\0'));
     }
-    const std::wstring text = AsWide(PlainDecode(host, 0xFFFD));
+    const std::u32string decoded = PlainDecode(host, 0xFFFD).substr(0, kHostTextLimit);
+    const std::wstring text = AsWide(decoded);
     const wxString shown = HostText(host.c_str());
     REQUIRE_EQ(shown.ToStdWstring(), text);
-    REQUIRE_EQ(ToUtf8(shown), PlainEncode(PlainDecode(host, 0xFFFD)));
+    REQUIRE_EQ(ToUtf8(shown), PlainEncode(decoded));
     REQUIRE_EQ(TranslateText(shown).ToStdWstring(), text);
     const int64_t bounded = number > 0x7FFFFFFF ? 0x7FFFFFFF : number;
     REQUIRE_EQ(int64_t{ShownNumber(number)}, bounded);

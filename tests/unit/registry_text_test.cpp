@@ -230,6 +230,12 @@ TEST(RegistryText, DeletedKeyTakesAlongWhatStandsInFrontOfItButNotTheNextOnes) {
     EXPECT_EQ(WriteText(*text), kStart + "; about the file\r\n\r\n; end\r\n");
 }
 
+TEST(RegistryText, TheEmptyLineBehindADeletedSectionKeepsApartWhatStoodAroundIt) {
+    const auto text = MakeText(kStart + "; about the file\n[Root\\A]\n\n; end\n");
+    text->Delete(*FindKey(*text, "Root\\A"));
+    EXPECT_EQ(WriteText(*text), kStart + "; about the file\r\n\r\n; end\r\n");
+}
+
 TEST(RegistryText, LinesOfATextWithoutSectionsStayInFrontOfTheFirstThatIsMade) {
     const auto text = MakeText(kStart + "; alone\n\n");
     EXPECT_EQ(WriteText(*text), kStart + "; alone\r\n\r\n");
