@@ -8,7 +8,7 @@ import os
 import gi
 
 gi.require_version("Gtk", "3.0")
-from gi.repository import GdkPixbuf, Gtk  # noqa: E402
+from gi.repository import Gdk, GdkPixbuf, Gtk  # noqa: E402
 
 ART = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "..", "src",
                    "resources", "art")
@@ -75,6 +75,12 @@ class Picture:
                *inner.pixels[::inner.width]]
         return commonest(rim)
 
+    def ink(self):
+        """The colour that stands out most."""
+        background = self._ground()
+        return max(set(self.pixels), key=lambda colour: sum(abs(a - b) for a, b
+                                                            in zip(colour, background)))
+
     def likeness(self, icon):
         """How much of the icon's detail is here, wherever it stands."""
         detail = icon.detail_on(self._ground())
@@ -133,14 +139,18 @@ def own_icons():
 
 
 @functools.lru_cache(maxsize=None)
-def theme_icons(size):
-    """The toolkit's icons of a size, for twice the scale."""
-    theme = Gtk.IconTheme.get_default()
-    return [Icon(theme.load_icon(name, 2 * size, Gtk.IconLookupFlags.FORCE_SIZE)) for name in THEME_ICONS]
+def theme_icons(size, ink):
+    """The theme's icons of a size, for twice the scale, as they are and plain in a colour."""
+    theme, force = Gtk.IconTheme.get_default(), Gtk.IconLookupFlags.FORCE_SIZE
+    colour = Gdk.RGBA(*(part / 255 for part in ink), 1)
+    plain = (theme.lookup_icon(name + "-symbolic", 2 * size, force) for name in THEME_ICONS)
+    return [*(Icon(theme.load_icon(name, 2 * size, force)) for name in THEME_ICONS),
+            *(Icon(icon.load_symbolic(colour)[0]) for icon in plain if icon)]
 
 
-def icons_in(width, height):
-    """What may be drawn, for twice the scale, into a box of that many pixels of the screen."""
-    icons = [*own_icons(), *theme_icons(width // 2)]
+def icons_in(part):
+    """What may be drawn, for twice the scale, into a part of the screen."""
+    width, height = part.width, part.height
+    icons = [*own_icons(), *theme_icons(width // 2, part.ink())]
     return [icon for icon in icons if width * MOST_OF_A_BOX <= icon.width <= width
             and icon.height <= height]

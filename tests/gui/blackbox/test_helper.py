@@ -154,6 +154,7 @@ class End(HelperCase):
         end = host.call("DLG_Finalize", thread="ender")
         self.screen.key("Escape", window.find("password text"))
         self.assertEqual(CANCELLED, call.result())
+        self.screen.wait_gone(window)
         if not waiting.done:
             # It may have come after the end was asked for, and has a helper of its own then.
             wait_until(lambda: waiting.done or TITLE in self.screen.titles(host), what="its turn")

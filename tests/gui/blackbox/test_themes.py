@@ -174,7 +174,7 @@ class LookCase(StageTestCase):
         if share < SEEN_SHARE and graphic.role != "redundant object":
             yield f"of {graphic} only {share:.2f} is seen"
         if self.look.scale == 2:
-            like = max(map(part.likeness, icons_in(part.width, part.height)), default=0)
+            like = max(map(part.likeness, icons_in(part)), default=0)
             if like < SAME_SHARE:
                 yield f"{graphic} is not the form for twice the scale: {like:.2f} of it"
 

@@ -5,6 +5,7 @@
 #include <gtk/gtk.h>
 #include <wx/image.h>
 #include <wx/modalhook.h>
+#include <wx/mstream.h>
 #include <wx/statbmp.h>
 #include <wx/uiaction.h>
 
@@ -38,11 +39,15 @@ std::vector<wxString> ButtonsOf(const wxWindow& dialog) {
     return labels;
 }
 
+// With their masks or transparent parts.
 bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
-    const wxImage left = one.ConvertToImage();
-    const wxImage right = other.ConvertToImage();
-    const auto bytes = static_cast<size_t>(left.GetWidth()) * left.GetHeight() * 3;
-    return left.GetSize() == right.GetSize() && memcmp(left.GetData(), right.GetData(), bytes) == 0;
+    wxMemoryOutputStream left;
+    wxMemoryOutputStream right;
+    return one.ConvertToImage().SaveFile(left, wxBITMAP_TYPE_PNG) &&
+           other.ConvertToImage().SaveFile(right, wxBITMAP_TYPE_PNG) &&
+           left.GetSize() == right.GetSize() &&
+           memcmp(left.GetOutputStreamBuffer()->GetBufferStart(),
+                  right.GetOutputStreamBuffer()->GetBufferStart(), left.GetSize()) == 0;
 }
 
 bool HasIcon(const wxWindow& dialog, const std::string& name) {
