@@ -4,16 +4,16 @@
 #include <p11-kit/pkcs11.h>
 
 #include <cstdint>
-#include <stdexcept>
+#include <exception>
 #include <string>
 #include <vector>
 
 namespace p11 {
 
 // What a module answered when it did not do what it was asked.
-class TokenError : public std::runtime_error {
+class TokenError : public std::exception {
 public:
-    explicit TokenError(CK_RV code);
+    explicit TokenError(CK_RV code) : m_code(code) {}
     CK_RV Code() const { return m_code; }
 
 private:

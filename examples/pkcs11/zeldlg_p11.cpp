@@ -9,6 +9,7 @@
 
 #include "commands.h"
 #include "pin_dialogs.h"
+#include "token.h"
 
 namespace {
 
@@ -125,6 +126,9 @@ int main(int argc, char** argv) {
     } catch (const p11::Cancelled&) {
         std::cerr << "cancelled\n";
         return kCancelled;
+    } catch (const p11::TokenError& error) {
+        std::cerr << "zeldlg-p11: " << p11::Describe(error.Code()) << '\n';
+        return kFailed;
     } catch (const std::exception& error) {
         std::cerr << "zeldlg-p11: " << error.what() << '\n';
         return kFailed;

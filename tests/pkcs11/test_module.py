@@ -4,11 +4,12 @@ p11-kit, and a program with many threads. A person at the keyboard answers its d
 """
 
 import os
+import re
 import select
 import subprocess
 import unittest
 
-from soft_token import PIN, SO_PIN, SOFTHSM, TokenTestCase
+from soft_token import PIN, SO_PIN, SOFTHSM, TokenTestCase, run
 from stage import require_private_mounts, scaled, wait_until
 
 MODULE = os.environ["ZELDLG_P11_FRONT"]
@@ -116,6 +117,16 @@ class InOtherPrograms(FrontCase):
         process = self.start("bwrap", "--dev-bind", "/", "/", "--bind", ours, modules, "p11-kit",
                              "list-modules", **environment)
         self.ends(process, 0, "token: Identity card")
+
+
+class AsAFile(unittest.TestCase):
+    def test_no_library_that_it_needs_is_a_module_as_well(self):
+        """Who looks for a newer function in it (C_GetInterface) would find that one's."""
+        needed = re.findall(r"=> (\S+)", run("ldd", MODULE))
+        self.assertTrue(needed)
+        for path in (MODULE, *needed):
+            self.assertEqual(path == MODULE,
+                             "C_GetFunctionList" in run("nm", "-D", "--defined-only", path), path)
 
 
 class ByCalls(FrontCase):
