@@ -70,7 +70,8 @@ class Choice(HelperCase):
     def test_init_starts_it_ahead_of_time(self):
         host = self.start_host(environment=HELPED)
         self.assertNotEqual(0, host.run("InitApp"))
-        self.assertEqual(1, len(host.helpers()))
+        # It may not have its name yet.
+        self.assertEqual(1, len(wait_until(host.helpers, what="a helper")))
         host.run("QuitApp")
         self.assertEqual([], host.helpers())
 
