@@ -109,6 +109,11 @@ CMessageDialog::CMessageDialog(wxWindow* parent, const wxString& caption, const 
     auto* const rows = new wxBoxSizer(wxVERTICAL);
     rows->Add(NewMessageRow(message, style), wxSizerFlags().CentreHorizontal());
     AddButtons(*rows, style);
+    // Of a window's texts some screen readers read those alone that have three words.
+    if (wxSplit(message, ' ').size() < 3) {
+        SetAccessibleDescription(*m_defaultButton, message);
+        SetDescriptionFor(*m_message, *m_defaultButton);
+    }
     if (MessageButtonsOf(style) == MessageButtons::YesNo && m_remainingSeconds != 0) {
         StartCountDown();
     }
@@ -136,13 +141,13 @@ void ShowMessage(wxStaticText& label, const wxString& message, int width) {
 wxSizer* CMessageDialog::NewMessageRow(const wxString& message, long style) {
     m_windowIcon = LookOf(MessageIconOf(style)).themeIcon;
     wxStaticBitmap* const icon = NewIcon(this, style);
-    auto* const text = new wxStaticText(this, wxID_ANY, wxEmptyString);
+    m_message = new wxStaticText(this, wxID_ANY, wxEmptyString);
     const int room = layout::RoomForContent(*this).x - icon->GetBestSize().x - 3 * kBorder -
                      wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this);
-    ShowMessage(*text, message, room);
+    ShowMessage(*m_message, message, room);
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(icon, wxSizerFlags().Border(wxTOP | wxBOTTOM | wxLEFT, kBorder));
-    row->Add(text, wxSizerFlags().CentreVertical().Border(wxALL, kBorder));
+    row->Add(m_message, wxSizerFlags().CentreVertical().Border(wxALL, kBorder));
     return row;
 }
 

@@ -55,6 +55,7 @@ private:
     const char* m_windowIcon = nullptr;
     SpokenCountDown m_spokenCountDown;
     std::unique_ptr<LiveDescription> m_description;  // of the button that counts down
+    wxStaticText* m_message = nullptr;
     wxButton* m_defaultButton = nullptr;
 };
 

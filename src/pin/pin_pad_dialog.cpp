@@ -65,7 +65,8 @@ CPinPadDialog::CPinPadDialog(const PinPadLook& look)
         AddAbortButton(rows);
     }
     m_description = std::make_unique<LiveDescription>(*m_described);
-    if (m_display != nullptr) {
+    // Of a window with a description some screen readers read nothing else.
+    if (m_display != nullptr && m_described != this) {
         SetDescriptionFor(*m_display, *m_described);
     }
     layout::Finish(*this, rows);

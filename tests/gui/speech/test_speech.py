@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What somebody hears who does not see the dialogs, from Orca, the screen reader of Debian 12."""
+"""What somebody hears who does not see the dialogs, from Orca, the screen reader of Debian."""
 
 import contextlib
 import dataclasses
@@ -22,7 +22,7 @@ SHORT = "Not met: Minimum PIN length 4 bytes"
 LONG_ENOUGH = "Met: Minimum PIN length 4 bytes"
 FULFILLED = ("The informed password is correct and fullfilled all the password policy "
              "requirements !")
-FILLED = "password text  black circle  black circle  selected."
+FILLED = "password text ●● selected."
 ALGORITHM = ("Please select the unlocking algorithm from the drop-down box below. Your helpdesk "
              "can tell you which algorithm you should select.")
 CHALLENGE, WITNESS = "3DES ECB Challenge/Response", "3DES ECB Witness/Challenge/Response"
@@ -53,6 +53,11 @@ def key(name, *heard):
     return f"key {name}", list(heard)
 
 
+def first_control(*heard):
+    """Of a window where nothing had the keyboard."""
+    return "first control", [] if ScreenReader.misses_first_control else list(heard)
+
+
 def told(export, *heard):
     """By the host, of a PIN pad."""
     return f"call DLG_PinPadKeyboardInput{export}", list(heard)
@@ -77,9 +82,9 @@ def change(name, title, heading, old, kind, new, failure, pages=""):
              f"New {new} equal to confirmed new {new}"]
     missing = f"Not met: {rules[1]}" + (f". Not met: {pages}" if pages else "")
     met = f"Met: {rules[1]}" + (f". Met: {pages}" if pages else "")
-    balls = [key("Tab", f"Met: {rule} push button") for rule in rules]
-    to_pages = [*balls[2:], key("Tab", "Met: Length push button"),
-                key("Down", "Met: Equality push button", rules[3])]
+    balls = [key("Tab", f"Met: {rule} button") for rule in rules]
+    to_pages = [*balls[2:], key("Tab", "Met: Length button"),
+                key("Down", "Met: Equality button", rules[3])]
     return Scene(name, [f'{title} dialog {heading} for "Identity card":',
                         f"Enter {old}: password text.", f"{failure} Not met: {old_rule}."],
                  [typed(LETTERS, f"Met: {old_rule}"),
@@ -97,12 +102,18 @@ def change(name, title, heading, old, kind, new, failure, pages=""):
 
 def pad(name, texts, abort, *steps):
     """Heard when the keyboard comes to it: it does not by itself."""
-    return Scene(name, [f"PinPad dialog {texts}", *["Abort push button"] * abort,
-                        *["Digits entered: 0"] * ("NoPin" not in name)], steps)
+    digits = ["Digits entered: 0"] * ("NoPin" not in name)
+    if abort:
+        return Scene(name, [f"PinPad dialog {texts}"],
+                     [first_control("Abort button", *digits), *steps])
+    return Scene(name, [" ".join(["PinPad dialog", texts, *digits])], steps)
 
 
 def box(name, title, text, button="Yes", **more):
-    return Scene(name, [f"alert {title}.", text, f"{button} push button."], **more)
+    texts = [f"alert {title}.", text, f"{button} button."]
+    if len(text.split()) < 3:  # it is the button's
+        texts = [texts[0], *texts[:0:-1]]
+    return Scene(name, texts, **more)
 
 
 def without_stops(scene):
@@ -146,12 +157,12 @@ SCENES = list(map(without_stops, [
         told("NextPin", "Enter your PIN"), told("Timeout", "Timer Expired")),
     pad("pad LegalNoPinVerification", f"{NOTICE} Enter your PIN", False,
         told("NextPin", "Enter your PIN")),
-    Scene("unblock-method", [f"Unlock PIN dialog {ALGORITHM}", "Unlock PIN using the PUK.",
-                             "selected radio button"]),
+    Scene("unblock-method", [f"Unlock PIN dialog {ALGORITHM}",
+                             "Unlock PIN using the PUK selected radio button."]),
     Scene("unblock-method, off-line",
-          [f"Unlock PIN dialog {ALGORITHM}", "Unlock PIN via off-line PIN unlock.",
-           "selected radio button"],
-          [key("Tab", f"{CHALLENGE} combo box", "Unlocking algorithm read only text.",
+          [f"Unlock PIN dialog {ALGORITHM}",
+           "Unlock PIN via off-line PIN unlock selected radio button."],
+          [key("Tab", f"{CHALLENGE} combo box", "Unlocking algorithm read only.",
                f"{CHALLENGE}.", ALGORITHM)]),
     Scene("unblock-cr",
           ['Unlock PIN dialog Unlocking the PIN for "Identity card": Response is 8 bytes long.',
@@ -202,10 +213,10 @@ SCENES = list(map(without_stops, [
         f"Authentication to the Lumora Bio Token failed!\n{AGAIN}"),
     Scene("retry enrol", ["alert Enrolment failed.",
                           "Enrolment of (new) fingerprint(s) on the Lumora Bio Token failed!\n"
-                          + AGAIN, "Yes push button.", "Seconds left: 36."],
-          [waits("Seconds left: 30"), key("Tab", "No push button.")],
+                          + AGAIN, "Yes button.", "Seconds left: 36."],
+          [waits("Seconds left: 30"), key("Tab", "No button.")],
           settings=(("Biometrics", "Automatic retry timeout", 36),)),
-    Scene("keygen", ["Generating key-pair dialog Generating key-pair, please wait dot dot dot"]),
+    Scene("keygen", ["Generating key-pair dialog Generating key-pair, please wait"]),
     Scene("biometric-auth",
           ["Lumora Bio Token dialog Authentication to the Lumora Bio Token is required for this "
            f"operation.\n\n{BIO}\n\nThis dialog will automatically disappear once the "
@@ -222,7 +233,7 @@ SCENES = list(map(without_stops, [
            "the window prompting you to swipe your finger over the sensor and the number in the "
            "window indicates which scan is being made. The process automatically terminates when "
            "you have made the three scans. It is important that you use exactly the same finger "
-           "in all three scans.", "OK push button."]),
+           "in all three scans.", "OK button."]),
 ]))
 
 
@@ -264,8 +275,9 @@ class SpeechCase(StageTestCase):
         self.host = self.host_for(scene)
         self.reader.forget()
         self.call, self.window = show_dialog(self.screen, self.host, dialog)
-        wait_ready(self.screen, dialog, self.window)
-        if not dialog.order:
+        if dialog.order and not dialog.start:
+            wait_ready(self.screen, dialog, self.window)
+        else:
             self.screen.go_to(self.window)
         self.dialog = dialog
 
@@ -291,6 +303,9 @@ class SpeechCase(StageTestCase):
     def act(self, act):
         what, _, words = act.partition(" ")
         match what:
+            case "first":
+                self.screen.x11.key("Tab")
+                self.screen.wait_focused()
             case "type":
                 self.screen.type_text(words)
             case "key":
@@ -315,8 +330,8 @@ class EveryDialog(SpeechCase):
             self.assertEqual([], [line for line in host.faults if BRIDGE not in line])
 
     def hear_opening(self, scene):
-        """A busy reader loses the first words of a window at times, whatever program it is of; what
-        has the keyboard it says always.
+        """A busy reader loses the first words of a window at times, whatever program it is of, and
+        Orca 48 says no label of a list; what has the keyboard both say always.
         """
         def said():
             return "\n".join(map(repr, self.reader.said()))
@@ -325,7 +340,8 @@ class EveryDialog(SpeechCase):
         heard = self.reader.said()
         if heard[0] == self.left:  # a busy reader says so late
             heard = heard[1:]
-        self.assertEqual(scene.opening[-len(heard):], heard)
+        left = iter(scene.opening)
+        self.assertTrue(all(utterance in left for utterance in heard), heard)
         self.whole += heard == scene.opening
         self.reader.forget()
 
