@@ -87,9 +87,6 @@ for name, module in list(sys.modules.items()):
     if name.startswith("orca."):
         module.hash = keep
 
-# It speaks announcements, which 43 does not know, beside the descriptions that say the same.
-sys.modules["orca.scripts.default"].Script.on_announcement = lambda *_: True
-
 # For two seconds it takes what it has said of a control for what it is.
 sys.modules["orca.generator"].time = types.SimpleNamespace(
     time=time.time, sleep=lambda _: time.sleep(0.05))
@@ -97,6 +94,8 @@ sys.modules["orca.generator"].time = types.SimpleNamespace(
 if hasattr(settings_manager, "get_manager"):
     settings = settings_manager.get_manager()
     folder = settings.get_prefs_dir
+    # It speaks announcements, which 43 does not know, beside the descriptions that say the same.
+    sys.modules["orca.scripts.default"].Script.on_announcement = lambda *_: True
 else:  # Debian 12
     settings = orca.getSettingsManager()
     folder = settings.getPrefsDir
