@@ -5,6 +5,7 @@
 #include "dialogs/selection.h"
 #include "resources/texts.h"
 #include "widgets/accessible.h"
+#include "widgets/banner.h"
 #include "widgets/dialog_window.h"
 #include "widgets/layout.h"
 
@@ -20,12 +21,16 @@ constexpr const wchar_t* kSizingText = L"XXXXXXXX-XXXX-XXXX XX:XX:XX";
 
 wxString OkLabel() { return Translate("OK"); }
 
+Rgb RgbOf(const wxColour& colour) { return {colour.Red(), colour.Green(), colour.Blue()}; }
+
 // Paler than what it stands for.
 wxStaticText* NewCaption(wxWindow* parent, const wxString& text) {
-    constexpr guint16 kOpacity = 0xFFFF / 100 * 72;
     wxStaticText* const caption = layout::NewText(parent, text);
+    const int share =
+        PaleShare(RgbOf(caption->GetForegroundColour()), RgbOf(parent->GetBackgroundColour()));
     PangoAttrList* const attributes = pango_attr_list_new();
-    pango_attr_list_insert(attributes, pango_attr_foreground_alpha_new(kOpacity));
+    pango_attr_list_insert(attributes,
+                           pango_attr_foreground_alpha_new(static_cast<guint16>(655 * share)));
     gtk_label_set_attributes(GTK_LABEL(caption->GetHandle()), attributes);
     pango_attr_list_unref(attributes);
     return caption;

@@ -51,6 +51,22 @@ Rgb ReadableOnWhite(const Rgb& colour) {
     return Shade(colour, percent);
 }
 
+int PaleShare(const Rgb& text, const Rgb& ground) {
+    constexpr int kPalest = 72;
+    int percent = kPalest;
+    const auto part = [&percent](uint8_t front, uint8_t back) {
+        return static_cast<uint8_t>((front * percent + back * (100 - percent)) / 100);
+    };
+    const auto mixed = [&] {
+        return Rgb{part(text.red, ground.red), part(text.green, ground.green),
+                   part(text.blue, ground.blue)};
+    };
+    while (percent < 100 && ContrastRatio(mixed(), ground) < kReadable) {
+        ++percent;
+    }
+    return percent;
+}
+
 namespace {
 
 constexpr int kPadding = 10;

@@ -27,6 +27,10 @@ double ContrastRatio(const Rgb& one, const Rgb& other);
 /// as smoothed strokes come out a little paler, and 4.5:1 are needed.
 Rgb ReadableOnWhite(const Rgb& colour);
 
+/// How much of its colour a text may lose on such a ground that it is paler than others, and can be
+/// read as ReadableOnWhite() says. @return What it keeps, in per cent.
+int PaleShare(const Rgb& text, const Rgb& ground);
+
 /// A card with an icon and an edge in the colour of its texts, which are bold and wrapped.
 class Banner : public Card, public layout::WrappedRow {
 public:

@@ -44,5 +44,13 @@ TEST(ReadableOnWhite, IsTheLightestShadeThatCanBeRead) {
     EXPECT_TRUE(red.green == 0 && red.blue == 0);
 }
 
+TEST(PaleShare, IsWhatLeavesATextReadable) {
+    EXPECT_EQ(PaleShare(kBlack, kWhite), 72);
+    EXPECT_EQ(PaleShare(kWhite, kBlack), 72);
+    // The text of Arc is pale by itself.
+    EXPECT_GT(PaleShare({92, 97, 108}, {245, 246, 247}), 85);
+    EXPECT_EQ(PaleShare(kGreen, kWhite), 100);
+}
+
 }  // namespace
 }  // namespace zeldlg
