@@ -15,9 +15,9 @@ PROGRAMS = DEMO, SETTINGS, PKCS11 = "zeldlg-demo", "zeldlg-settings", "zeldlg-p1
 PYTHON = "python3-zeldlg"
 
 
-def run(*command, code=0):
-    result = subprocess.run(command, text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                            env={**os.environ, "LC_ALL": "C.UTF-8"})
+def run(*command, code=0, cwd=None):
+    result = subprocess.run(command, text=True, cwd=cwd, stdout=subprocess.PIPE,
+                            stderr=subprocess.PIPE, env={**os.environ, "LC_ALL": "C.UTF-8"})
     if result.returncode != code:
         raise AssertionError(f"{' '.join(command)}: exit code {result.returncode}\n"
                              + result.stdout + result.stderr)
@@ -235,7 +235,7 @@ class Packages(unittest.TestCase):
         self.assertEqual(52, len(set(listed) - {"ZELDLG_3"}))
         # The judge of the archive: fails on symbols that are new, and on those that are gone.
         run("dpkg-gensymbols", f"-p{LIBRARY}", f"-v{VERSION}", f"-P{self.tree(LIBRARY)}",
-            f"-I{self.tree(LIBRARY)}/DEBIAN/symbols", "-O", "-c4")
+            f"-I{self.tree(LIBRARY)}/DEBIAN/symbols", "-O", "-c4", cwd=ROOT)
 
     def test_the_manual_of_the_functions_has_every_export(self):
         page = self.read(DEVELOPMENT, f"usr/share/doc/{DEVELOPMENT}/html/zeldlg_8h.html")
