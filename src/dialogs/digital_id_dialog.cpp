@@ -21,8 +21,6 @@ constexpr const wchar_t* kSizingText = L"XXXXXXXX-XXXX-XXXX XX:XX:XX";
 
 wxString OkLabel() { return Translate("OK"); }
 
-Rgb RgbOf(const wxColour& colour) { return {colour.Red(), colour.Green(), colour.Blue()}; }
-
 // Paler than what it stands for.
 wxStaticText* NewCaption(wxWindow* parent, const wxString& text) {
     wxStaticText* const caption = layout::NewText(parent, text);

@@ -38,6 +38,8 @@ Rgb Shade(const Rgb& colour, int percent) {
 
 }  // namespace
 
+Rgb RgbOf(const wxColour& colour) { return {colour.Red(), colour.Green(), colour.Blue()}; }
+
 double ContrastRatio(const Rgb& one, const Rgb& other) {
     const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
@@ -82,8 +84,7 @@ wxColour ColourOf(Banner::Mood mood) {
 }
 
 wxColour DrawnColourOf(Banner::Mood mood) {
-    const wxColour colour = ColourOf(mood);
-    const Rgb shade = ReadableOnWhite({colour.Red(), colour.Green(), colour.Blue()});
+    const Rgb shade = ReadableOnWhite(RgbOf(ColourOf(mood)));
     return {shade.red, shade.green, shade.blue};
 }
 

@@ -1,6 +1,7 @@
 // The card for warnings, the same on every theme, and the colours that can be read on it.
 #pragma once
 
+#include <wx/colour.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
@@ -19,6 +20,8 @@ struct Rgb {
     uint8_t green;
     uint8_t blue;
 };
+
+Rgb RgbOf(const wxColour& colour);
 
 /// The contrast ratio of two colours as WCAG 2 has it: 1 for equal ones, 21 for black on white.
 double ContrastRatio(const Rgb& one, const Rgb& other);
