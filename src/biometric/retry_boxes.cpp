@@ -5,7 +5,6 @@
 #include "dialogs/message_dialog.h"
 #include "registry/settings.h"
 #include "resources/texts.h"
-#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
@@ -16,9 +15,9 @@ constexpr long kRetryQuestion = wxICON_ERROR | wxICON_QUESTION;
 static_assert(kRetryQuestion == 0x600);
 
 bool AskForRetry(wxWindow* parent, const char* caption, const wxString& text) {
-    return MakeWindow<CMessageDialog>(parent, Translate(caption), text, kRetryQuestion,
-                                      GetAutomaticRetryTimeout())
-               ->ShowModal() == wxID_OK;
+    return CMessageDialog(parent, Translate(caption), text, kRetryQuestion,
+                          GetAutomaticRetryTimeout())
+               .ShowModal() == wxID_OK;
 }
 
 }  // namespace

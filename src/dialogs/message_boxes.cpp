@@ -2,7 +2,6 @@
 
 #include "dialogs/message_dialog.h"
 #include "resources/texts.h"
-#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
@@ -10,8 +9,8 @@ namespace {
 
 bool ShowBox(wxWindow* parent, const char* caption, const wxString& text, long style,
              Emphasis emphasis = Emphasis::Suggested) {
-    return MakeWindow<CMessageDialog>(parent, Translate(caption), text, style, 0, emphasis)
-               ->ShowModal() == wxID_OK;
+    return CMessageDialog(parent, Translate(caption), text, style, 0, emphasis).ShowModal() ==
+           wxID_OK;
 }
 
 struct Row {

@@ -21,8 +21,10 @@ constexpr double kMaxWidth = 1.4;
 constexpr int kMinRows = 4;
 constexpr int kMaxRows = 10;
 constexpr int kFrame = 2;
-// How many rows say how wide the list is: measuring one takes as long as adding four.
+// What of the rows says how wide the list is: measuring one takes as long as adding four, and as
+// long as it is long.
 constexpr unsigned int kMeasuredRows = 500;
+constexpr size_t kMeasuredCharacters = 200;
 constexpr double kScrollStep = 40;
 
 GtkTreeView* TreeOf(const wxListBox& list) {
@@ -130,9 +132,6 @@ void ChoiceList::Add(const wxString& text, uint64_t value) {
     SetSelection(0);
     // From the first row on: Ctrl and a click would leave nothing selected otherwise.
     gtk_tree_selection_set_mode(gtk_tree_view_get_selection(TreeOf(*this)), GTK_SELECTION_BROWSE);
-    if (GetCount() == kMeasuredRows) {
-        m_widthOfFirstRows = wxListBox::DoGetBestSize().x;
-    }
 }
 
 void ChoiceList::Choose(unsigned int row) {
@@ -152,11 +151,14 @@ uint64_t ChoiceList::ChosenValue() const {
 
 // As wide as its rows within limits; whole rows high, and the bar below them.
 wxSize ChoiceList::DoGetBestSize() const {
-    const int rowsWidth =
-        GetCount() < kMeasuredRows ? wxListBox::DoGetBestSize().x : m_widthOfFirstRows;
     const int textWidth = layout::TextWidth(*this);
-    const int width = std::clamp(rowsWidth, static_cast<int>(kMinWidth * textWidth),
-                                 static_cast<int>(kMaxWidth * textWidth));
+    const int beside = 3 * GetTextExtent("X").x + wxSystemSettings::GetMetric(wxSYS_VSCROLL_X);
+    const int widest = static_cast<int>(kMaxWidth * textWidth);
+    int width = static_cast<int>(kMinWidth * textWidth);
+    for (unsigned row = 0; row < std::min(GetCount(), kMeasuredRows) && width < widest; ++row) {
+        const wxString text = GetString(row).Left(kMeasuredCharacters);
+        width = std::clamp(GetTextExtent(text).x + beside, width, widest);
+    }
     const int height = layout::RoomForContent(*this).y - 2 * layout::kMargin;
     const int rowHeight = RowHeight(TreeOf(*this));
     const int maxRows = std::clamp(height / 2 / rowHeight, kMinRows, kMaxRows);

@@ -44,7 +44,6 @@ private:
     void OnKeyDown(wxKeyEvent& event);
 
     std::function<void()> m_touched;
-    int m_widthOfFirstRows = 0;
 };
 
 }  // namespace zeldlg

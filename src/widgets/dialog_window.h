@@ -1,26 +1,13 @@
-// What the library's windows have in common: who owns them, on whom they stand, and how they close.
+// What the library's windows have in common: on whom they stand, and how they close.
 #pragma once
 
 #include <wx/app.h>
 #include <wx/dialog.h>
 #include <wx/toplevel.h>
 
-#include <memory>
 #include <vector>
 
 namespace zeldlg {
-
-struct DestroyWindow {
-    void operator()(wxTopLevelWindow* window) const { window->Destroy(); }
-};
-
-template <typename Window>
-using WindowPtr = std::unique_ptr<Window, DestroyWindow>;
-
-template <typename Window, typename... Arguments>
-WindowPtr<Window> MakeWindow(const Arguments&... arguments) {
-    return WindowPtr<Window>(new Window(arguments...));
-}
 
 /// The style for a dialog whose parent may be null. The toolkit would pick any window that is
 /// shown then: a modeless one of the library would drag the dialog along when the host removes it.

@@ -5,7 +5,6 @@
 #include "runtime/handlers/delivery.h"
 #include "runtime/handlers/handlers.h"
 #include "runtime/handlers/policy_wire.h"
-#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
@@ -63,10 +62,10 @@ int32_t DeliverChange(const CChangePinDialog& dialog, PinChangeBuffers& buffers)
 }
 
 void Show(const ChangePinPrompt& prompt, ChangeReply<PinChangeBuffers>& reply) {
-    const auto dialog = MakeWindow<CChangePinDialog>(g_currentParent, prompt);
-    reply.returnCode = dialog->ShowModal();
+    CChangePinDialog dialog(g_currentParent, prompt);
+    reply.returnCode = dialog.ShowModal();
     if (reply.returnCode == wxID_OK) {
-        reply.returnCode = DeliverChange(*dialog, *reply.output);
+        reply.returnCode = DeliverChange(dialog, *reply.output);
     }
 }
 

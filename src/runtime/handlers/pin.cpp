@@ -5,7 +5,6 @@
 #include "resources/texts.h"
 #include "runtime/handlers/delivery.h"
 #include "runtime/handlers/handlers.h"
-#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
@@ -34,12 +33,11 @@ int32_t DeliverPin(const platform::SecretBytes& pin, PinBuffer& buffer) {
 
 template <typename Dialog, typename Record>
 void AskPin(const Record* record, PinReply<PinBuffer>* reply) {
-    const auto dialog = MakeWindow<Dialog>(
-        g_currentParent, HostText(record->tokenLabel),
-        PinLengthRule(record->minPinLength, record->maxPinLength), FailureOf(*record));
-    reply->returnCode = dialog->ShowModal();
+    Dialog dialog(g_currentParent, HostText(record->tokenLabel),
+                  PinLengthRule(record->minPinLength, record->maxPinLength), FailureOf(*record));
+    reply->returnCode = dialog.ShowModal();
     if (reply->returnCode == wxID_OK) {
-        reply->returnCode = DeliverPin(dialog->GetPin(), *reply->output);
+        reply->returnCode = DeliverPin(dialog.GetPin(), *reply->output);
     }
 }
 

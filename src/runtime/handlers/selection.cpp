@@ -7,7 +7,6 @@
 #include "dialogs/token_dialog.h"
 #include "resources/texts.h"
 #include "runtime/handlers/handlers.h"
-#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
@@ -21,14 +20,14 @@ std::span<const TokenChoiceEntry> EntriesOf(const TokenChoiceList& list) {
 }
 
 void SelectToken(const TokenChoiceList* list, TokenChoiceReply* reply) {
-    const auto dialog = MakeWindow<CTokenDialog>(g_currentParent);
+    CTokenDialog dialog(g_currentParent);
     for (const TokenChoiceEntry& entry : EntriesOf(*list)) {
-        dialog->AddItem(HostText(entry.name), HostText(entry.detail), entry.identifier);
+        dialog.AddItem(HostText(entry.name), HostText(entry.detail), entry.identifier);
     }
-    dialog->FinishLayout();
-    reply->returnCode = dialog->ShowModal();
+    dialog.FinishLayout();
+    reply->returnCode = dialog.ShowModal();
     if (reply->returnCode == wxID_OK) {
-        reply->identifier = dialog->GetIdentifier();
+        reply->identifier = dialog.GetIdentifier();
     }
 }
 
@@ -50,11 +49,11 @@ DigitalIdPrompt PromptOf(const DigitalIdChoice& choice) {
 }
 
 void SelectDigitalId(const DigitalIdChoice* choice, PinReply<DigitalIdResult>* reply) {
-    const auto dialog = MakeWindow<CDigitalIDSelectionDialog>(PromptOf(*choice));
-    reply->returnCode = dialog->ShowModal();
+    CDigitalIDSelectionDialog dialog(PromptOf(*choice));
+    reply->returnCode = dialog.ShowModal();
     if (reply->returnCode == wxID_OK) {
-        reply->output->value = dialog->GetValue();
-        reply->output->alwaysUse = dialog->IsAlwaysUse() ? 1 : 0;
+        reply->output->value = dialog.GetValue();
+        reply->output->alwaysUse = dialog.IsAlwaysUse() ? 1 : 0;
     }
 }
 

@@ -9,7 +9,6 @@
 #include "resources/texts.h"
 #include "runtime/handlers/delivery.h"
 #include "runtime/handlers/handlers.h"
-#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
@@ -18,12 +17,11 @@ namespace {
 void SelectMethod(const UnblockMethodRequest* request, UnblockMethodReply* reply) {
     const std::vector<uint32_t> algorithms(request->algorithms,
                                            request->algorithms + request->algorithmCount);
-    const auto dialog =
-        MakeWindow<CSelectUnblockMethodDialog>(request->pukOffered != 0, algorithms);
-    reply->returnCode = static_cast<uint32_t>(dialog->ShowModal());
+    CSelectUnblockMethodDialog dialog(request->pukOffered != 0, algorithms);
+    reply->returnCode = static_cast<uint32_t>(dialog.ShowModal());
     if (reply->returnCode == wxID_OK) {
-        reply->method = dialog->Method();
-        reply->algorithm = dialog->AlgorithmIndex();
+        reply->method = dialog.Method();
+        reply->algorithm = dialog.AlgorithmIndex();
     }
 }
 
@@ -62,10 +60,10 @@ int32_t DeliverUnlock(const CUnlockWithCRDialog& dialog, bool askNewPin,
 void Unblock(const ChallengeResponseRequest* request,
              ChangeReply<ChallengeResponseBuffers>* reply) {
     const UnlockWithCRPrompt prompt = PromptOf(*request);
-    const auto dialog = MakeWindow<CUnlockWithCRDialog>(prompt);
-    reply->returnCode = dialog->ShowModal();
+    CUnlockWithCRDialog dialog(prompt);
+    reply->returnCode = dialog.ShowModal();
     if (reply->returnCode == wxID_OK) {
-        reply->returnCode = DeliverUnlock(*dialog, prompt.askNewPin, *reply->output);
+        reply->returnCode = DeliverUnlock(dialog, prompt.askNewPin, *reply->output);
     }
 }
 

@@ -52,7 +52,7 @@ void HideProgress() {
 
 void ShowHint() {
     if (IsEnrolmentHintWanted()) {
-        MakeWindow<CEnrolmentHintDialog>(g_currentParent)->ShowModal();
+        CEnrolmentHintDialog(g_currentParent).ShowModal();
     }
 }
 

@@ -246,6 +246,25 @@ class LongLists(SelectionCase):
         self.screen.key("Down")
         self.end(OK, "Return")
 
+    @own_process_only("the heap that is looked at is the host's")
+    def test_long_rows_go_with_their_dialog(self):
+        """The toolkit lays rows out whenever it has nothing else to do. A dialog that had to wait
+        for that moment to be freed would hold up every one that comes after it.
+        """
+        # A screen reader may hold what it has read of them some seconds longer.
+        host = self.start_host(environment={"NO_AT_BRIDGE": "1"})
+
+        def show_and_close(**arguments):
+            call = host.call(DIGITAL_IDS, **arguments)
+            window = wait_until(lambda: next(
+                (each for each, owner, _ in self.screen.x11.windows() if owner == host.pid), None))
+            self.screen.x11.send_delete(window)
+            self.assertEqual(CANCELLED, call.result())
+            return host.heap()
+
+        before = show_and_close()
+        self.assertLess(show_and_close(count=500, name="Ж漢字 z " * 1600), before + 2**22)
+
 
 class DigitalIds(SelectionCase):
     def test_what_is_shown(self):

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
 
 #include "biometric/enrolment_hint_dialog.h"
@@ -36,23 +37,25 @@ void ExpectClosedOurWay(wxDialog& dialog) {
 
 TEST(Closing, NoDialogIsClosedTheToolkitsWay) {
     const PinLengthRule rule(4, 8);
-    ExpectClosedOurWay(*MakeWindow<CPinEntryDialog>(nullptr, "Card", rule, PinFailureLines()));
     ExpectClosedOurWay(
-        *MakeWindow<CLegalSignatureDialog>(nullptr, "Card", rule, PinFailureLines()));
-    ExpectClosedOurWay(*MakeWindow<CChangePinDialog>(nullptr, ChangePinPrompt()));
-    ExpectClosedOurWay(*MakeWindow<CDigitalIDSelectionDialog>(DigitalIdPrompt()));
-    ExpectClosedOurWay(*MakeWindow<CSelectUnblockMethodDialog>(true, std::vector<uint32_t>{0}));
-    ExpectClosedOurWay(*MakeWindow<CUnlockWithCRDialog>(UnlockWithCRPrompt()));
-    ExpectClosedOurWay(*MakeWindow<CTokenDialog>(nullptr));
-    ExpectClosedOurWay(*MakeWindow<CEnrolmentHintDialog>(nullptr));
+        *std::make_unique<CPinEntryDialog>(nullptr, "Card", rule, PinFailureLines()));
+    ExpectClosedOurWay(
+        *std::make_unique<CLegalSignatureDialog>(nullptr, "Card", rule, PinFailureLines()));
+    ExpectClosedOurWay(*std::make_unique<CChangePinDialog>(nullptr, ChangePinPrompt()));
+    ExpectClosedOurWay(*std::make_unique<CDigitalIDSelectionDialog>(DigitalIdPrompt()));
+    ExpectClosedOurWay(
+        *std::make_unique<CSelectUnblockMethodDialog>(true, std::vector<uint32_t>{0}));
+    ExpectClosedOurWay(*std::make_unique<CUnlockWithCRDialog>(UnlockWithCRPrompt()));
+    ExpectClosedOurWay(*std::make_unique<CTokenDialog>(nullptr));
+    ExpectClosedOurWay(*std::make_unique<CEnrolmentHintDialog>(nullptr));
     for (const long style : {0x200, 0x400, 0x13ED}) {
-        ExpectClosedOurWay(*MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", style, 0));
+        ExpectClosedOurWay(*std::make_unique<CMessageDialog>(nullptr, "Caption", "Text", style, 0));
     }
 }
 
 // What the test above looks for is there to be seen.
 TEST(Closing, TheToolkitsWayPressesCancel) {
-    const auto dialog = MakeWindow<wxDialog>(nullptr, wxID_ANY, wxString());
+    const auto dialog = std::make_unique<wxDialog>(nullptr, wxID_ANY, wxString());
     new wxButton(dialog.get(), wxID_CANCEL);
     EXPECT_EQ(ButtonsPressedByClosing(*dialog), 1);
     CancelOnClose(*dialog);

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
 
 #include "controls.h"
@@ -16,7 +17,6 @@
 #include "policy/change_pin_dialog.h"
 #include "resources/pictures.h"
 #include "widgets/banner.h"
-#include "widgets/dialog_window.h"
 #include "widgets/rule_marks.h"
 
 namespace zeldlg::test {
@@ -56,9 +56,9 @@ bool HasStyle(const wxWindow& control, const char* style) {
            FALSE;
 }
 
-WindowPtr<CPinEntryDialog> FailedPrompt() {
-    return MakeWindow<CPinEntryDialog>(nullptr, "Card", PinLengthRule(4, 8),
-                                       DescribeFailure(PinRetryCounter{3, 2, false}));
+std::unique_ptr<CPinEntryDialog> FailedPrompt() {
+    return std::make_unique<CPinEntryDialog>(nullptr, "Card", PinLengthRule(4, 8),
+                                             DescribeFailure(PinRetryCounter{3, 2, false}));
 }
 
 ChangePinPrompt FailedChange(bool policed) {
@@ -90,14 +90,14 @@ TEST(Look, AllOfAnEarlierFailureStandsInOneBannerInEveryDialog) {
                    "WARNING: Repeated login failures may lock the token! You have 2 tries "
                    "remaining");
     for (const bool policed : {false, true}) {
-        expectInBanner(*MakeWindow<CChangePinDialog>(nullptr, FailedChange(policed)),
+        expectInBanner(*std::make_unique<CChangePinDialog>(nullptr, FailedChange(policed)),
                        "You have 2 tries remaining WARNING: Repeated login failures may lock the "
                        "token!");
     }
 }
 
 TEST(Look, ABannerHasRoomForWhatMayTakeThePlaceOfItsText) {
-    const auto dialog = MakeWindow<CChangePinDialog>(nullptr, FailedChange(false));
+    const auto dialog = std::make_unique<CChangePinDialog>(nullptr, FailedChange(false));
     const wxSize before = dialog->GetSize();
     wxStaticText& summary = *AllOf<wxStaticText>(*dialog).back();
     const wxString missing = summary.GetLabelText();
@@ -111,7 +111,8 @@ TEST(Look, ABannerHasRoomForWhatMayTakeThePlaceOfItsText) {
 }
 
 TEST(Look, TheFirstLineOfAMessageIsBoldAndItsTextUnchanged) {
-    const auto box = MakeWindow<CMessageDialog>(nullptr, "Caption", "First\nSecond", 0x400, 0);
+    const auto box =
+        std::make_unique<CMessageDialog>(nullptr, "Caption", "First\nSecond", 0x400, 0);
     const wxStaticText& text = Nth<wxStaticText>(*box, 0);
     EXPECT_EQ(text.GetLabelText(), "First\nSecond");
     EXPECT_EQ(DrawnBeginning(text).weight, PANGO_WEIGHT_BOLD);
@@ -119,7 +120,7 @@ TEST(Look, TheFirstLineOfAMessageIsBoldAndItsTextUnchanged) {
 }
 
 TEST(Look, AMessageBoxHasAtLeastItsWidthAndALargeIcon) {
-    const auto box = MakeWindow<CMessageDialog>(nullptr, "Caption", "No", 0x200, 0);
+    const auto box = std::make_unique<CMessageDialog>(nullptr, "Caption", "No", 0x200, 0);
     EXPECT_GE(box->GetClientSize().x, 320);
     EXPECT_EQ(Nth<wxStaticBitmap>(*box, 0).GetSize(), wxSize(48, 48));
 }
@@ -128,14 +129,14 @@ TEST(Look, TheDefaultButtonStandsOutAndThatOfADeletionWarns) {
     const auto prompt = FailedPrompt();
     EXPECT_TRUE(HasStyle(*prompt->FindWindow(wxID_OK), "suggested-action"));
     EXPECT_FALSE(HasStyle(*prompt->FindWindow(wxID_CANCEL), "suggested-action"));
-    const auto deletion =
-        MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", 0x400, 0, Emphasis::Destructive);
+    const auto deletion = std::make_unique<CMessageDialog>(nullptr, "Caption", "Text", 0x400, 0,
+                                                           Emphasis::Destructive);
     EXPECT_TRUE(HasStyle(*deletion->FindWindow(wxID_OK), "destructive-action"));
     EXPECT_FALSE(HasStyle(*deletion->FindWindow(wxID_OK), "suggested-action"));
 }
 
 TEST(Look, ABallAndItsTextAreOneButtonThatIsLargeEnough) {
-    const auto dialog = MakeWindow<CChangePinDialog>(nullptr, FailedChange(false));
+    const auto dialog = std::make_unique<CChangePinDialog>(nullptr, FailedChange(false));
     ASSERT_EQ(AllOf<Indicator>(*dialog).size(), 4);
     for (const Indicator* const ball : AllOf<Indicator>(*dialog)) {
         EXPECT_EQ(ball->GetLabelText(), ball->GetToolTipText());
@@ -145,7 +146,7 @@ TEST(Look, ABallAndItsTextAreOneButtonThatIsLargeEnough) {
 }
 
 TEST(Look, TheExplanationOfARuleDoesNotLookLikeAnInput) {
-    const auto dialog = MakeWindow<CChangePinDialog>(nullptr, FailedChange(false));
+    const auto dialog = std::make_unique<CChangePinDialog>(nullptr, FailedChange(false));
     const auto& explanation = *AllOf<wxTextCtrl>(*dialog).back();
     ASSERT_FALSE(explanation.IsEditable());
     EXPECT_EQ(explanation.GetBackgroundColour(), dialog->GetBackgroundColour());
@@ -184,17 +185,18 @@ TEST(Look, WindowsHaveAnIconOfTheThemeSoonAfterTheirFirstPicture) {
         EXPECT_TRUE(PumpUntil([&] { return icon() != nullptr && name == icon(); })) << name;
     };
     expectIcon(*FailedPrompt(), "dialog-password");
-    expectIcon(*MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", 0x200, 0), "dialog-error");
+    expectIcon(*std::make_unique<CMessageDialog>(nullptr, "Caption", "Text", 0x200, 0),
+               "dialog-error");
 }
 
 TEST(Look, TheResponseFieldIsAsWideAsTheResponse) {
     const auto widthFor = [](int32_t bytes) {
         const auto dialog =
-            MakeWindow<CUnlockWithCRDialog>(UnlockWithCRPrompt{.tokenLabel = "Card",
-                                                               .challenge = {},
-                                                               .serialNumber = {},
-                                                               .responseLength = bytes,
-                                                               .newPinBounds = {}});
+            std::make_unique<CUnlockWithCRDialog>(UnlockWithCRPrompt{.tokenLabel = "Card",
+                                                                     .challenge = {},
+                                                                     .serialNumber = {},
+                                                                     .responseLength = bytes,
+                                                                     .newPinBounds = {}});
         return AllOf<ResponseField>(*dialog).front()->GetSize().x;
     };
     EXPECT_LT(widthFor(8), widthFor(12));

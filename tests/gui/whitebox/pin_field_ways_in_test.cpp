@@ -6,12 +6,12 @@
 #include <wx/dialog.h>
 #include <wx/sizer.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "test_app.h"
 #include "user.h"
-#include "widgets/dialog_window.h"
 #include "widgets/pin_field.h"
 
 namespace zeldlg::test {
@@ -53,7 +53,7 @@ class PinFieldWaysIn : public testing::Test {
 protected:
     // Shows a field with "123456", the two in the middle selected.
     void Open(Accepts accepts) {
-        m_dialog = MakeWindow<wxDialog>(nullptr, wxID_ANY, wxString("PIN"));
+        m_dialog = std::make_unique<wxDialog>(nullptr, wxID_ANY, wxString("PIN"));
         auto* const label = new wxStaticText(m_dialog.get(), wxID_ANY, "Enter PIN:");
         m_field = new PinField(m_dialog.get(), *label, accepts);
         m_source = new wxTextCtrl(m_dialog.get(), wxID_ANY, "999999");
@@ -148,7 +148,7 @@ protected:
         return bounds;
     }
 
-    WindowPtr<wxDialog> m_dialog;
+    std::unique_ptr<wxDialog> m_dialog;
     PinField* m_field = nullptr;
     wxTextCtrl* m_source = nullptr;
     int m_changes = 0;

@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 
 #include <chrono>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -14,7 +15,6 @@
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
 #include "user.h"
-#include "widgets/dialog_window.h"
 
 namespace zeldlg {
 
@@ -127,7 +127,7 @@ private:
 
 TEST_F(Repaint, OfThePinDialogIsTheFieldAlone) {
     const auto dialog =
-        MakeWindow<CPinEntryDialog>(nullptr, "Card", PinLengthRule(4, 8), PinFailureLines());
+        std::make_unique<CPinEntryDialog>(nullptr, "Card", PinLengthRule(4, 8), PinFailureLines());
     Open(*dialog, Nth<PinField>(*dialog, 0));
     for (const char* const digit : {"1", "2", "3"}) {
         Type(digit);
@@ -145,7 +145,7 @@ TEST_F(Repaint, OfTheChangeDialogIsTheFieldAlone) {
     ChangePinPrompt prompt;
     prompt.bounds = {.newValue = {4, 8}, .oldValue = {4, 8}};
     prompt.policed = true;
-    const auto dialog = MakeWindow<CChangePinDialog>(nullptr, prompt);
+    const auto dialog = std::make_unique<CChangePinDialog>(nullptr, prompt);
     Open(*dialog, Nth<PinField>(*dialog, 0));
     for (const char* const digit : {"1", "2", "3"}) {
         Type(digit);
@@ -159,7 +159,7 @@ TEST_F(Repaint, OfAnotherDigitalIdIsTheListAlone) {
     prompt.validTo = "2034-01-01";
     prompt.count = 4;
     prompt.directory = "corp.example";
-    const auto dialog = MakeWindow<CDigitalIDSelectionDialog>(prompt);
+    const auto dialog = std::make_unique<CDigitalIDSelectionDialog>(prompt);
     Open(*dialog, Nth<ChoiceList>(*dialog, 0), kRows);
     for (int row = 1; row < 4; ++row) {
         PressDown();

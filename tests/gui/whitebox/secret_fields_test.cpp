@@ -2,13 +2,13 @@
 // program can see it, so it is looked at from the inside.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <memory>
 #include <vector>
 
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/legal_signature_dialog.h"
 #include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
-#include "widgets/dialog_window.h"
 #include "widgets/secure_text_control.h"
 
 namespace zeldlg {
@@ -38,16 +38,17 @@ void ExpectSecretFields(const wxWindow& window, size_t count) {
 
 TEST(SecretFields, AreDeclaredAsSuchInThePinDialogs) {
     const PinLengthRule rule(4, 8);
-    ExpectSecretFields(*MakeWindow<CPinEntryDialog>(nullptr, "Card", rule, PinFailureLines()), 1);
-    ExpectSecretFields(*MakeWindow<CLegalSignatureDialog>(nullptr, "Card", rule, PinFailureLines()),
+    ExpectSecretFields(*std::make_unique<CPinEntryDialog>(nullptr, "Card", rule, PinFailureLines()),
                        1);
+    ExpectSecretFields(
+        *std::make_unique<CLegalSignatureDialog>(nullptr, "Card", rule, PinFailureLines()), 1);
 }
 
 TEST(SecretFields, AreDeclaredAsSuchInTheChangeDialog) {
     for (const bool policed : {false, true}) {
         ChangePinPrompt prompt;
         prompt.policed = policed;
-        ExpectSecretFields(*MakeWindow<CChangePinDialog>(nullptr, prompt), 3);
+        ExpectSecretFields(*std::make_unique<CChangePinDialog>(nullptr, prompt), 3);
     }
 }
 
@@ -59,12 +60,12 @@ TEST(SecretFields, AreDeclaredAsSuchInTheChallengeDialogWhereItAsksForANewPin) {
                                         .responseLength = 8,
                                         .newPinBounds = {.min = 4, .max = 8},
                                         .askNewPin = askNewPin};
-        ExpectSecretFields(*MakeWindow<CUnlockWithCRDialog>(prompt), askNewPin ? 2 : 0);
+        ExpectSecretFields(*std::make_unique<CUnlockWithCRDialog>(prompt), askNewPin ? 2 : 0);
     }
 }
 
 TEST(SecretFields, TheMaskedControlIsOne) {
-    const auto dialog = MakeWindow<wxDialog>(nullptr, wxID_ANY, wxString());
+    const auto dialog = std::make_unique<wxDialog>(nullptr, wxID_ANY, wxString());
     new CSecureTextControl(dialog.get(), wxID_ANY, 0, 0, wxDefaultSize, true, 0);
     ExpectSecretFields(*dialog, 1);
 }

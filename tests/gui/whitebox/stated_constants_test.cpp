@@ -15,6 +15,7 @@
 #include <wx/valtext.h>
 
 #include <initializer_list>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -36,7 +37,6 @@
 #include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "test_app.h"
-#include "widgets/dialog_window.h"
 #include "widgets/rule_marks.h"
 #include "widgets/text_panel.h"
 
@@ -186,8 +186,8 @@ void ExpectPinPrompt(wxDialog& dialog, const char* okLabel) {
 const PinLengthRule kFourToEight(4, 8);
 
 TEST(StatedConstants, OfThePinDialog) {
-    const auto dialog = MakeWindow<CPinEntryDialog>(nullptr, "Card", kFourToEight,
-                                                    DescribeFailure(PinRetryCounter{3, 2, false}));
+    const auto dialog = std::make_unique<CPinEntryDialog>(
+        nullptr, "Card", kFourToEight, DescribeFailure(PinRetryCounter{3, 2, false}));
     ExpectPinPrompt(*dialog, "OK");
     ExpectStated({{"texts",
                    Texts{"To log in to \"Card\"", "PIN incorrect",
@@ -198,7 +198,7 @@ TEST(StatedConstants, OfThePinDialog) {
 }
 
 TEST(StatedConstants, OfTheSignatureDialog) {
-    const auto dialog = MakeWindow<CLegalSignatureDialog>(
+    const auto dialog = std::make_unique<CLegalSignatureDialog>(
         nullptr, "Card", kFourToEight, DescribeFailure(PinAttempts{true, true, false}));
     ExpectPinPrompt(*dialog, "&Sign");
     const wxStaticText& notice = Nth<wxStaticText>(*dialog, 0);
@@ -214,7 +214,7 @@ TEST(StatedConstants, OfTheSignatureDialog) {
 // PIN pad
 
 TEST(StatedConstants, OfThePinPad) {
-    const auto pad = MakeWindow<CPinPadDialog>(
+    const auto pad = std::make_unique<CPinPadDialog>(
         PinPadLook{.allowAbort = true, .verification = false, .legal = true, .withPinRow = true});
     const wxStaticText& first = LabelReading(*pad, "Enter your PIN");
     const wxStaticText& second = LabelReading(*pad, "Enter the new PIN");
@@ -256,7 +256,7 @@ TEST(StatedConstants, OfThePinPad) {
 
 // The new digits have the same width as the mask: the row stands still.
 TEST(StatedConstants, OfThePinPadsRow) {
-    const auto pad = MakeWindow<CPinPadDialog>(
+    const auto pad = std::make_unique<CPinPadDialog>(
         PinPadLook{.allowAbort = false, .verification = true, .legal = false, .withPinRow = true});
     const wxStaticText& row = LabelReading(*pad, "_______________");
     EXPECT_EQ(row.GetTextExtent("***************"), row.GetTextExtent("_______________"));
@@ -313,7 +313,7 @@ ChangePinPrompt PromptFor(ChangePinMode mode) {
 TEST(StatedConstants, OfTheChangeDialogs) {
     for (const ModeRow& row : kModes) {
         SCOPED_TRACE(row.title);
-        const auto dialog = MakeWindow<CChangePinDialog>(nullptr, PromptFor(row.mode));
+        const auto dialog = std::make_unique<CChangePinDialog>(nullptr, PromptFor(row.mode));
         Texts shown = Labels(*dialog);
         shown.pop_back();  // the summary
         for (const Indicator* const rule : AllOf<Indicator>(*dialog)) {
@@ -340,7 +340,7 @@ TEST(StatedConstants, OfThePolicedChangeDialog) {
     ChangePinPrompt prompt = PromptFor(ChangePinMode::ChangeTransportPin);
     prompt.policed = true;
     prompt.attempts = {.noFailure = false, .finalTry = false, .triesLeft = 2};
-    const auto dialog = MakeWindow<CChangePinDialog>(nullptr, prompt);
+    const auto dialog = std::make_unique<CChangePinDialog>(nullptr, prompt);
     const wxStaticText& summary = *AllOf<wxStaticText>(*dialog).back();
     const wxStaticText& warning = LabelReading(*dialog,
                                                "You have 2 tries remaining "
@@ -388,7 +388,8 @@ TEST(StatedConstants, OfTheMessageDialog) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.style);
         TakeTimerIntervals();
-        const auto dialog = MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", row.style, 0);
+        const auto dialog =
+            std::make_unique<CMessageDialog>(nullptr, "Caption", "Text", row.style, 0);
         const auto& icon = Nth<wxStaticBitmap>(*dialog, 0);
         const auto& text = Nth<wxStaticText>(*dialog, 0);
         const auto& ok = WithId(*dialog, 5100);
@@ -415,7 +416,7 @@ TEST(StatedConstants, OfTheMessageDialog) {
 
 TEST(StatedConstants, OfTheRetryQuestion) {
     TakeTimerIntervals();
-    const auto dialog = MakeWindow<CMessageDialog>(nullptr, "Caption", "Text", 0x600, 3);
+    const auto dialog = std::make_unique<CMessageDialog>(nullptr, "Caption", "Text", 0x600, 3);
     ExpectStated({{"the timer", std::vector<unsigned>{1000}, TakeTimerIntervals()},
                   {"Yes", "&Yes (3s)", LabelOf(*dialog, 5100)},
                   {"No", "&No", LabelOf(*dialog, 5101)},
@@ -425,7 +426,7 @@ TEST(StatedConstants, OfTheRetryQuestion) {
 // Lists
 
 TEST(StatedConstants, OfTheTokenDialog) {
-    const auto dialog = MakeWindow<CTokenDialog>(nullptr);
+    const auto dialog = std::make_unique<CTokenDialog>(nullptr);
     dialog->AddItem("Card A  ", "Reader 1 ", 7);
     dialog->AddItem("Card B  ", 8);
     dialog->FinishLayout();
@@ -463,7 +464,7 @@ TEST(StatedConstants, OfTheDigitalIdDialog) {
     prompt.directory = "corvenna.example";
     prompt.timeout = GetDefaultSelectionTimeout();
     TakeTimerIntervals();
-    const auto dialog = MakeWindow<CDigitalIDSelectionDialog>(prompt);
+    const auto dialog = std::make_unique<CDigitalIDSelectionDialog>(prompt);
     const auto& list = Nth<wxListBox>(*dialog, 0);
     ExpectStated(
         {{"title", "Select Digital ID", dialog->GetTitle()},
@@ -489,7 +490,7 @@ TEST(StatedConstants, OfTheDigitalIdDialog) {
     }
 
     prompt.timeout = 0;
-    const auto atOnce = MakeWindow<CDigitalIDSelectionDialog>(prompt);
+    const auto atOnce = std::make_unique<CDigitalIDSelectionDialog>(prompt);
     ExpectStated({{"the timer without a time", std::vector<unsigned>{1}, TakeTimerIntervals()},
                   {"OK without a time", "OK (1s)", LabelOf(*atOnce, 5100)}});
 }
@@ -497,7 +498,8 @@ TEST(StatedConstants, OfTheDigitalIdDialog) {
 // Unblocking
 
 TEST(StatedConstants, OfTheUnblockMethodDialog) {
-    const auto dialog = MakeWindow<CSelectUnblockMethodDialog>(true, std::vector<uint32_t>{1, 0});
+    const auto dialog =
+        std::make_unique<CSelectUnblockMethodDialog>(true, std::vector<uint32_t>{1, 0});
     const auto& list = Nth<wxComboBox>(*dialog, 0);
     Texts explanation = Labels(*dialog);
     wxString whole;
@@ -526,7 +528,7 @@ TEST(StatedConstants, OfTheUnblockMethodDialog) {
 }
 
 TEST(StatedConstants, OfTheChallengeResponseDialog) {
-    const auto dialog = MakeWindow<CUnlockWithCRDialog>(
+    const auto dialog = std::make_unique<CUnlockWithCRDialog>(
         UnlockWithCRPrompt{.tokenLabel = "Card",
                            .challenge = std::string("\x00\xab\x0f", 3),
                            .serialNumber = "S-1",
@@ -558,7 +560,7 @@ TEST(StatedConstants, OfTheChallengeResponseDialog) {
 
 TEST(StatedConstants, OfTheKeyGenerationWindow) {
     TakeTimerIntervals();
-    const auto dialog = MakeWindow<CKeyGenProgressDialog>(nullptr);
+    const auto dialog = std::make_unique<CKeyGenProgressDialog>(nullptr);
     const auto& picture = Nth<wxStaticBitmap>(*dialog, 0);
     const wxStaticText& text = LabelReading(*dialog, "Generating key-pair, please wait...");
     ExpectStated({{"style", 0x20008020, StyleOf(*dialog)},
@@ -596,7 +598,8 @@ Headline HeadlineOf(const wxStaticText& label) {
 }
 
 TEST(StatedConstants, OfTheBiometricWindow) {
-    const auto dialog = MakeWindow<CSuperTokenNotificationDialog>(NotificationMode::Enrolment);
+    const auto dialog =
+        std::make_unique<CSuperTokenNotificationDialog>(NotificationMode::Enrolment);
     const auto& text = Nth<wxStaticText>(*dialog, 0);
     const auto& instruction = Nth<wxStaticText>(*dialog, 1);
     const Headline headline = HeadlineOf(text);
@@ -623,7 +626,7 @@ TEST(StatedConstants, OfTheBiometricWindow) {
 }
 
 TEST(StatedConstants, OfTheEnrolmentHint) {
-    const auto dialog = MakeWindow<CEnrolmentHintDialog>(nullptr);
+    const auto dialog = std::make_unique<CEnrolmentHintDialog>(nullptr);
     const wxWindow& ok = WithId(*dialog, 5100);
     ExpectStated({{"style", 0x20008000, StyleOf(*dialog)},
                   {"title", "Fingerprint enrolment information", dialog->GetTitle()},
