@@ -11,11 +11,13 @@ from stage import wait_until
 # Fonts, icons and texts that were shown for the first time stay in the toolkit's caches.
 MOST_RSS_GROWTH = 24 * 1024
 MOST_HEAP_GROWTH = 8 * 2**20
+# Names of threads: GLib's, and one of a newer Pango, there as long as it has any font.
+_KEPT = ("pool-", "[pango] ")
 
 
 @dataclass
 class Resources:
-    threads: int    # without those that GLib keeps for a while for whoever needs one next
+    threads: int    # without those that the toolkit's libraries keep for whoever needs one next
     files: list
     x_windows: int  # of the whole screen, mapped or not
     rss: int        # kB
@@ -27,12 +29,12 @@ class Resources:
     @classmethod
     def of(cls, host, screen):
         kinds = [re.sub(r"\d+", "N", target) for target in host.fds()]
-        threads = [name for name in host.threads() if not name.startswith("pool-")]
+        threads = [name for name in host.threads() if not name.startswith(_KEPT)]
         found = cls(len(threads), sorted(kinds), screen.x11.count_windows(),
                     host.rss(), host.heap())
         for helper in host.helpers():
             found.helper_threads += len([name for name in _threads(helper)
-                                         if not name.startswith("pool-")])
+                                         if not name.startswith(_KEPT)])
             found.helper_files += len(os.listdir(f"/proc/{helper}/fd"))
             with open(f"/proc/{helper}/statm") as file:
                 found.helper_rss += int(file.read().split()[1]) * resource.getpagesize() // 1024
