@@ -16,6 +16,7 @@
 #include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
 #include "resources/pictures.h"
+#include "test_app.h"
 #include "widgets/banner.h"
 #include "widgets/rule_marks.h"
 
