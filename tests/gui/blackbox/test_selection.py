@@ -246,6 +246,15 @@ class LongLists(SelectionCase):
         self.screen.key("Down")
         self.end(OK, "Return")
 
+    def test_the_list_is_as_wide_as_its_rows_within_limits(self):
+        widths = []
+        for name in "x", "n" * 42, "W" * 300:
+            self.open_tokens(("y", "Reader", 1), (name, "Reader", 2))
+            widths.append(self.list.extents[2])
+            self.close()
+        self.assertLess(widths[0], widths[1])
+        self.assertLess(widths[1], widths[2])
+
     @own_process_only("the heap that is looked at is the host's")
     def test_long_rows_go_with_their_dialog(self):
         """The toolkit lays rows out whenever it has nothing else to do. A dialog that had to wait
