@@ -75,6 +75,9 @@ bool Life::Change(State from, State to) {
             word, Word(to, to == State::Entering ? getpid() : ProcessIn(word)))) {
         return false;
     }
+    if (to == State::Entering) {
+        m_thread = 0;
+    }
     m_word.notify_all();
     if (to == State::Entering || IsAtWork(to)) {
         GoFirstAtExit();

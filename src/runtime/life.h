@@ -66,7 +66,7 @@ public:
     void ParkAtExit();
     /// This is the private thread, somewhere in the toolkit.
     bool IsOwnThread() const;
-    /// The kernel's id of the thread; 0 until it runs.
+    /// The kernel's id of the last thread; 0 while one is made that does not run yet.
     pid_t Thread() const { return m_thread; }
 
 private:

@@ -45,11 +45,19 @@ OwnRunner::OwnRunner(Life& life, std::unique_ptr<Toolkit> toolkit,
 
 OwnRunner::~OwnRunner() { Stop(); }
 
+template <typename Predicate>
+bool OwnRunner::AwaitLoader(const Predicate& predicate) const {
+    AwaitWhileStarting(platform::kNoTimeout, [&](uint32_t milliseconds) {
+        return m_life.Thread() != 0 || predicate(milliseconds);
+    });
+    return AwaitWhileStarting(kLoaderWaitMs, predicate);
+}
+
 bool OwnRunner::Stop() {
     if (!IsRunning()) {
         return true;
     }
-    const bool entered = AwaitWhileStarting(kLoaderWaitMs, [this](uint32_t milliseconds) {
+    const bool entered = AwaitLoader([this](uint32_t milliseconds) {
         return m_life.Now() != State::Entering || WaitForEvent(*m_startedEvent, milliseconds);
     });
     if (!entered) {
@@ -72,8 +80,7 @@ bool OwnRunner::Send(CMessage& message) {
             return m_life.Now() != state || message.IsDone(milliseconds);
         };
     };
-    if (!AwaitWhileStarting(kLoaderWaitMs, isPast(State::Entering)) &&
-        m_thread->TakeBack(&message)) {
+    if (!AwaitLoader(isPast(State::Entering)) && m_thread->TakeBack(&message)) {
         return false;
     }
     AwaitWhileStarting(platform::kNoTimeout, isPast(State::Starting));

@@ -23,7 +23,8 @@ public:
 
     static constexpr uint32_t kStartWaitMs = 180;
     /// How long a request waits for a thread that in its turn waits for a library to be loaded,
-    /// perhaps by the caller. Together with kStartWaitMs less than a second.
+    /// perhaps by the caller. Together with kStartWaitMs less than a second. A busy machine's delay
+    /// before the thread runs at all does not count.
     static constexpr uint32_t kLoaderWaitMs = 700;
 
     /// How many handlers are in the chain, one that was registered twice counted twice.
@@ -43,6 +44,9 @@ public:
     bool Stop() override;
 
 private:
+    template <typename Predicate>
+    bool AwaitLoader(const Predicate& predicate) const;
+
     Life& m_life;
     platform::EventHandle m_startedEvent = platform::EventHandle::Create();
     platform::EventHandle m_quitEvent = platform::EventHandle::Create();

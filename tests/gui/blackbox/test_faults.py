@@ -48,6 +48,13 @@ class Threads(FaultCase):
         host.command("threads work")
         self.confirm_pin_dialog(host)
 
+    def test_a_thread_that_begins_late_is_waited_for(self):
+        host = self.start_host()
+        host.command("threads late")
+        self.assertEqual(OK, host.run("DLG_GetLocale"))
+        host.run("DLG_Finalize")
+        self.confirm_pin_dialog(host)
+
 
 class Displays(FaultCase):
     def assert_fails(self, display):

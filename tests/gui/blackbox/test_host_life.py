@@ -369,6 +369,8 @@ class RoughHosts(StageTestCase):
 
     @unittest.skipIf(os.environ.get("ZELDLG_INSTRUMENTED"),
                      "the sanitizers do not stand asynchronous cancellation")
+    @unittest.skipIf(os.environ.get("ZELDLG_COUNTED"),
+                     "the way out of each variable's life is counted, and so there to be unwound")
     def test_a_thread_that_can_be_cancelled_anywhere_is_cancelled_around_its_calls(self):
         self.assert_ends_as_expected("cancel")
 

@@ -258,9 +258,11 @@ bool Host::Change(const Words& words, JsonLine& line) {
     } else if (words == Words{"toolkit", "stop"}) {
         StopToolkit();
     } else if (words == Words{"threads", "fail"}) {
-        FailThreadsOf(m_path);
+        SetThreadFault(ThreadFault::Fail, m_path);
+    } else if (words == Words{"threads", "late"}) {
+        SetThreadFault(ThreadFault::BeginLate, m_path);
     } else if (words == Words{"threads", "work"}) {
-        FailThreadsOf({});
+        SetThreadFault(ThreadFault::None, m_path);
     } else {
         return false;
     }

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <pthread.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <mutex>
@@ -10,33 +11,49 @@ namespace testhost {
 
 namespace {
 
-struct Failing {
+struct Faults {
     std::mutex mutex;
+    ThreadFault fault = ThreadFault::None;
     std::string path;
 };
 
 // Never destroyed: threads may still be created while the process exits.
-Failing& TheFailing() {
-    static auto* const failing = new Failing;
-    return *failing;
+Faults& TheFaults() {
+    static auto* const faults = new Faults;
+    return *faults;
 }
 
 using ThreadFunction = void* (*)(void*);
 
-bool IsToFail(ThreadFunction function) {
-    Failing& failing = TheFailing();
-    const std::lock_guard lock(failing.mutex);
+ThreadFault FaultOf(ThreadFunction function) {
+    Faults& faults = TheFaults();
+    const std::lock_guard lock(faults.mutex);
     Dl_info where{};
-    return !failing.path.empty() && dladdr(reinterpret_cast<void*>(function), &where) != 0 &&
-           failing.path == where.dli_fname;
+    const bool isMeant = faults.fault != ThreadFault::None &&
+                         dladdr(reinterpret_cast<void*>(function), &where) != 0 &&
+                         faults.path == where.dli_fname;
+    return isMeant ? faults.fault : ThreadFault::None;
+}
+
+struct LateThread {
+    ThreadFunction function;
+    void* argument;
+};
+
+void* BeginLate(void* late) {
+    const LateThread thread = *static_cast<LateThread*>(late);
+    delete static_cast<LateThread*>(late);
+    usleep(kLateMs * 1000);
+    return thread.function(thread.argument);
 }
 
 }  // namespace
 
-void FailThreadsOf(const std::string& path) {
-    Failing& failing = TheFailing();
-    const std::lock_guard lock(failing.mutex);
-    failing.path = path;
+void SetThreadFault(ThreadFault fault, const std::string& path) {
+    Faults& faults = TheFaults();
+    const std::lock_guard lock(faults.mutex);
+    faults.fault = fault;
+    faults.path = path;
 }
 
 }  // namespace testhost
@@ -47,5 +64,14 @@ extern "C" __attribute__((visibility("default"))) int pthread_create(
     void* argument) {
     using Create = int (*)(pthread_t*, const pthread_attr_t*, testhost::ThreadFunction, void*);
     static const auto create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
-    return testhost::IsToFail(function) ? EAGAIN : create(thread, attributes, function, argument);
+    switch (testhost::FaultOf(function)) {
+        case testhost::ThreadFault::Fail:
+            return EAGAIN;
+        case testhost::ThreadFault::BeginLate:
+            return create(thread, attributes, testhost::BeginLate,
+                          new testhost::LateThread{function, argument});
+        case testhost::ThreadFault::None:
+            break;
+    }
+    return create(thread, attributes, function, argument);
 }
