@@ -131,7 +131,7 @@ KeyNode& RegistryText::Root(const std::string& name) {
 
 // The node with this name, made when there is none.
 KeyNode& RegistryText::NodeFor(std::string_view name) {
-    KeyNode*& node = m_index[FoldName(name)];
+    KeyNode*& node = m_index.emplace(FoldName(name), nullptr).first->second;
     if (node == nullptr) {
         node = &m_nodes.emplace_back();
         node->name = name;
