@@ -418,6 +418,31 @@ TEST(RemoteRecords, ARequestThatIsCutAnywhereOrGoesOnIsNone) {
     EXPECT_THROW(serve(bytes), WireError);
 }
 
+// Of a helper that went wrong, or of somebody in its place.
+TEST(RemoteRecords, WhatNoWriterWritesIsNoPartOfARecord) {
+    const auto expectNone = [](const Writer& written, const auto& read) {
+        Reader reader(written.Bytes());
+        EXPECT_THROW(read(reader), WireError);
+    };
+    const char* text = nullptr;
+    Writer zeroInside;
+    zeroInside.Units("a\0b", 3);
+    expectNone(zeroInside, [&](Reader& reader) { reader.Text(text); });
+    Writer tooFew;
+    tooFew.Units("ab", 2);
+    expectNone(tooFew, [&](Reader& reader) { reader.Units(text, 3U); });
+    Writer noRecords;
+    noRecords.Number(true);
+    const uint64_t* records = nullptr;
+    expectNone(noRecords, [&](Reader& reader) { reader.Records(records, UINT64_MAX); });
+    Writer vastRoom;
+    vastRoom.Room("", uint64_t{UINT32_MAX} + 1);
+    char* room = nullptr;
+    uint32_t capacity = 0;
+    expectNone(vastRoom, [&](Reader& reader) { reader.Room(room, capacity); });
+    EXPECT_THROW(Writer().Units("", kLargestMessage + 1), WireError);
+}
+
 TEST(RemoteRecords, ATextThatIsTooLongDoesNotTravel) {
     const std::string text(kLargestMessage, 'x');
     EXPECT_THROW(Written(kTokenLocked, text.c_str()), WireError);
