@@ -19,7 +19,7 @@ using GetLocale = uint32_t (*)(wchar_t*, uint32_t*);
 using Finalise = void (*)();
 using Results = std::array<uint32_t, 2>;
 
-constexpr unsigned kPatienceSeconds = 15;
+constexpr unsigned kPatienceSeconds = 90;
 
 std::atomic<uint64_t> g_reaped = 0;
 
