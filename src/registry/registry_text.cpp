@@ -129,7 +129,8 @@ KeyNode& RegistryText::Root(const std::string& name) {
     return *root;
 }
 
-// The node with this name, made when there is none.
+// The node with this name, made when there is none. (Not by [], which clang 17 cannot compile as
+// C++23 with GCC 14's library.)
 KeyNode& RegistryText::NodeFor(std::string_view name) {
     KeyNode*& node = m_index.emplace(FoldName(name), nullptr).first->second;
     if (node == nullptr) {
