@@ -27,8 +27,8 @@ wxStaticText* NewCaption(wxWindow* parent, const wxString& text) {
     const int share =
         PaleShare(RgbOf(caption->GetForegroundColour()), RgbOf(parent->GetBackgroundColour()));
     PangoAttrList* const attributes = pango_attr_list_new();
-    pango_attr_list_insert(attributes,
-                           pango_attr_foreground_alpha_new(static_cast<guint16>(655 * share)));
+    pango_attr_list_insert(attributes, pango_attr_foreground_alpha_new(
+                                           static_cast<guint16>(G_MAXUINT16 * share / 100)));
     gtk_label_set_attributes(GTK_LABEL(caption->GetHandle()), attributes);
     pango_attr_list_unref(attributes);
     return caption;

@@ -2,7 +2,7 @@
 
 #include <wx/sizer.h>
 
-#include <algorithm>
+#include <utility>
 
 #include "resources/pictures.h"
 #include "resources/texts.h"
@@ -18,19 +18,9 @@ namespace {
 
 constexpr int kBorder = 25;
 
-constexpr unsigned kLastPicture = 2;
-constexpr unsigned kEndOfCycle = 3;
-
 }  // namespace
 
-size_t KeyGenAnimation::Tick() {
-    const unsigned picture = std::min(m_phase, kLastPicture);
-    ++m_phase;
-    if (m_phase == kEndOfCycle) {
-        m_phase = 0;
-    }
-    return picture;
-}
+size_t KeyGenAnimation::Tick() { return std::exchange(m_phase, (m_phase + 1) % kPictures); }
 
 CKeyGenProgressDialog::CKeyGenProgressDialog(wxWindow* parent)
     : wxDialog(parent, wxID_ANY, Translate("Generating key-pair"), wxDefaultPosition, wxDefaultSize,

@@ -15,6 +15,7 @@ namespace zeldlg {
 class KeyGenAnimation {
 public:
     static constexpr int kTickMilliseconds = 500;
+    static constexpr size_t kPictures = 3;
     /// The picture that is there before the first tick.
     static constexpr size_t kStartPicture = 2;
 
@@ -22,7 +23,7 @@ public:
     size_t Tick();
 
 private:
-    unsigned m_phase = 0;
+    size_t m_phase = 0;
 };
 
 /// Modeless: lives until its owner destroys it. Neither the user nor the window manager can close
@@ -43,7 +44,7 @@ private:
 
     wxTimer m_timer;
     KeyGenAnimation m_animation;
-    std::array<wxBitmapBundle, 3> m_pictures;
+    std::array<wxBitmapBundle, KeyGenAnimation::kPictures> m_pictures;
     wxStaticBitmap* m_picture = nullptr;
     wxWeakRef<wxWindow> m_parentBefore;
 };

@@ -156,7 +156,8 @@ void MarkBeginning(wxStaticText& label, size_t bytes, const wxFont& font) {
     const auto size = static_cast<int>(font.GetFractionalPointSize() * PANGO_SCALE);
     PangoAttrList* const attributes = pango_attr_list_new();
     for (PangoAttribute* const each :
-         {pango_attr_weight_new(PANGO_WEIGHT_BOLD), pango_attr_size_new(size)}) {
+         {pango_attr_weight_new(static_cast<PangoWeight>(font.GetNumericWeight())),
+          pango_attr_size_new(size)}) {
         each->end_index = static_cast<guint>(std::min<size_t>(bytes, PANGO_ATTR_INDEX_TO_TEXT_END));
         pango_attr_list_insert(attributes, each);
     }

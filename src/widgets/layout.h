@@ -89,7 +89,7 @@ TextLabel* NewLimitedText(wxWindow* parent, const wxString& text, size_t maxLine
 TextLabel* NewHeading(wxWindow* parent, const wxString& text, size_t maxLines);
 wxFont HeadingFont(const wxWindow& window);
 
-/// Shows the beginning of a label, so many bytes of UTF-8, bold and in another font's size. The
+/// Shows the beginning of a label, so many bytes of UTF-8, in another font's weight and size. The
 /// label measures itself anew.
 void MarkBeginning(wxStaticText& label, size_t bytes, const wxFont& font);
 

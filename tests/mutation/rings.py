@@ -11,6 +11,7 @@ SLOW = "Oracle TenThousand Random"
 # white-box tests have in them, and files of black-box tests.
 NEAR = (
     (r"src/api/prompt_texts", "PromptTexts", "", "prompts"),
+    (r"src/api/call_frame", "", "", "trace"),
     (r"src/api/", "", "", "whole_library prompts pin_entry"),
     (r"src/biometric/enrolment", "EnrolmentHint", "OfTheEnrolmentHint", "enrolment_hint"),
     (r"src/biometric/(errors|retry)", "BiometricErrors", "OfTheRetryQuestion Boxes",
@@ -55,10 +56,11 @@ NEAR = (
     (r"src/runtime/handlers/pin", "", "", "pin_entry legal_pin"),
     (r"src/runtime/handlers/selection", "", "", "selection"),
     (r"src/runtime/handlers/unblock", "", "", "unblock_method challenge_response"),
+    (r"src/(helper|runtime/remote)/", "Remote HelperProcess", "", "helper"),
     (r"src/runtime/handlers/", "SizedText", "MessageBoxRequests",
      "enrolment_hint biometric key_generation translation"),
     (r"", "Runner Message Thread ExitGuard HandlerChain", "DllApp",
-     "whole_library process_state host_life"),
+     "whole_library process_state host_life trace"),
 )
 
 
@@ -77,6 +79,11 @@ class Rings:
         self._environment = {
             "ZELDLG_LIBRARY": os.path.join(build, "libzeldlglib.so.3"),
             "ZELDLG_TEST_HOST": os.path.join(build, "bin", "zeldlg_test_host"),
+            "ZELDLG_DEMO": os.path.join(build, "bin", "zeldlg-demo"),
+            "ZELDLG_SETTINGS": os.path.join(build, "bin", "zeldlg-settings"),
+            "ZELDLG_ROUGH_HOST": os.path.join(build, "bin", "zeldlg_rough_host"),
+            "ZELDLG_ROUGH_CONSTRUCTOR": os.path.join(build, "libzeldlg_rough_constructor.so"),
+            "ZELDLG_DYING_LIBRARY": os.path.join(build, "libzeldlg_dying_library.so"),
             "ZELDLG_ARTIFACTS": os.path.join(build, "artifacts"),
             "PYTHONDONTWRITEBYTECODE": "1",
             "GTEST_FAIL_FAST": "1"}

@@ -11,7 +11,9 @@ from mutation.source import mutants_of
 
 TARGETS = {"codes": "tests/unit/CMakeFiles/zeldlg_unit.dir/stated_codes_test.cpp.o",
            "unit": "zeldlg_unit", "whitebox": "zeldlg_gui_whitebox",
-           "blackbox": "zeldlglib zeldlg_test_host", "all": "zeldlg_unit"}
+           "blackbox": "zeldlglib zeldlg_test_host zeldlg_rough_host zeldlg_rough_constructor "
+                       "zeldlg_dying_library zeldlg-demo zeldlg-settings",
+           "all": "zeldlg_unit"}
 
 
 class BuildFailed(Exception):

@@ -11,7 +11,9 @@
 #include <string>
 
 #include "controls.h"
+#include "dialogs/key_gen_progress_dialog.h"
 #include "dialogs/message_dialog.h"
+#include "dialogs/token_dialog.h"
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "pin/pin_prompt_dialog.h"
 #include "policy/change_pin_dialog.h"
@@ -188,6 +190,10 @@ TEST(Look, WindowsHaveAnIconOfTheThemeSoonAfterTheirFirstPicture) {
     expectIcon(*FailedPrompt(), "dialog-password");
     expectIcon(*std::make_unique<CMessageDialog>(nullptr, "Caption", "Text", 0x200, 0),
                "dialog-error");
+    expectIcon(*std::make_unique<CKeyGenProgressDialog>(nullptr), "dialog-password");
+    const auto list = std::make_unique<CTokenDialog>(nullptr);
+    list->FinishLayout();
+    expectIcon(*list, "dialog-password");
 }
 
 TEST(Look, TheResponseFieldIsAsWideAsTheResponse) {

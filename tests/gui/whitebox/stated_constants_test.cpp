@@ -414,6 +414,20 @@ TEST(StatedConstants, OfTheMessageDialog) {
     }
 }
 
+TEST(StatedConstants, OfTheMessageDialogsSigns) {
+    const struct {
+        long style;
+        const char* name;
+    } rows[] = {{0x100, "Warning"}, {0x200, "Error"}, {0x400, "Question"}, {0x800, "Information"}};
+    for (const auto& row : rows) {
+        const auto dialog =
+            std::make_unique<CMessageDialog>(nullptr, "Caption", "Text", row.style, 0);
+        AtkObject* const sign =
+            gtk_widget_get_accessible(Nth<wxStaticBitmap>(*dialog, 0).GetHandle());
+        ExpectStated({{"what a screen reader calls it", row.name, atk_object_get_name(sign)}});
+    }
+}
+
 TEST(StatedConstants, OfTheRetryQuestion) {
     TakeTimerIntervals();
     const auto dialog = std::make_unique<CMessageDialog>(nullptr, "Caption", "Text", 0x600, 3);
