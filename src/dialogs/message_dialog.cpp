@@ -187,7 +187,6 @@ wxButton* CMessageDialog::NewYesButton() {
             size.IncTo(yes->GetBestSize());
         }
         yes->SetMinSize(size);
-        yes->SetLabel(Translate("&Yes"));
     }
     return yes;
 }

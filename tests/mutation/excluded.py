@@ -8,7 +8,7 @@ EXCLUDED = (
      r"|kFrame|kFieldFrame|kCascade)\b"),
     ("how much room a long text gets before it is cut, wrapped or scrolls", r"src/.*",
      r"\b(k\w*Lines|kMinWidth|kMaxWidth|kMinRows|kMaxRows|kScrollStep|kCodeFontScale|k(Fewest|Most)Digits|kWidthOfAll"
-     r"|kExplanationWidth|k\w*TextHeight|k\w*NoticeWidth|kNoticeShare|kWidestCount)\b"),
+     r"|kExplanationWidth|kMeasured\w*|k\w*TextHeight|k\w*NoticeWidth|kNoticeShare|kWidestCount)\b"),
 )
 
 

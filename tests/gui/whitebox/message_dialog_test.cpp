@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "biometric/retry_boxes.h"
@@ -74,6 +76,20 @@ protected:
 
     CMessageDialog* m_dialog = nullptr;
 };
+
+// Some screen readers read only those of a window's texts that have three words.
+TEST_F(MessageDialog, ItsButtonTellsWhatIsTooShortToBeRead) {
+    const std::pair<const char*, const char*> rows[] = {{"Wrong PIN", "Wrong PIN"},
+                                                        {"PIN is wrong", ""},
+                                                        {"This-PIN is-wrong", "This-PIN is-wrong"}};
+    for (const auto& [text, description] : rows) {
+        const auto dialog =
+            std::make_unique<CMessageDialog>(nullptr, "Caption", text, wxICON_ERROR, 0);
+        const char* const told = atk_object_get_description(
+            gtk_widget_get_accessible(Nth<wxButton>(*dialog, 0).GetHandle()));
+        EXPECT_STREQ(told != nullptr ? told : "", description) << text;
+    }
+}
 
 TEST_F(MessageDialog, ShowsTheIconOfTheFirstFlagThatIsSet) {
     const struct {

@@ -520,7 +520,8 @@ TEST(StatedConstants, OfTheUnblockMethodDialog) {
     for (const std::string& line : explanation) {
         whole += (whole.empty() ? "" : " ") + wxString::FromUTF8(line);
     }
-    ExpectStated({{"title", "Unlock PIN", dialog->GetTitle()},
+    ExpectStated({{"style", 0x20009820, StyleOf(*dialog)},
+                  {"title", "Unlock PIN", dialog->GetTitle()},
                   {"the PUK", "Unlock PIN using the PUK", LabelOf(*dialog, 6402)},
                   {"off-line", "Unlock PIN via off-line PIN unlock", LabelOf(*dialog, 6403)},
                   {"separator lines", 1, static_cast<long>(AllOf<wxStaticLine>(*dialog).size())},

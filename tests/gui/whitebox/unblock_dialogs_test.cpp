@@ -1,7 +1,12 @@
 // What no host can bring about: texts of an input method in the response field, windows of others.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <wx/combobox.h>
 
+#include <memory>
+#include <vector>
+
+#include "controls.h"
 #include "dialogs/select_unblock_method_dialog.h"
 #include "dialogs/unlock_with_cr_dialog.h"
 #include "test_app.h"
@@ -64,6 +69,17 @@ TEST_F(UnlockWithCr, WhatIsTypedAfterARefusedTextStaysInOrder) {
     }
     wxTheApp->ProcessPendingEvents();
     EXPECT_EQ(m_field->GetValue(), "113422");
+}
+
+// As a menu a thousand of them take seconds, and so it must not be made as one first.
+TEST(UnblockMethod, MoreThanAHundredAlgorithmsDropDownAsAList) {
+    for (const size_t count : {100, 101}) {
+        const auto dialog =
+            std::make_unique<CSelectUnblockMethodDialog>(false, std::vector<uint32_t>(count, 1));
+        AtkObject* const rows = gtk_combo_box_get_popup_accessible(
+            GTK_COMBO_BOX(test::Nth<wxComboBox>(*dialog, 0).GetHandle()));
+        EXPECT_EQ(atk_object_get_role(rows) == ATK_ROLE_MENU, count == 100) << count;
+    }
 }
 
 TEST_F(UnlockWithCr, TheUnblockDialogsBelongToNoOtherWindow) {
