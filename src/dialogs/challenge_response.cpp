@@ -9,7 +9,7 @@ namespace {
 constexpr std::wstring_view kAccepted = L"0123456789abcdefABCDEF ";
 
 unsigned NibbleOf(wchar_t digit) {
-    if (digit <= L'9') {
+    if (digit < L'A') {
         return static_cast<unsigned>(digit - L'0');
     }
     return static_cast<unsigned>(digit - (digit >= L'a' ? L'a' : L'A')) + 10;

@@ -550,7 +550,8 @@ TEST(StatedConstants, OfTheChallengeResponseDialog) {
                            .responseLength = 8,
                            .newPinBounds = {.min = 4, .max = 9},
                            .askNewPin = true});
-    ExpectStated({{"title", "Unlock PIN", dialog->GetTitle()},
+    ExpectStated({{"style", 0x20009820, StyleOf(*dialog)},
+                  {"title", "Unlock PIN", dialog->GetTitle()},
                   {"texts",
                    Texts{"Unlocking the PIN for \"Card\":", "Challenge:", "Token serial number:",
                          "S-1", "Response:", "Response is 8 bytes long",
