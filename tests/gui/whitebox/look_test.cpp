@@ -196,7 +196,7 @@ TEST(Look, WindowsHaveAnIconOfTheThemeSoonAfterTheirFirstPicture) {
     expectIcon(*list, "dialog-password");
 }
 
-TEST(Look, TheResponseFieldIsAsWideAsTheResponse) {
+TEST(Look, TheResponseFieldIsOneLineAsWideAsTheResponse) {
     const auto widthFor = [](int32_t bytes) {
         const auto dialog =
             std::make_unique<CUnlockWithCRDialog>(UnlockWithCRPrompt{.tokenLabel = "Card",
@@ -204,7 +204,9 @@ TEST(Look, TheResponseFieldIsAsWideAsTheResponse) {
                                                                      .serialNumber = {},
                                                                      .responseLength = bytes,
                                                                      .newPinBounds = {}});
-        return AllOf<ResponseField>(*dialog).front()->GetSize().x;
+        const ResponseField& field = Nth<ResponseField>(*dialog, 0);
+        EXPECT_LT(field.GetSize().y, 2 * field.GetCharHeight());
+        return field.GetSize().x;
     };
     EXPECT_LT(widthFor(8), widthFor(12));
     EXPECT_EQ(widthFor(64), widthFor(128));
