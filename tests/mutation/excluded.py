@@ -8,6 +8,8 @@ EXCLUDED = (
      r"|kFrame|kFieldFrame|kCascade|spacing = |wxString\('0)\b"),
     ("how pale a caption is, and where it stands in its grid", r"src/dialogs/digital_id_dialog\.cpp",
      r"G_MAXUINT16|grid\.(Add|GetRows)|^\s*\{1, 2\}"),
+    ("what the line above a pad's row looks like", r"src/pin/pin_pad_dialog\.cpp",
+     r"LineColour\(\)|\bline = new"),
     ("how much room a long text gets before it is cut, wrapped or scrolls", r"src/.*",
      r"\b(k\w*Lines|kMinWidth|kMaxWidth|kMinRows|kMaxRows|kScrollStep|kCodeFontScale|k(Fewest|Most)Digits|kWidthOfAll"
      r"|kExplanationWidth|kMeasured\w*|k\w*TextHeight|k\w*NoticeWidth|kNoticeShare|kWidestCount|kLongestMenu|int room)\b"),

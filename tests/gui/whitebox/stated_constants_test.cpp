@@ -236,6 +236,8 @@ TEST(StatedConstants, OfThePinPad) {
                   {"row's slant", wxFONTSTYLE_NORMAL, row.GetFont().GetStyle()},
                   {"row's weight", 700, WeightOf(row)},
                   {"row's line", false, row.GetFont().GetUnderlined()},
+                  {"row is centred", wxALIGN_CENTRE_HORIZONTAL,
+                   row.GetWindowStyle() & wxALIGN_CENTRE_HORIZONTAL},
                   {"Abort", "&Abort", LabelOf(*pad, 6228)}});
     const wxColour colours[][3] = {{grey, grey, grey},
                                    {black, grey, grey},
@@ -261,10 +263,21 @@ TEST(StatedConstants, OfThePinPadsRow) {
     const wxStaticText& row = LabelReading(*pad, "_______________");
     EXPECT_EQ(row.GetTextExtent("***************"), row.GetTextExtent("_______________"));
     EXPECT_EQ(Labels(*pad), (Texts{"" /* the arrow */, "Enter your PIN", "_______________"}));
+    pad->NextStep();
+    EXPECT_EQ(Labels(*pad), (Texts{"\u25B8", "Enter your PIN", "_______________"}));
     for (int typed = 0; typed < 16; ++typed) {
         pad->AddChar();
     }
     EXPECT_EQ(row.GetLabelText(), "***************");
+}
+
+TEST(StatedConstants, OfThePinPadFromRightToLeft) {
+    GetTestApp().direction = wxLayout_RightToLeft;
+    const auto pad = std::make_unique<CPinPadDialog>(
+        PinPadLook{.allowAbort = false, .verification = true, .legal = false, .withPinRow = false});
+    GetTestApp().direction = wxLayout_Default;
+    pad->NextStep();
+    EXPECT_EQ(Labels(*pad), (Texts{"\u25C2", "Enter your PIN"}));
 }
 
 // Change dialogs

@@ -15,9 +15,12 @@ class TestApp : public wxApp {
 public:
     bool OnInit() override { return true; }
     int FilterEvent(wxEvent& event) override;
+    wxLayoutDirection GetLayoutDirection() const override { return direction; }
 
     /// How many events of this type went to any window, handled or not.
     int Seen(wxEventType type) const;
+
+    wxLayoutDirection direction = wxLayout_Default;
 
 private:
     std::map<wxEventType, int> m_seen;
