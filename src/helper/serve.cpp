@@ -71,7 +71,11 @@ bool Serve(int socket) {
         }
         const Frame answer = Answer(frame->body, handles, SendToGuiThread);
         // Nor is a start that failed for ever: the next helper may find a display.
-        if (!remote::SendFrame(socket, answer.kind, answer.body) || !ProcessLife().IsRunning()) {
+        if (!remote::SendFrame(socket, answer.kind, answer.body)) {
+            return false;
+        }
+        if (!ProcessLife().IsRunning()) {
+            DestroyGuiRunner();  // joins the thread of that start
             return false;
         }
     }
