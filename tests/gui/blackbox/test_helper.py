@@ -87,6 +87,7 @@ class Choice(HelperCase):
     def test_a_library_that_was_loaded_by_another_name_finds_it(self):
         link = os.path.join(os.environ["ZELDLG_STAGE"], "link.so")
         os.symlink(LIBRARY, link)
+        self.addCleanup(os.unlink, link)
         host = self.start_host(library=link, environment=HELPED)
         self.assertEqual(BUFFER_TOO_SMALL, self.ask(host))
 
@@ -274,7 +275,8 @@ class Program(HelperCase):
         result = subprocess.run([PROGRAM], stdin=subprocess.DEVNULL, capture_output=True, text=True,
                                 timeout=scaled(60))
         self.assertEqual(1, result.returncode)
-        self.assertIn("is started by libzeldlglib", result.stderr)
+        self.assertEqual("zeldlg-helper: is started by libzeldlglib, and by nothing else\n",
+                         result.stderr)
 
     def test_a_request_is_served_and_a_finish_ends_it(self):
         helper = self.start()
