@@ -620,6 +620,15 @@ class Setting(SelectionCase):
             self.assertEqual(OK, call.result())
             self.assertIn(events.descriptions(LEFT)[0], (LEFT + "5", LEFT + "4"))
 
+    def test_the_row_tells_what_happens_by_itself(self):
+        host = self.start_host(registry=timeout(600))
+        call, window = self.show(host, DIGITAL_IDS, ID_TITLE, count=2, autoSelect=1)
+        wait_until(lambda: "The selected Digital ID is confirmed automatically. " + LEFT in
+                   window.find_all("table cell")[0].description, what="the row's description",
+                   seen=window.dump, timeout=5)
+        self.screen.close_window(window)
+        self.assertEqual(CANCELLED, call.result())
+
     def test_a_large_value_has_its_room(self):
         host = self.start_host(registry=timeout(0xFFFFFFFF))
         call, window = self.show(host, DIGITAL_IDS, ID_TITLE, count=2, autoSelect=1)

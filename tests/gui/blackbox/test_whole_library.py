@@ -184,6 +184,8 @@ class Demonstration(StageTestCase):
         self.assertIn("WARNING: You have only 1 attempt left!", labels)
         # Its pads are never hidden: it passes no handle.
         self.assertEqual(["Enter PIN", "PinPad", "PinPad"], sorted(self.screen.titles(host)))
+        for pad in self.screen.accessible_windows(host, "PinPad"):
+            self.assertTrue(pad.find("push button", "Abort").enabled)
         field = window.find("password text")
         self.screen.type_text("12345678", field)
         wait_until(lambda: field.length == 8, what="the typed PIN")

@@ -332,7 +332,8 @@ TEST(StatedConstants, OfTheChangeDialogs) {
         for (const Indicator* const rule : AllOf<Indicator>(*dialog)) {
             shown.push_back(rule->GetLabelText().utf8_string());
         }
-        ExpectStated({{"title", row.title, dialog->GetTitle()},
+        ExpectStated({{"style", 0x20009800, StyleOf(*dialog)},
+                      {"title", row.title, dialog->GetTitle()},
                       {"texts", row.texts, shown},
                       {"OK", "OK", LabelOf(*dialog, 5100)},
                       {"Cancel", "Cancel", LabelOf(*dialog, 5101)},
