@@ -39,6 +39,7 @@ NEAR = (
     (r"src/policy/change", "Change Mode Texts PolicyPages LocalPolicies",
      "OfTheChangeDialogs OfThePolicedChangeDialog", "change_pin"),
     (r"src/policy/", "Polic Character Elementary", "", "change_pin"),
+    (r"src/registry/process_wish", "", "", "helper"),
     (r"src/registry/registry_encoding", "RegistryEncoding RegistryText", "", ""),
     (r"src/registry/registry_value", "RegistryValueLine RegistryStore", "", ""),
     (r"src/registry/registry_text", "RegistryText RegistryStore", "", ""),

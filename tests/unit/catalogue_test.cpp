@@ -85,6 +85,16 @@ TEST(CatalogueCheck, RefusesAPluralExpressionOfAnyDepth) {
     EXPECT_FALSE(IsSoundCatalogue(MakeCatalogue({{"", deep}})));
 }
 
+TEST(CatalogueCheck, APluralExpressionEndsWithItsLine) {
+    const auto isSound = [](size_t length) {
+        std::string line = "Plural-Forms: nplurals=2; plural=n";
+        line.resize(length, ' ');
+        return IsSoundCatalogue(MakeCatalogue({{"", line + "\n" + std::string(2000, '-')}}));
+    };
+    EXPECT_TRUE(isSound(1000));
+    EXPECT_FALSE(isSound(1001));
+}
+
 TEST(CatalogueCheck, WhatPassesCanBeOpenedByTheToolkit) {
     const wxLogNull noMessages;
     const test::NoLeakCheck noLeakCheck;

@@ -32,6 +32,13 @@ INSTANTIATE_TEST_SUITE_P(
                     DirectionRow{L"\u0661\u05B0x", kLeft}, DirectionRow{L"\uFEFFx", kLeft},
                     DirectionRow{L"\U0001E900", kRight}));
 
+// Where a block begins that is written from right to left, and what is behind the last one.
+INSTANTIATE_TEST_SUITE_P(
+    Blocks, Directions,
+    testing::Values(DirectionRow{L"\u0590x", kRight}, DirectionRow{L"\uFB1Dx", kRight},
+                    DirectionRow{L"\uFE70x", kRight}, DirectionRow{L"\U00010800x", kRight},
+                    DirectionRow{L"\U0001E800x", kRight}, DirectionRow{L"\U0001F000x", kLeft}));
+
 struct IsolatedRow {
     const wchar_t* text;
     TextDirection surroundings;
@@ -86,6 +93,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(IsolatedRow{L"a\n\u202Eb", kLeft, L"\u2068a\u2069\n\u200E\u2068\u202Eb\u2069"},
                     IsolatedRow{L"\u05D0\r\n\u05D1\n", kLeft,
                                 L"\u2068\u05D0\u2069\r\n\u200E\u2068\u05D1\u2069\n"},
+                    IsolatedRow{L"a\x1C\u202Eb", kLeft,
+                                L"\u2068a\u2069\x1C\u200E\u2068\u202Eb\u2069"},
+                    IsolatedRow{L"a\x1D\u202Eb", kLeft,
+                                L"\u2068a\u2069\x1D\u200E\u2068\u202Eb\u2069"},
+                    IsolatedRow{L"a\x1E\u202Eb", kLeft,
+                                L"\u2068a\u2069\x1E\u200E\u2068\u202Eb\u2069"},
                     IsolatedRow{L"a\u2029b", kRight, L"\u2068a\u2069\u2029\u200F\u2068b\u2069"},
                     IsolatedRow{L"\u2066\u0085\u2069", kLeft,
                                 L"\u2068\u2066\u2069\u2069\u0085\u200E\u2068\u2068\u2069\u2069"}));

@@ -104,6 +104,13 @@ TEST(ToUtf8, CountsBytes) {
     EXPECT_EQ(ToUtf8(wxString()), "");
 }
 
+TEST(FormatConversions, LeaveOutFlagsAndWidthsThatTheToolkitCanFormat) {
+    using Found = std::vector<std::string>;
+    EXPECT_EQ(FormatConversions(L"%-+ #0999d %.999f"), (Found{"d", "f"}));
+    EXPECT_EQ(FormatConversions(L"%1000d %.*f"), (Found{"width", "d", "*", "f"}));
+    EXPECT_EQ(FormatConversions(L"%~d %5~d %\u0080 %hh"), (Found{"~", "~", "?", "hh%"}));
+}
+
 struct ConversionsRow {
     const wchar_t* original;
     const wchar_t* translation;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <wx/arrstr.h>
+#include <wx/stdpaths.h>
 #include <wx/utils.h>
 
 #include <filesystem>
@@ -41,6 +42,17 @@ TEST_F(CatalogueLoading, ItsOwnFolderAndThatOfTheEnvironmentAreSearched) {
     wxSetEnv("LC_PATH", "");
     EXPECT_FALSE(IsFound(""));
     wxUnsetEnv("LC_PATH");
+}
+
+TEST_F(CatalogueLoading, SoIsThatOfTheHostsInstallation) {
+    registry::test::WriteFile(m_folder / "share/locale/de/LC_MESSAGES/some.mo",
+                              test::GoodCatalogue());
+    wxStandardPaths& places = wxStandardPaths::Get();
+    const wxString before = places.GetInstallPrefix();
+    places.SetInstallPrefix(m_folder / "");
+    EXPECT_TRUE(IsFound(""));
+    places.SetInstallPrefix(before);
+    EXPECT_FALSE(IsFound(""));
 }
 
 TEST_F(CatalogueLoading, AFileBeyondAllReasonCountsAsMissing) {
