@@ -11,8 +11,9 @@ from mutation.source import mutants_of
 
 TARGETS = {"codes": "tests/unit/CMakeFiles/zeldlg_unit.dir/stated_codes_test.cpp.o",
            "unit": "zeldlg_unit", "whitebox": "zeldlg_gui_whitebox",
-           "blackbox": "zeldlglib zeldlg_test_host zeldlg_rough_host zeldlg_rough_constructor "
-                       "zeldlg_dying_library zeldlg-demo zeldlg-settings",
+           "blackbox": "zeldlglib zeldlg-demo zeldlg-settings zeldlg_test_host zeldlg_test_host_gtk3 "
+                       "zeldlg_test_host_qt5 zeldlg_test_host_wx zeldlg_rough_host "
+                       "zeldlg_rough_constructor zeldlg_dying_library",
            "all": "zeldlg_unit"}
 
 
