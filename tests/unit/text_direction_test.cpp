@@ -77,7 +77,8 @@ INSTANTIATE_TEST_SUITE_P(Controls, IsolatedTexts,
                                          IsolatedRow{L"\u202D", kLeft, L"\u2068\u202D\u2069"},
                                          IsolatedRow{L"1\u200E", kLeft, L"\u20681\u200E\u2069"},
                                          IsolatedRow{L"1\u200F", kLeft, L"\u20681\u200F\u2069"},
-                                         IsolatedRow{L"1\u061C", kLeft, L"\u20681\u061C\u2069"}));
+                                         IsolatedRow{L"1\u061C", kLeft, L"\u20681\u061C\u2069"},
+                                         IsolatedRow{L"1\u061C", kRight, L"\u20681\u061C\u2069"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Unbalanced, IsolatedTexts,
@@ -90,18 +91,16 @@ INSTANTIATE_TEST_SUITE_P(
 // An isolate ends with its paragraph.
 INSTANTIATE_TEST_SUITE_P(
     Paragraphs, IsolatedTexts,
-    testing::Values(IsolatedRow{L"a\n\u202Eb", kLeft, L"\u2068a\u2069\n\u200E\u2068\u202Eb\u2069"},
-                    IsolatedRow{L"\u05D0\r\n\u05D1\n", kLeft,
-                                L"\u2068\u05D0\u2069\r\n\u200E\u2068\u05D1\u2069\n"},
-                    IsolatedRow{L"a\x1C\u202Eb", kLeft,
-                                L"\u2068a\u2069\x1C\u200E\u2068\u202Eb\u2069"},
-                    IsolatedRow{L"a\x1D\u202Eb", kLeft,
-                                L"\u2068a\u2069\x1D\u200E\u2068\u202Eb\u2069"},
-                    IsolatedRow{L"a\x1E\u202Eb", kLeft,
-                                L"\u2068a\u2069\x1E\u200E\u2068\u202Eb\u2069"},
-                    IsolatedRow{L"a\u2029b", kRight, L"\u2068a\u2069\u2029\u200F\u2068b\u2069"},
-                    IsolatedRow{L"\u2066\u0085\u2069", kLeft,
-                                L"\u2068\u2066\u2069\u2069\u0085\u200E\u2068\u2068\u2069\u2069"}));
+    testing::Values(
+        IsolatedRow{L"a\n\u202Eb", kLeft, L"\u2068a\u2069\n\u200E\u2068\u202Eb\u2069"},
+        IsolatedRow{L"\u05D0\r\n\u05D1\n", kLeft,
+                    L"\u2068\u05D0\u2069\r\n\u200E\u2068\u05D1\u2069\n"},
+        IsolatedRow{L"a\x1C\u202Eb", kLeft, L"\u2068a\u2069\x1C\u200E\u2068\u202Eb\u2069"},
+        IsolatedRow{L"a\x1D\u202Eb", kLeft, L"\u2068a\u2069\x1D\u200E\u2068\u202Eb\u2069"},
+        IsolatedRow{L"a\x1E\u202Eb", kLeft, L"\u2068a\u2069\x1E\u200E\u2068\u202Eb\u2069"},
+        IsolatedRow{L"a\u2029b", kRight, L"\u2068a\u2069\u2029\u200F\u2068b\u2069"},
+        IsolatedRow{L"\u2066\u0085\u2069", kLeft,
+                    L"\u2068\u2066\u2069\u2069\u0085\u200E\u2068\u2068\u2069\u2069"}));
 
 TEST(OpenIsolates, AreThoseOfTheLastParagraph) {
     EXPECT_EQ(OpenIsolates(L"a\u2066b\u2068c\u2069\u2067"), L"\u2066\u2067");
