@@ -295,8 +295,9 @@ TEST(PolicyPages, AddWhatIsWrongAndTakeItBack) {
     EXPECT_FALSE(pages["Diversification"].met);
     EXPECT_TRUE(pages["Similarity"].met);
     EXPECT_FALSE(pages["Restriction"].met);
-    EXPECT_TRUE(pages["Diversification"].text.EndsWith(
-        "The policy expects a length of 6 characters minimum"));
+    EXPECT_EQ(pages["Diversification"].text,
+              DescribeCharacterClassification(policy) +
+                  "\n\nPIN code too short:\nThe policy expects a length of 6 characters minimum");
     EXPECT_TRUE(pages["Restriction"].text.EndsWith("\"0\""));
     pages.Type("975318642");
     pages.Type("974");

@@ -25,7 +25,7 @@ protected:
                "dword:" +
                number +
                "\r\n\"Text\"=\"caf\xC3\xA9\"\r\n\"Bytes\"=hex:01,00,ff\r\n"
-               "\"Latin\"=\"\xE9\"\r\n\r\n"
+               "\"Latin\"=\"\xE9\"\r\n\"Tilde\"=\"a~b\"\r\n\r\n"
                "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Corvenna\\Tessaly\\2.0\\Policies\\Set]\r\n"
                "\"Number\"=dword:00000009\r\n\r\n";
     }
@@ -50,6 +50,7 @@ TEST_F(RegistrySettings, ValueOfAnotherTypeCountsAsMissing) {
 TEST_F(RegistrySettings, TextIsReadAsWideCharacters) {
     EXPECT_EQ(ReadString(kSettingsKey, L"Text"), L"caf\u00E9");
     EXPECT_EQ(ReadString(kSettingsKey, L"Latin"), L"\u00E9");
+    EXPECT_EQ(ReadString(kSettingsKey, L"Tilde"), L"a~b");
 }
 
 TEST_F(RegistrySettings, BytesAreReadFromBinaryValuesAndFromTextsAsTheyStandInTheFile) {
