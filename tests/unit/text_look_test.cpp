@@ -40,8 +40,11 @@ TEST(ReadableOnWhite, IsTheLightestShadeThatCanBeRead) {
         EXPECT_GE(ContrastRatio(shade, kWhite), 5);
         EXPECT_LE(ContrastRatio(shade, kWhite), 5.3);
     }
-    const Rgb red = ReadableOnWhite(kRed);
-    EXPECT_TRUE(red.green == 0 && red.blue == 0);
+    EXPECT_TRUE(Equal(ReadableOnWhite(kRed), {224, 0, 0}));
+    EXPECT_TRUE(Equal(ReadableOnWhite(kGreen), {31, 127, 31}));
+    // Near the bound: a little less of white, or of what a dark part adds, gives another shade.
+    EXPECT_TRUE(Equal(ReadableOnWhite({255, 8, 0}), {224, 7, 0}));
+    EXPECT_TRUE(Equal(ReadableOnWhite({255, 11, 0}), {221, 9, 0}));
 }
 
 TEST(PaleShare, IsWhatLeavesATextReadable) {
@@ -49,6 +52,8 @@ TEST(PaleShare, IsWhatLeavesATextReadable) {
     EXPECT_EQ(PaleShare(kWhite, kBlack), 72);
     // The text of Arc is pale by itself.
     EXPECT_GT(PaleShare({92, 97, 108}, {245, 246, 247}), 85);
+    EXPECT_EQ(PaleShare({0, 51, 102}, {221, 153, 51}), 97);
+    EXPECT_EQ(PaleShare({17, 102, 0}, {153, 255, 255}), 90);
     EXPECT_EQ(PaleShare(kGreen, kWhite), 100);
 }
 

@@ -212,6 +212,25 @@ class Typing(AccessibilityCase):
             events.wait_for(kind, name, node)
 
 
+class CapsLock(AccessibilityCase):
+    def test_that_it_was_pressed_before_is_told(self):
+        for begins in (True, False):
+            self.open(find_dialog("pin"))
+            field = self.screen.wait_focused()
+            signs = len(field.children)
+            self.screen.key("Caps_Lock", field)
+            wait_until(lambda: (len(field.children) > signs) == begins, what="its sign",
+                       seen=self.window.dump)
+            self.end(find_dialog("pin"))
+            self.host.close()
+            self.open(find_dialog("pin"))
+            field = self.screen.wait_focused()
+            self.assertEqual(begins, field.description.startswith("Caps Lock is on. "),
+                             field.description)
+            self.end(find_dialog("pin"))
+            self.host.close()
+
+
 class Colours(AccessibilityCase):
     def test_a_warning_is_bold_and_has_a_picture_besides_its_words(self):
         for dialog in DIALOGS:

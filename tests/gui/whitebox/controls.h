@@ -1,10 +1,14 @@
 // Finds the controls of a dialog, at any depth, as a person would name them.
 #pragma once
 
+#include <wx/bitmap.h>
 #include <wx/control.h>
+#include <wx/image.h>
+#include <wx/mstream.h>
 #include <wx/stattext.h>
 #include <wx/window.h>
 
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -55,6 +59,17 @@ inline std::vector<std::string> Labels(const wxWindow& window) {
         texts.push_back(Unwrapped(*label).utf8_string());
     }
     return texts;
+}
+
+/// With their masks or transparent parts.
+inline bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
+    wxMemoryOutputStream left;
+    wxMemoryOutputStream right;
+    return one.ConvertToImage().SaveFile(left, wxBITMAP_TYPE_PNG) &&
+           other.ConvertToImage().SaveFile(right, wxBITMAP_TYPE_PNG) &&
+           left.GetSize() == right.GetSize() &&
+           memcmp(left.GetOutputStreamBuffer()->GetBufferStart(),
+                  right.GetOutputStreamBuffer()->GetBufferStart(), left.GetSize()) == 0;
 }
 
 }  // namespace zeldlg::test

@@ -1,6 +1,7 @@
 // What stands out, what looks alike and how large it is to point at.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
+#include <wx/frame.h>
 #include <wx/image.h>
 #include <wx/statbmp.h>
 
@@ -59,6 +60,34 @@ bool HasStyle(const wxWindow& control, const char* style) {
            FALSE;
 }
 
+// The colour that all of a label is drawn in, whatever the toolkit takes its colour to be.
+wxColour DrawnColour(const wxStaticText& label) {
+    PangoAttrIterator* const at =
+        pango_attr_list_get_iterator(gtk_label_get_attributes(GTK_LABEL(label.GetHandle())));
+    const auto* const drawn =
+        reinterpret_cast<const PangoAttrColor*>(pango_attr_iterator_get(at, PANGO_ATTR_FOREGROUND));
+    const PangoColor& colour = drawn->color;
+    for (const guint16 part : {colour.red, colour.green, colour.blue}) {
+        EXPECT_EQ(part & 0xFF, part >> 8) << "a part of 8 bits, twice";
+    }
+    const auto byte = [](guint16 part) { return static_cast<unsigned char>(part >> 8); };
+    const wxColour bytes(byte(colour.red), byte(colour.green), byte(colour.blue));
+    pango_attr_iterator_destroy(at);
+    return bytes;
+}
+
+// What is on the screen at a place of a control without a window of its own.
+wxColour ColourAt(const wxWindow& window, wxPoint place) {
+    GtkAllocation at;
+    gtk_widget_get_allocation(window.GetHandle(), &at);
+    GdkPixbuf* const pixel = gdk_pixbuf_get_from_window(gtk_widget_get_window(window.GetHandle()),
+                                                        at.x + place.x, at.y + place.y, 1, 1);
+    const guint8* const parts = gdk_pixbuf_read_pixels(pixel);
+    const wxColour colour(parts[0], parts[1], parts[2]);
+    g_object_unref(pixel);
+    return colour;
+}
+
 std::unique_ptr<CPinEntryDialog> FailedPrompt() {
     return std::make_unique<CPinEntryDialog>(nullptr, "Card", PinLengthRule(4, 8),
                                              DescribeFailure(PinRetryCounter{3, 2, false}));
@@ -97,6 +126,30 @@ TEST(Look, AllOfAnEarlierFailureStandsInOneBannerInEveryDialog) {
                        "You have 2 tries remaining WARNING: Repeated login failures may lock the "
                        "token!");
     }
+}
+
+TEST(Look, ABannerIsDrawnInAShadeOfItsColourThatCanBeRead) {
+    auto* const frame = new wxFrame(nullptr, wxID_ANY, "Frame");
+    auto* const banner = new Banner(frame);
+    wxStaticText* const text = banner->AddText("Warning");
+    frame->Show();
+    ASSERT_TRUE(PumpUntil([&] { return gtk_widget_get_mapped(banner->GetHandle()) != FALSE; }));
+    const auto expectDrawnIn = [&](const wxColour& shade, const wxBitmapBundle& icon) {
+        EXPECT_EQ(DrawnColour(*text), shade);
+        const auto hasEdge = [&] {
+            const int middle = banner->GetSize().y / 2;
+            return ColourAt(*banner, {2, middle}) == shade &&
+                   ColourAt(*banner, {Card::kEdge + 2, middle}) == *wxWHITE;
+        };
+        EXPECT_TRUE(PumpUntil(hasEdge));
+        EXPECT_TRUE(SamePicture(Nth<wxStaticBitmap>(*banner, 0).GetBitmap(),
+                                icon.GetBitmap(wxSize(32, 32))));
+    };
+    const wxColour darkRed(224, 0, 0);
+    expectDrawnIn(darkRed, ThemeIcon("dialog-warning", 32, darkRed));
+    banner->ChangeText(*text, "Well done", Banner::Mood::Reassurance);
+    expectDrawnIn({31, 127, 31}, BundleOf(Picture::Done));
+    frame->Destroy();
 }
 
 TEST(Look, ABannerHasRoomForWhatMayTakeThePlaceOfItsText) {

@@ -2,6 +2,7 @@
 // each test dispatches events until what it waits for has happened. Needs a display of its own
 // with a window manager.
 
+#include <glib.h>
 #include <gtest/gtest.h>
 #include <wx/image.h>
 #include <wx/init.h>
@@ -31,6 +32,9 @@ int main(int argc, char** argv) {
         return 1;
     }
     wxSetAssertHandler(FailOnAssert);
+    // A signal or a property that there is not is a fault: GObject only says so.
+    constexpr int kFatal = G_LOG_FATAL_MASK | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING;
+    g_log_set_fatal_mask("GLib-GObject", static_cast<GLogLevelFlags>(kFatal));
     wxImage::AddHandler(new wxPNGHandler);  // as the library's application object does
     const int result = RUN_ALL_TESTS();
     wxEntryCleanup();

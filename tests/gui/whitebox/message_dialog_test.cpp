@@ -30,6 +30,7 @@ namespace {
 using test::AllOf;
 using test::Nth;
 using test::PumpUntil;
+using test::SamePicture;
 
 wxString TextOf(const wxWindow& dialog) { return Nth<wxStaticText>(dialog, 0).GetLabelText(); }
 
@@ -39,17 +40,6 @@ std::vector<wxString> ButtonsOf(const wxWindow& dialog) {
         labels.push_back(button->GetLabel());
     }
     return labels;
-}
-
-// With their masks or transparent parts.
-bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
-    wxMemoryOutputStream left;
-    wxMemoryOutputStream right;
-    return one.ConvertToImage().SaveFile(left, wxBITMAP_TYPE_PNG) &&
-           other.ConvertToImage().SaveFile(right, wxBITMAP_TYPE_PNG) &&
-           left.GetSize() == right.GetSize() &&
-           memcmp(left.GetOutputStreamBuffer()->GetBufferStart(),
-                  right.GetOutputStreamBuffer()->GetBufferStart(), left.GetSize()) == 0;
 }
 
 bool HasIcon(const wxWindow& dialog, const std::string& name) {

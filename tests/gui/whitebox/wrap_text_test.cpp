@@ -1,9 +1,13 @@
 // Texts that are broken into lines, in either direction of writing.
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 #include <wx/arrstr.h>
 #include <wx/frame.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
 
 #include "test_app.h"
+#include "widgets/accessible.h"
 #include "widgets/layout.h"
 
 namespace zeldlg {
@@ -66,6 +70,66 @@ TEST(WrapText, ALineBreakOfTheTextBeginsAParagraph) {
     const wxArrayString lines = WrappedLines(L"Token\nאסימון");
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(lines[1], L"אסימון");
+}
+
+class TextLabel : public testing::Test {
+protected:
+    ~TextLabel() override { m_frame->Destroy(); }
+
+    static wxArrayString LinesOf(const wxStaticText& label) {
+        return wxSplit(label.GetLabelText(), '\n', '\0');
+    }
+
+    wxFrame* const m_frame = new wxFrame(nullptr, wxID_ANY, "Frame");
+};
+
+TEST_F(TextLabel, TwoLinesAreBrokenOnceMoreAtAnotherWidth) {
+    wxString text = "token";
+    while (m_frame->GetTextExtent(text).x <= layout::TextWidth(*m_frame)) {
+        text += " token";
+    }
+    layout::TextLabel& label = *layout::NewText(m_frame, text);
+    EXPECT_EQ(LinesOf(label).size(), 2U);
+    label.WrapAt(layout::TextWidth(*m_frame) / 3);
+    EXPECT_GT(LinesOf(label).size(), 3U);
+    label.WrapAt(2 * layout::TextWidth(*m_frame));
+    EXPECT_EQ(LinesOf(label).size(), 1U);
+}
+
+TEST_F(TextLabel, LinesOfTheTextItselfAreBrokenLikeOthers) {
+    layout::TextLabel& label = *layout::NewText(m_frame, "One two three\nfour");
+    EXPECT_EQ(LinesOf(label).size(), 2U);
+    label.WrapAt(m_frame->GetTextExtent("One two").x);
+    EXPECT_EQ(label.GetLabelText(), "One two\nthree\nfour");
+}
+
+TEST_F(TextLabel, WhatItsLinesHaveNoRoomForIsCut) {
+    const wxString whole = Repeat(L"token");
+    const wxArrayString lines = LinesOf(*layout::NewText(m_frame, whole));
+    ASSERT_GT(lines.size(), 2U);
+    const layout::TextLabel& cut = *layout::NewLimitedText(m_frame, whole, 2);
+    EXPECT_EQ(cut.GetLabelText(), lines[0] + "\n" + lines[1] + L"\u2026");
+}
+
+// A screen reader says that itself where it has to, and would make a pause at the end of a line.
+TEST(AccessibleName, HasNeitherTheLinesOfItsLabelNorTheColon) {
+    auto* const frame = new wxFrame(nullptr, wxID_ANY, "Frame");
+    auto* const label = new wxStaticText(frame, wxID_ANY, wxEmptyString);
+    auto* const field = new wxTextCtrl(frame, wxID_ANY);
+    const struct {
+        const wchar_t* text;
+        const wchar_t* name;
+    } rows[] = {{L"New PIN:", L"New PIN"},
+                {L"Nouveau\nPIN\u00A0:", L"Nouveau PIN"},
+                {L"One\ntwo\nthree", L"One two three"},
+                {L"R&&D: PIN", L"R&D: PIN"}};
+    for (const auto& row : rows) {
+        label->SetLabel(row.text);
+        SetLabelFor(*label, *field);
+        const char* const name = atk_object_get_name(gtk_widget_get_accessible(field->GetHandle()));
+        EXPECT_EQ(wxString::FromUTF8(name), row.name);
+    }
+    frame->Destroy();
 }
 
 }  // namespace
