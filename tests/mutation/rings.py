@@ -62,6 +62,8 @@ NEAR = (
     (r"src/runtime/handlers/selection", "", "", "selection"),
     (r"src/runtime/handlers/unblock", "", "", "unblock_method challenge_response"),
     (r"src/(helper|runtime/remote)/", "Remote HelperProcess", "", "helper"),
+    (r"src/runtime/dll_app", "", "DllApp", "translation"),
+    (r"src/runtime/wx_", "Runner", "", "display_loss process_state host_life"),
     (r"src/runtime/handlers/", "SizedText", "MessageBoxRequests",
      "enrolment_hint biometric key_generation translation"),
     (r"", "Runner Message Thread ExitGuard HandlerChain", "DllApp",
