@@ -17,8 +17,8 @@ from .servers import dying_with_parent
 from .wait import StageError, scaled
 
 # A line of the host's standard error that is a fault, whatever the test looks at.
-FAULTS = re.compile(r"[Aa]ssert|CRITICAL|(GLib-GObject|Gtk)-WARNING|AddressSanitizer|LeakSanitizer"
-                    r"|ThreadSanitizer|ASan|UBSan|runtime error")
+FAULTS = re.compile(r"[Aa]ssert|CRITICAL|GLib-GObject-WARNING|has no property named"
+                    r"|AddressSanitizer|LeakSanitizer|ThreadSanitizer|ASan|UBSan|runtime error")
 FILL = 0xA5
 
 OK = 0
