@@ -4,7 +4,7 @@ import re
 
 EXCLUDED = (
     ("how much air there is between things", r"src/.*",
-     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextLetters|kAroundText|k\w*Padding|k\w*Gap|kEdge|kRadius|kFrameOpacity|k\w*Scale|kIndent"
+     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextLetters|kAroundText|k\w*Padding|k\w*Gap|kEdge|kRadius|k\w*Opacity|kHalfLine|k\w*Scale|kIndent"
      r"|kFrame|kFieldFrame|kCascade|spacing = |wxString\('0)\b"),
     ("how pale a caption is, and where it stands in its grid", r"src/dialogs/digital_id_dialog\.cpp",
      r"G_MAXUINT16|grid\.(Add|GetRows)|^\s*\{1, 2\}"),
@@ -16,7 +16,10 @@ EXCLUDED = (
      r"\"zeldlg-(tied-to|rows)\""),
     ("how much room a long text gets before it is cut, wrapped or scrolls", r"src/.*",
      r"\b(k\w*Lines|kMinWidth|kMaxWidth|kMinRows|kMaxRows|kScrollStep|kCodeFontScale|k(Fewest|Most)Digits|kWidthOfAll"
-     r"|kExplanationWidth|kMeasured\w*|k\w*TextHeight|k\w*NoticeWidth|kNoticeShare|kWidestCount|kLongestMenu|int room)\b"),
+     r"|kExplanationWidth|kMeasured\w*|k\w*TextHeight|k\w*NoticeWidth|kNoticeShare|kWidestCount|kLongestMenu|int room)\b"
+     r"|int beside = |2 \* padding"),
+    ("which of a window's pictures its icon comes after", r"src/widgets/desktop\.cpp",
+     r"\bkFirstPictures\b"),
 )
 
 
