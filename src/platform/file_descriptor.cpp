@@ -62,9 +62,9 @@ ssize_t FileDescriptor::Read(char* buffer, size_t size) const {
     return static_cast<ssize_t>(done);
 }
 
-bool FileDescriptor::Write(std::string_view bytes) const {
+bool WriteAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t count = write(m_fd, bytes.data(), bytes.size());
+        const ssize_t count = write(file, bytes.data(), bytes.size());
         if (count >= 0) {
             bytes.remove_prefix(static_cast<size_t>(count));
         } else if (errno != EINTR) {

@@ -10,6 +10,9 @@
 
 namespace zeldlg::platform {
 
+/// Writes all of it. @return false on failure; a part may have been written
+bool WriteAll(int file, std::string_view bytes);
+
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -34,8 +37,7 @@ public:
     /// @return the bytes read, or -1 with errno set
     ssize_t Read(char* buffer, size_t size) const;
 
-    /// Writes all of it. @return false on failure; a part may have been written
-    bool Write(std::string_view bytes) const;
+    bool Write(std::string_view bytes) const { return WriteAll(m_fd, bytes); }
 
     /// Brings what was written to the disk. @return false on failure
     bool Flush() const;

@@ -9,7 +9,8 @@
 #include <cstring>
 #include <memory>
 #include <new>
-#include <string_view>
+
+#include "platform/file_descriptor.h"
 
 namespace zeldlg::platform {
 
@@ -19,19 +20,6 @@ constexpr size_t kFirstFormatBuffer = 128;
 // A formatter that goes on reporting errors must not eat the memory.
 constexpr size_t kLargestErrorBuffer = size_t{16} << 20;
 constexpr const char* kFormatError = "##ERROR##";
-
-bool WriteAll(int file, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(file, text.data(), text.size());
-        if (written < 0 && errno != EINTR) {
-            return false;
-        }
-        if (written > 0) {
-            text.remove_prefix(static_cast<size_t>(written));
-        }
-    }
-    return true;
-}
 
 }  // namespace
 

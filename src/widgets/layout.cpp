@@ -221,7 +221,7 @@ void AlignLabels(wxWindow& window) {
     for (wxWindow* const child : window.GetChildren()) {
         if (dynamic_cast<wxStaticText*>(child) == nullptr) {
             AlignLabels(*child);  // NOLINT(clang-analyzer-core.NonNullParamChecker): none is null
-        } else if (!child->HasFlag(wxALIGN_CENTRE_HORIZONTAL | wxALIGN_RIGHT)) {
+        } else if (!child->HasFlag(wxALIGN_CENTRE_HORIZONTAL)) {
             GtkLabel* const label = GTK_LABEL(child->GetHandle());
             gtk_label_set_justify(label, GTK_JUSTIFY_LEFT);
             gtk_label_set_xalign(label, 0);

@@ -4,7 +4,7 @@ import re
 
 EXCLUDED = (
     ("how much air there is between things", r"src/.*",
-     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextLetters|kAroundText|k\w*Padding|k\w*Gap|kEdge|kRadius|k\w*Opacity|kHalfLine|k\w*Scale|kIndent"
+     r"\b(kMargin|kSectionGap|kLineGap|kMinContentWidth|kTextLetters|kAroundText|k\w*Padding|k\w*Gap|kEdge|kRadius|k\w*Opacity|kHalfLine|kQuarter|k\w*Scale|kIndent"
      r"|kFrame|kFieldFrame|kCascade|spacing = |wxString\('0)\b"),
     ("how pale a caption is, and where it stands in its grid", r"src/dialogs/digital_id_dialog\.cpp",
      r"G_MAXUINT16|grid\.(Add|GetRows)|^\s*\{1, 2\}"),

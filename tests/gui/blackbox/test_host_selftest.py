@@ -71,6 +71,7 @@ class HostProcess(unittest.TestCase):
     def test_a_fault_on_standard_error_fails_a_strict_test(self):
         for line in ("(host:1): Gtk-CRITICAL **: gtk_foo failed", "a.cpp(7): assert \"x\" failed",
                      "(host:1): GLib-GObject-WARNING **: signal 'shwo' is invalid",
+                     "(host:1): Gtk-WARNING **: Theme parsing error: <data>:1:4: 'pdading' is not",
                      "x.h:3: runtime error: signed integer overflow",
                      "==1==ERROR: AddressSanitizer: heap-use-after-free"):
             with self.subTest(line):

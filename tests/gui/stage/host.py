@@ -17,7 +17,7 @@ from .servers import dying_with_parent
 from .wait import StageError, scaled
 
 # A line of the host's standard error that is a fault, whatever the test looks at.
-FAULTS = re.compile(r"[Aa]ssert|CRITICAL|GLib-GObject-WARNING|has no property named"
+FAULTS = re.compile(r"[Aa]ssert|CRITICAL|GLib-GObject-WARNING|has no property named|error: <data>"
                     r"|AddressSanitizer|LeakSanitizer|ThreadSanitizer|ASan|UBSan|runtime error")
 FILL = 0xA5
 

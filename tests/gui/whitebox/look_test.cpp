@@ -3,6 +3,7 @@
 #include <gtk/gtk.h>
 #include <wx/frame.h>
 #include <wx/image.h>
+#include <wx/panel.h>
 #include <wx/statbmp.h>
 
 #include <cstdlib>
@@ -199,6 +200,24 @@ TEST(Look, ABallAndItsTextAreOneButtonThatIsLargeEnough) {
         EXPECT_GE(ball->GetSize().y, 24);
         EXPECT_GT(ball->GetSize().x, ball->GetTextExtent(ball->GetLabelText()).x + 16);
     }
+}
+
+TEST(Look, TheChosenBallIsDrawnOnADarkerGround) {
+    auto* const frame = new wxFrame(nullptr, wxID_ANY, "Frame");
+    auto* const ball = new Indicator(new wxPanel(frame), "Rule", true);
+    frame->Show();
+    ASSERT_TRUE(PumpUntil([&] { return gtk_widget_get_mapped(ball->GetHandle()) != FALSE; }));
+    const auto luminance = [&] {
+        const auto middle = ball->GetSize().y / 2;
+        return ColourAt(*ball, {ball->GetSize().x - 4, middle}).GetLuminance();
+    };
+    double plain = 0;
+    ASSERT_TRUE(PumpUntil([&] { return (plain = luminance()) > 0.8; }));
+    ball->MarkChosen(true);
+    EXPECT_TRUE(PumpUntil([&] { return luminance() < plain - 0.05; }));
+    ball->MarkChosen(false);
+    EXPECT_TRUE(PumpUntil([&] { return luminance() == plain; }));
+    frame->Destroy();
 }
 
 TEST(Look, TheExplanationOfARuleDoesNotLookLikeAnInput) {
