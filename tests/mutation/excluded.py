@@ -14,6 +14,11 @@ EXCLUDED = (
      r"(Error|_error|_argument|ToolkitTaken\(\) : std::runtime_error)\(\"| (is|are) missing\"|too (small|long)[^\"]*\""),
     ("keys of what the library ties to widgets for itself", r"src/widgets/.*",
      r"\"zeldlg-(tied-to|rows)\""),
+    ("times that have to be about right: nobody can count their milliseconds", r"src/runtime/.*",
+     r"\b(kLastInstructionsMs|kCatalogueWaitMs|kExitLimitMs|kAsleepMs|kLoaderWaitMs|kLooks"
+     r"|kBetweenLooksMs)\b|waited < 100|milliseconds\(10\)"),
+    ("sizes of buffers and stacks", r"src/runtime/.*",
+     r"\b(kStackSize|kMovesUp|kStateBits)\b|array<char, 64>"),
     ("how much room a long text gets before it is cut, wrapped or scrolls", r"src/.*",
      r"\b(k\w*Lines|kMinWidth|kMaxWidth|kMinRows|kMaxRows|kScrollStep|kCodeFontScale|k(Fewest|Most)Digits|kWidthOfAll"
      r"|kExplanationWidth|kMeasured\w*|k\w*TextHeight|k\w*NoticeWidth|kNoticeShare|kWidestCount|kLongestMenu|int room)\b"

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <zeldlg/zeldlg.h>
 
+#include <string_view>
+
 #include "platform/event.h"
 #include "platform/result.h"
 #include "policy/pin_policy.h"
@@ -16,50 +18,54 @@
 
 namespace zeldlg {
 
-// Requests
-static_assert(kErrorBox == 0x1001);
-static_assert(kInformationBox == 0x1002);
-static_assert(kQuestionBox == 0x1003);
-static_assert(kBiometricError == 0x1004);
-static_assert(kAuthenticationRetry == 0x1005);
-static_assert(kEnrolmentRetry == 0x1006);
-static_assert(kTokenLocked == 0x1007);
-static_assert(kShowAuthentication == 0x1101);
-static_assert(kShowEnrolment == 0x1102);
-static_assert(kUpdateEnrolment == 0x1103);
-static_assert(kHideNotification == 0x1104);
-static_assert(kSelectToken == 0x1201);
-static_assert(kShowPin == 0x1301);
-static_assert(kShowPinEx == 0x1302);
-static_assert(kTranslateUtf8 == 0x1401);
-static_assert(kTranslateUtf16 == 0x1402);
-static_assert(kGetLocale == 0x1403);
-static_assert(kEnrolmentHint == 0x1501);
-static_assert(kShowKeyGeneration == 0x1601);
-static_assert(kHideKeyGeneration == 0x1602);
-static_assert(kShowLegalPin == 0x1701);
-static_assert(kShowLegalPinEx == 0x1702);
-static_assert(kSelectDigitalId == 0x1801);
-static_assert(kSelectUnblockMethod == 0x1901);
-static_assert(kUnblockThroughPuk == 0x1981);
-static_assert(kChangeTransportPin == 0x1982);
-static_assert(kChangePin == 0x1983);
-static_assert(kChangePolicedPin == 0x1984);
-static_assert(kPinPadShowVerification == 0x1991);
-static_assert(kPinPadShowModification == 0x1992);
-static_assert(kPinPadHide == 0x1993);
-static_assert(kPinPadNextPin == 0x1994);
-static_assert(kPinPadCancel == 0x1995);
-static_assert(kPinPadTimeout == 0x1996);
-static_assert(kPinPadAccept == 0x1997);
-static_assert(kPinPadAddChar == 0x1998);
-static_assert(kPinPadDelChar == 0x1999);
-static_assert(kPinPadClearChars == 0x199a);
-static_assert(kPinPadShouldAbort == 0x199b);
-static_assert(kPinPadShowLegalVerification == 0x199c);
-static_assert(kPinPadShowNoPinVerification == 0x199d);
-static_assert(kPinPadShowLegalNoPinVerification == 0x199e);
-static_assert(kUnblockThroughCr == 0x19f1);
+// Requests, which a trace names as the code does
+#define ZELDLG_REQUEST(request, number)    \
+    static_assert((request) == (number) && \
+                  std::string_view((request).name) == std::string_view(#request).substr(1))
+ZELDLG_REQUEST(kErrorBox, 0x1001);
+ZELDLG_REQUEST(kInformationBox, 0x1002);
+ZELDLG_REQUEST(kQuestionBox, 0x1003);
+ZELDLG_REQUEST(kBiometricError, 0x1004);
+ZELDLG_REQUEST(kAuthenticationRetry, 0x1005);
+ZELDLG_REQUEST(kEnrolmentRetry, 0x1006);
+ZELDLG_REQUEST(kTokenLocked, 0x1007);
+ZELDLG_REQUEST(kShowAuthentication, 0x1101);
+ZELDLG_REQUEST(kShowEnrolment, 0x1102);
+ZELDLG_REQUEST(kUpdateEnrolment, 0x1103);
+ZELDLG_REQUEST(kHideNotification, 0x1104);
+ZELDLG_REQUEST(kSelectToken, 0x1201);
+ZELDLG_REQUEST(kShowPin, 0x1301);
+ZELDLG_REQUEST(kShowPinEx, 0x1302);
+ZELDLG_REQUEST(kTranslateUtf8, 0x1401);
+ZELDLG_REQUEST(kTranslateUtf16, 0x1402);
+ZELDLG_REQUEST(kGetLocale, 0x1403);
+ZELDLG_REQUEST(kEnrolmentHint, 0x1501);
+ZELDLG_REQUEST(kShowKeyGeneration, 0x1601);
+ZELDLG_REQUEST(kHideKeyGeneration, 0x1602);
+ZELDLG_REQUEST(kShowLegalPin, 0x1701);
+ZELDLG_REQUEST(kShowLegalPinEx, 0x1702);
+ZELDLG_REQUEST(kSelectDigitalId, 0x1801);
+ZELDLG_REQUEST(kSelectUnblockMethod, 0x1901);
+ZELDLG_REQUEST(kUnblockThroughPuk, 0x1981);
+ZELDLG_REQUEST(kChangeTransportPin, 0x1982);
+ZELDLG_REQUEST(kChangePin, 0x1983);
+ZELDLG_REQUEST(kChangePolicedPin, 0x1984);
+ZELDLG_REQUEST(kPinPadShowVerification, 0x1991);
+ZELDLG_REQUEST(kPinPadShowModification, 0x1992);
+ZELDLG_REQUEST(kPinPadHide, 0x1993);
+ZELDLG_REQUEST(kPinPadNextPin, 0x1994);
+ZELDLG_REQUEST(kPinPadCancel, 0x1995);
+ZELDLG_REQUEST(kPinPadTimeout, 0x1996);
+ZELDLG_REQUEST(kPinPadAccept, 0x1997);
+ZELDLG_REQUEST(kPinPadAddChar, 0x1998);
+ZELDLG_REQUEST(kPinPadDelChar, 0x1999);
+ZELDLG_REQUEST(kPinPadClearChars, 0x199a);
+ZELDLG_REQUEST(kPinPadShouldAbort, 0x199b);
+ZELDLG_REQUEST(kPinPadShowLegalVerification, 0x199c);
+ZELDLG_REQUEST(kPinPadShowNoPinVerification, 0x199d);
+ZELDLG_REQUEST(kPinPadShowLegalNoPinVerification, 0x199e);
+ZELDLG_REQUEST(kUnblockThroughCr, 0x19f1);
+ZELDLG_REQUEST(kPrompt, 0);
 static_assert(kNotDelivered == -2);
 
 // Statuses and parts of PIN policies

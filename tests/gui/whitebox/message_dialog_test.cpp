@@ -355,12 +355,16 @@ public:
     wxString m_caption, m_text;
     std::vector<wxString> m_buttons;
     std::string m_icon;
+    bool m_warns = false;  // of what the first button does
 
 protected:
     int Enter(wxDialog* dialog) override {
         m_caption = dialog->GetTitle();
         m_text = TextOf(*dialog);
         m_buttons = ButtonsOf(*dialog);
+        m_warns = gtk_style_context_has_class(
+                      gtk_widget_get_style_context(Nth<wxButton>(*dialog, 0).GetHandle()),
+                      GTK_STYLE_CLASS_DESTRUCTIVE_ACTION) != FALSE;
         for (const char* const icon :
              {"dialog-warning", "dialog-error", "dialog-question", "dialog-information"}) {
             if (HasIcon(*dialog, icon)) {
@@ -433,6 +437,18 @@ TEST(MessageBoxRequests, EachCodeShowsItsBoxAndTheAnswerStaysUntouched) {
             EXPECT_FALSE(answer);
         }
     }
+}
+
+TEST(MessageBoxRequests, YesToTheDeletionOfACertificateWarns) {
+    const auto warns = [](const wxString& text) {
+        const Answering user(wxID_OK);
+        const std::wstring shown = text.ToStdWstring();
+        CMessage message(0x1003, reinterpret_cast<uint64_t>(shown.c_str()), 0);
+        EXPECT_TRUE(HandleMessageBox(&message));
+        return user.m_warns;
+    };
+    EXPECT_TRUE(warns("The application X is trying to delete it:\n\nDo you wish to allow this?"));
+    EXPECT_FALSE(warns("This token is locked, would you like to unlock it?"));
 }
 
 struct QuestionRow {

@@ -33,8 +33,9 @@ void ExpectMarkBeforeContinuedLines(const wxString& text, const wxString& mark) 
     const wxArrayString lines = WrappedLines(text);
     ASSERT_GT(lines.size(), 2U);
     EXPECT_NE(lines[0].Left(1), mark);
+    const wxString begin = mark + text.AfterFirst(' ').Left(1);
     for (size_t line = 1; line < lines.size(); ++line) {
-        EXPECT_EQ(lines[line].Left(1), mark) << line << ": " << lines[line].utf8_str();
+        EXPECT_EQ(lines[line].Left(2), begin) << line << ": " << lines[line].utf8_str();
     }
 }
 
@@ -104,11 +105,32 @@ TEST_F(TextLabel, LinesOfTheTextItselfAreBrokenLikeOthers) {
 }
 
 TEST_F(TextLabel, WhatItsLinesHaveNoRoomForIsCut) {
+    for (const wchar_t* const word : {L"token", L"~~~~~"}) {
+        const wxString whole = Repeat(word);
+        const wxArrayString lines = LinesOf(*layout::NewText(m_frame, whole));
+        ASSERT_GT(lines.size(), 2U);
+        const layout::TextLabel& cut = *layout::NewLimitedText(m_frame, whole, 2);
+        EXPECT_EQ(cut.GetLabelText(), lines[0] + "\n" + lines[1] + L"\u2026");
+    }
+}
+
+TEST_F(TextLabel, AHeadingDoesWithALineLessDownToTwo) {
     const wxString whole = Repeat(L"token");
-    const wxArrayString lines = LinesOf(*layout::NewText(m_frame, whole));
-    ASSERT_GT(lines.size(), 2U);
-    const layout::TextLabel& cut = *layout::NewLimitedText(m_frame, whole, 2);
-    EXPECT_EQ(cut.GetLabelText(), lines[0] + "\n" + lines[1] + L"\u2026");
+    layout::TextLabel& heading = *layout::NewHeading(m_frame, whole + whole, 4);
+    EXPECT_EQ(LinesOf(heading).size(), 4U);
+    EXPECT_TRUE(heading.DropLine());
+    EXPECT_EQ(LinesOf(heading).size(), 3U);
+    EXPECT_TRUE(heading.DropLine());
+    EXPECT_EQ(LinesOf(heading).size(), 2U);
+    EXPECT_FALSE(heading.DropLine());
+    EXPECT_EQ(LinesOf(heading).size(), 2U);
+    EXPECT_FALSE(layout::NewText(m_frame, whole)->DropLine());
+}
+
+TEST_F(TextLabel, WhatFitsItsLineStaysOnIt) {
+    layout::TextLabel& label = *layout::NewText(m_frame, "One two three");
+    label.WrapAt(m_frame->GetTextExtent("One").x);
+    EXPECT_EQ(label.GetLabelText(), "One two three");
 }
 
 // A screen reader says that itself where it has to, and would make a pause at the end of a line.
