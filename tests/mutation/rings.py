@@ -63,6 +63,7 @@ NEAR = (
     (r"src/runtime/handlers/selection", "", "", "selection"),
     (r"src/runtime/handlers/unblock", "", "", "unblock_method challenge_response"),
     (r"src/(helper|runtime/remote)/", "Remote HelperProcess", "", "helper"),
+    (r"src/runtime/other_toolkit", "", "", "helper"),
     (r"src/runtime/life", "Life ExitGuard Thread", "", "host_life"),
     (r"src/runtime/dll_app", "", "DllApp", "translation"),
     (r"src/runtime/wx_", "Runner", "", "display_loss process_state host_life"),

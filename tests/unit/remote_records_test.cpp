@@ -357,6 +357,13 @@ TEST(RemoteRecords, SmallParametersAndNone) {
         EXPECT_EQ(seen->days, 3U);
         EXPECT_EQ(seen->texts[5], nullptr);
     });
+    const PromptRequest deletion{.kind = PromptRequest::ConfirmDeleteCertificate,
+                                 .texts = {"0", "1", "2", "3", "4", "5"}};
+    Travel(kPrompt, &deletion, &answer, [&deletion](const PromptRequest* seen, bool*) {
+        for (size_t text = 0; text < std::size(deletion.texts); ++text) {
+            EXPECT_STREQ(seen->texts[text], deletion.texts[text]);
+        }
+    });
 }
 
 TEST(RemoteRecords, AWindowIsANumberToItsHost) {

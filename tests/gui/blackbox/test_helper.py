@@ -3,6 +3,7 @@
 
 import contextlib
 import os
+import re
 import shutil
 import signal
 import socket
@@ -66,6 +67,17 @@ class Choice(HelperCase):
         self.assertEqual(1, self.helpers_with(settings=BY_SETTING))
         self.assertEqual(0, self.helpers_with({"ZELDLG_PROCESS": "own"}, BY_SETTING))
         self.assertEqual(0, self.helpers_with({"ZELDLG_PROCESS": "auto"}, BY_SETTING))
+
+    def test_beside_another_gtk_there_is_one(self):
+        with open("/proc/self/maps", encoding="utf-8") as maps:
+            any_library = re.search(r"/\S+/libz\.so\S*", maps.read())[0]
+        for name, helpers in (("libgtk-4.so.1", 1), ("libgtk-x11-2.0.so.0", 1),
+                              ("libgtk-3.so.0.1", 0), ("my-libgtk-4.so.1", 0)):
+            with self.subTest(name):
+                loaded = os.path.join(os.environ["ZELDLG_STAGE"], name)
+                shutil.copy(any_library, loaded)
+                self.addCleanup(os.unlink, loaded)
+                self.assertEqual(helpers, self.helpers_with({"LD_PRELOAD": loaded}))
 
     def test_init_starts_it_ahead_of_time(self):
         host = self.start_host(environment=HELPED)

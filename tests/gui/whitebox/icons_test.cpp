@@ -97,6 +97,15 @@ TEST(Icons, AtTwiceTheResolutionAreTheirFiles) {
     }
 }
 
+TEST(Icons, AreShownInTheLargerFormWhereThatIsNearer) {
+    for (const Icon& icon : kIcons) {
+        const wxBitmapBundle bundle = BundleOf(icon.picture);
+        for (const auto& [scale, side] : {std::pair(1.0, 16), {1.5, 16}, {1.75, 32}, {2.0, 32}}) {
+            EXPECT_EQ(bundle.GetPreferredBitmapSizeAtScale(scale), wxSize(side, side)) << scale;
+        }
+    }
+}
+
 }  // namespace
 
 }  // namespace zeldlg
