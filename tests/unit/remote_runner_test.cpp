@@ -131,6 +131,9 @@ TEST_F(RemoteRunnerTest, AHelperThatDiesFailsItsRequestAndTheNextHasAnother) {
     Use({[](int socket) { ReceiveFrame(socket); }, AnswerUntilFinish});
     EXPECT_THROW(Ask(), std::runtime_error);
     EXPECT_FALSE(answer);
+    EXPECT_FALSE(runner->IsStarted());
+    runner->Start();
+    EXPECT_EQ(helpers->Started(), 2U) << "ahead of the next request";
     EXPECT_TRUE(Ask());
     EXPECT_TRUE(answer);
     EXPECT_EQ(helpers->Started(), 2U);

@@ -9,6 +9,7 @@ TEST(Sentences, EachEndsBeforeTheNextAndEmptyOnesAreLeftOut) {
     EXPECT_EQ("", Sentences({}));
     EXPECT_EQ("One", Sentences({"", "One", ""}));
     EXPECT_EQ("One. Two", Sentences({"One", "", "Two"}));
+    EXPECT_EQ("One~. Two), three", Sentences({"One~", "Two), three"}));
     EXPECT_EQ("Warning! Two? Three: four. Five",
               Sentences({"Warning!", "Two?", "Three:", "four.", "Five"}));
 }
