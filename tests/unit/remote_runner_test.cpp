@@ -155,7 +155,7 @@ TEST_F(RemoteRunnerTest, AHelperThatDiedInBetweenCostsNoRequest) {
 
 TEST_F(RemoteRunnerTest, AHelperWithoutItsDisplayIsReplacedOnce) {
     const auto gone = [](int socket) { AnswerOnce(socket, FrameKind::Gone); };
-    Use({gone, AnswerUntilFinish, gone, gone});
+    Use({gone, AnswerUntilFinish, gone, gone, AnswerUntilFinish});
     EXPECT_TRUE(Ask());
     EXPECT_TRUE(answer);
     runner->Stop();

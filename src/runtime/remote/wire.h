@@ -73,8 +73,6 @@ private:
 
 class Writer {
 public:
-    static constexpr bool kReads = false;
-
     explicit Writer(Handles* handles = nullptr) : m_handles(handles) {}
 
     const WireBytes& Bytes() const { return m_bytes; }
@@ -167,8 +165,6 @@ private:
 /// Throws WireError for what no Writer has written.
 class Reader {
 public:
-    static constexpr bool kReads = true;
-
     /// @param bytes The caller's; outlive this.
     explicit Reader(const WireBytes& bytes, const Handles* handles = nullptr)
         : m_next(bytes.data()), m_left(bytes.size()), m_handles(handles) {}
