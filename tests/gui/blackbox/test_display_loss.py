@@ -43,7 +43,7 @@ class DisplayLoss(StageTestCase):
         self.assertTrue(call.untouched("buffer"))
         self.host.run("DLG_Finalize")
         self.assertEqual(0, self.host.quit(), self.host.stderr())
-        wait_until(lambda: "the connection to the display is lost" in self.host.stderr(),
+        wait_until(lambda: "zeldlg: the connection to the display is lost" in self.host.stderr(),
                    what="a word about the loss")
 
     def test_while_a_dialog_is_open_its_call_fails_and_the_host_lives(self):
