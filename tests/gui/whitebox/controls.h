@@ -1,6 +1,7 @@
-// Finds the controls of a dialog, at any depth, as a person would name them.
+// Finds the controls of a dialog, at any depth, as a person would name them, and looks at them.
 #pragma once
 
+#include <gtk/gtk.h>
 #include <wx/bitmap.h>
 #include <wx/control.h>
 #include <wx/image.h>
@@ -61,7 +62,13 @@ inline std::vector<std::string> Labels(const wxWindow& window) {
     return texts;
 }
 
-/// With their masks or transparent parts.
+/// Whether a control has that style class of the theme.
+inline bool HasStyle(const wxWindow& control, const char* style) {
+    return gtk_style_context_has_class(gtk_widget_get_style_context(control.GetHandle()), style) !=
+           FALSE;
+}
+
+/// Whether two pictures are equal, with their masks or transparent parts.
 inline bool SamePicture(const wxBitmap& one, const wxBitmap& other) {
     wxMemoryOutputStream left;
     wxMemoryOutputStream right;

@@ -56,11 +56,6 @@ Drawn DrawnBeginning(const wxStaticText& label) {
     return drawn;
 }
 
-bool HasStyle(const wxWindow& control, const char* style) {
-    return gtk_style_context_has_class(gtk_widget_get_style_context(control.GetHandle()), style) !=
-           FALSE;
-}
-
 // The colour that all of a label is drawn in, whatever the toolkit takes its colour to be.
 wxColour DrawnColour(const wxStaticText& label) {
     PangoAttrIterator* const at =

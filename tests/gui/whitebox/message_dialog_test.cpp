@@ -28,6 +28,7 @@ namespace zeldlg {
 namespace {
 
 using test::AllOf;
+using test::HasStyle;
 using test::Nth;
 using test::PumpUntil;
 using test::SamePicture;
@@ -362,9 +363,7 @@ protected:
         m_caption = dialog->GetTitle();
         m_text = TextOf(*dialog);
         m_buttons = ButtonsOf(*dialog);
-        m_warns = gtk_style_context_has_class(
-                      gtk_widget_get_style_context(Nth<wxButton>(*dialog, 0).GetHandle()),
-                      GTK_STYLE_CLASS_DESTRUCTIVE_ACTION) != FALSE;
+        m_warns = HasStyle(Nth<wxButton>(*dialog, 0), "destructive-action");
         for (const char* const icon :
              {"dialog-warning", "dialog-error", "dialog-question", "dialog-information"}) {
             if (HasIcon(*dialog, icon)) {

@@ -1,4 +1,5 @@
-// Texts that are broken into lines, in either direction of writing.
+// Texts that are broken into lines, in either direction of writing: what labels show of them, and
+// what a screen reader is told.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 #include <wx/arrstr.h>
